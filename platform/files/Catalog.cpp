@@ -4,7 +4,6 @@
 #include <Platform/Items.h>
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -223,8 +222,6 @@ class Filler {
 };
 
 }  // namespace
-
-dev_t Item::Device() const { return makedev(status.stx_dev_major, status.stx_dev_minor); }
 
 OSErr Inspect(Location const& location, Item& item) {
     if (!MayGoOn()) return userCanceledErr;

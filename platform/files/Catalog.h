@@ -4,6 +4,7 @@
 
 #include <Carbon/Files.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 
 #include <cstdint>
 #include <string>
@@ -32,7 +33,7 @@ struct Item {
     bool isLinkItself = false;  // and the status is that of the link
 
     bool IsFolder() const { return S_ISDIR(status.stx_mode); }
-    dev_t Device() const;
+    dev_t Device() const { return makedev(status.stx_dev_major, status.stx_dev_minor); }
 };
 
 /// Looks at the item at a location; a result code.
