@@ -38,17 +38,17 @@ TEST(CatalogInfo, OfAFileAgreesWithStat) {
     struct stat const status = StatusOf(path);
     FSCatalogInfo const info = CatalogOf(path);
     EXPECT_EQ(0, info.nodeFlags);
-    EXPECT_EQ(5000u, info.dataLogicalSize);
-    EXPECT_EQ(static_cast<UInt64>(status.st_blocks) * 512, info.dataPhysicalSize);
-    EXPECT_EQ(0u, info.rsrcLogicalSize);
-    EXPECT_EQ(0u, info.rsrcPhysicalSize);
-    EXPECT_EQ(static_cast<UInt32>(status.st_ino), info.nodeID);
-    EXPECT_EQ(static_cast<UInt32>(StatusOf(folder.Path()).st_ino), info.parentDirID);
-    EXPECT_EQ(status.st_uid, info.permissions.userID);
-    EXPECT_EQ(status.st_gid, info.permissions.groupID);
+    EXPECT_EQ(5000u, +info.dataLogicalSize);
+    EXPECT_EQ(static_cast<UInt64>(status.st_blocks) * 512, +info.dataPhysicalSize);
+    EXPECT_EQ(0u, +info.rsrcLogicalSize);
+    EXPECT_EQ(0u, +info.rsrcPhysicalSize);
+    EXPECT_EQ(static_cast<UInt32>(status.st_ino), +info.nodeID);
+    EXPECT_EQ(static_cast<UInt32>(StatusOf(folder.Path()).st_ino), +info.parentDirID);
+    EXPECT_EQ(status.st_uid, +info.permissions.userID);
+    EXPECT_EQ(status.st_gid, +info.permissions.groupID);
     EXPECT_EQ(status.st_mode, info.permissions.mode);
-    EXPECT_EQ(0u, info.valence);
-    EXPECT_EQ(126u, info.textEncodingHint);
+    EXPECT_EQ(0u, +info.valence);
+    EXPECT_EQ(126u, +info.textEncodingHint);
     EXPECT_TRUE(IsZero(info.finderInfo, 32));
 }
 
@@ -60,9 +60,9 @@ TEST(CatalogInfo, OfAFolderHasTheDirectoryFlagNoDataAndItsEntries) {
     folder.MakeFolder("folder/c");
     FSCatalogInfo const info = CatalogOf(path);
     EXPECT_EQ(kFSNodeIsDirectoryMask, info.nodeFlags);
-    EXPECT_EQ(0u, info.dataLogicalSize);
-    EXPECT_EQ(0u, info.dataPhysicalSize);
-    EXPECT_EQ(3u, info.valence);
+    EXPECT_EQ(0u, +info.dataLogicalSize);
+    EXPECT_EQ(0u, +info.dataPhysicalSize);
+    EXPECT_EQ(3u, +info.valence);
 }
 
 TEST(CatalogInfo, DatesHaveTheirFractions) {
@@ -110,7 +110,7 @@ TEST(CatalogInfo, OnlyFieldsAskedForAreFilled) {
     TemporaryFolder const folder;
     std::string const path = folder.Write("file", "12345");
     FSCatalogInfo info = CatalogOf(path, kFSCatInfoDataSizes);
-    EXPECT_EQ(5u, info.dataLogicalSize);
+    EXPECT_EQ(5u, +info.dataLogicalSize);
     info.dataLogicalSize = info.dataPhysicalSize = 0;
     EXPECT_TRUE(IsZero(&info, sizeof info));
     FSCatalogInfo const nothing = CatalogOf(path, kFSCatInfoNone);
@@ -163,14 +163,14 @@ TEST(CatalogInfo, RootHasTheRootsNumbersAndName) {
     FSCatalogInfo info;
     FSRef parent;
     ASSERT_EQ(noErr, FSGetCatalogInfo(&root, kFSCatInfoGettableInfo, &info, &name, nullptr, &parent));
-    EXPECT_EQ(1u, info.parentDirID);
+    EXPECT_EQ(1u, +info.parentDirID);
     EXPECT_EQ(u"/", std::u16string(name.unicode, name.unicode + name.length));
     EXPECT_TRUE(IsZero(&parent, sizeof parent));
     EXPECT_EQ(errFSBadFSRef, FSGetCatalogInfo(&parent, 0, nullptr, nullptr, nullptr, nullptr));
 }
 
 TEST(CatalogInfo, RootOfAMountedFileSystemHasNodeNumberTwo) {
-    EXPECT_EQ(2u, CatalogOf("/proc", kFSCatInfoNodeID).nodeID);
+    EXPECT_EQ(2u, +CatalogOf("/proc", kFSCatInfoNodeID).nodeID);
 }
 
 TEST(CatalogInfo, NameAndParentOfAFile) {

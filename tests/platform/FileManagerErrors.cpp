@@ -124,7 +124,7 @@ TEST(FileManagerErrors, ItemAndItsInformationInOneStep) {
     FSRef reference;
     FSCatalogInfo info;
     ASSERT_EQ(noErr, PlatformGetItem(url, kFSCatInfoDataSizes, &reference, &info));
-    EXPECT_EQ(3u, info.dataLogicalSize);
+    EXPECT_EQ(3u, +info.dataLogicalSize);
     EXPECT_EQ(folder.Path("file"), PathOf(reference));
     EXPECT_EQ(fnfErr, PlatformGetItem(missing, kFSCatInfoDataSizes, &reference, &info));
     EXPECT_EQ(errFSBadInfoBitmap, PlatformGetItem(url, 0x00040000, &reference, &info));

@@ -41,7 +41,7 @@ std::string Hex(std::uint64_t number) {
 TEST(FileSpecs, HoldTheParentsNumberTheVolumeAndTheName) {
     TemporaryFolder const folder;
     FSSpec const spec = SpecOf(folder.Write("file"));
-    EXPECT_EQ(static_cast<SInt32>(InodeOf(folder.Path())), spec.parID);
+    EXPECT_EQ(static_cast<SInt32>(InodeOf(folder.Path())), +spec.parID);
     EXPECT_EQ(CatalogOf(folder.Path("file"), kFSCatInfoVolume).volume, spec.vRefNum);
     EXPECT_EQ("file", NameIn(spec));
 }
@@ -84,7 +84,7 @@ TEST(FileSpecs, OtherNamesHaveTheInodeNumberAndTheExtension) {
 
 TEST(FileSpecs, RootsParentHasNumberOne) {
     FSSpec const spec = SpecOf("/");
-    EXPECT_EQ(fsRtParID, spec.parID);
+    EXPECT_EQ(fsRtParID, +spec.parID);
     if (spec.vRefNum != 0) {
         EXPECT_EQ("/", Target(spec));
     }

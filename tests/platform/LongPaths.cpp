@@ -40,11 +40,11 @@ class DeepTree {
 TEST(LongPaths, LeadToTheirFiles) {
     DeepTree const tree;
     FSRef const file = ReferenceTo(tree.FilePath());
-    EXPECT_EQ(5u, CatalogOf(file).dataLogicalSize);
+    EXPECT_EQ(5u, +CatalogOf(file).dataLogicalSize);
     EXPECT_EQ(tree.FilePath(), PathOf(file));
     FSRef parent;
     EXPECT_EQ(noErr, FSGetCatalogInfo(&file, 0, nullptr, nullptr, nullptr, &parent));
-    EXPECT_EQ(1u, CatalogOf(parent).valence);
+    EXPECT_EQ(1u, +CatalogOf(parent).valence);
 }
 
 TEST(LongPaths, ThatLeadNowhereAreNotFound) {

@@ -31,8 +31,8 @@ TEST(Metadata, FinderInformationIsInNativeOrder) {
     folder.SetAttribute("file", "user.com.apple.FinderInfo", stored);
     FSCatalogInfo const info = CatalogOf(path);
     FileInfo const finderInfo = FinderInfoOf(info);
-    EXPECT_EQ(0x54455854u, finderInfo.fileType);
-    EXPECT_EQ(0x74747874u, finderInfo.fileCreator);
+    EXPECT_EQ(0x54455854u, +finderInfo.fileType);
+    EXPECT_EQ(0x74747874u, +finderInfo.fileCreator);
     EXPECT_EQ(0x4801, finderInfo.finderFlags);
     EXPECT_EQ(5, finderInfo.location.v);
     EXPECT_EQ(-1, finderInfo.location.h);
@@ -41,7 +41,7 @@ TEST(Metadata, FinderInformationIsInNativeOrder) {
     std::memcpy(&extended, info.extFinderInfo, sizeof extended);
     EXPECT_EQ(0x0104, extended.extendedFinderFlags);
     EXPECT_EQ(9, extended.reserved2);
-    EXPECT_EQ(0x01020304, extended.putAwayFolderID);
+    EXPECT_EQ(0x01020304, +extended.putAwayFolderID);
 }
 
 TEST(Metadata, OfAFolderHasItsOwnShape) {
@@ -62,7 +62,7 @@ TEST(Metadata, OfAFolderHasItsOwnShape) {
     std::memcpy(&extended, info.extFinderInfo, sizeof extended);
     EXPECT_EQ(8, extended.scrollPosition.v);
     EXPECT_EQ(0x0100, extended.extendedFinderFlags);
-    EXPECT_EQ(77, extended.putAwayFolderID);
+    EXPECT_EQ(77, +extended.putAwayFolderID);
 }
 
 TEST(Metadata, FinderInformationFromEachAttribute) {
@@ -95,7 +95,7 @@ TEST(Metadata, ForkLengthFromEachAttribute) {
         TemporaryFolder const folder;
         std::string const path = folder.Write("file");
         folder.SetAttribute("file", attribute.name, "0123456789");
-        EXPECT_EQ(attribute.length, CatalogOf(path).rsrcLogicalSize) << attribute.name;
+        EXPECT_EQ(attribute.length, +CatalogOf(path).rsrcLogicalSize) << attribute.name;
     }
 }
 
@@ -105,7 +105,7 @@ TEST(Metadata, PhysicalForkLengthIsInWholeBlocks) {
     folder.SetAttribute("file", "user.com.apple.ResourceFork", "0123456789");
     struct stat status {};
     ASSERT_EQ(0, stat(path.c_str(), &status));
-    EXPECT_EQ(static_cast<UInt64>(status.st_blksize), CatalogOf(path).rsrcPhysicalSize);
+    EXPECT_EQ(static_cast<UInt64>(status.st_blksize), +CatalogOf(path).rsrcPhysicalSize);
 }
 
 TEST(Metadata, FirstStoreWins) {
@@ -116,7 +116,7 @@ TEST(Metadata, FirstStoreWins) {
     folder.MakeFolder(".AppleDouble");
     folder.Write(".AppleDouble/file", AppleDoubleImage({{9, FinderInformation("DOUBdoub")}, {2, "123"}}));
     EXPECT_EQ("DOUBdoub", TypeOf(CatalogOf(path)));
-    EXPECT_EQ(2u, CatalogOf(path).rsrcLogicalSize);
+    EXPECT_EQ(2u, +CatalogOf(path).rsrcLogicalSize);
     folder.SetAttribute("file", "user.org.netatalk.Metadata",
                         AppleDoubleImage({{9, FinderInformation("SERVserv")}}));
     EXPECT_EQ("SERVserv", TypeOf(CatalogOf(path)));
@@ -125,7 +125,7 @@ TEST(Metadata, FirstStoreWins) {
     folder.SetAttribute("file", "user.com.apple.FinderInfo", FinderInformation("COPYcopy"));
     folder.SetAttribute("file", "user.com.apple.ResourceFork", "1");
     EXPECT_EQ("COPYcopy", TypeOf(CatalogOf(path)));
-    EXPECT_EQ(1u, CatalogOf(path).rsrcLogicalSize);
+    EXPECT_EQ(1u, +CatalogOf(path).rsrcLogicalSize);
 }
 
 TEST(Metadata, CompanionsOfFiles) {
@@ -135,7 +135,7 @@ TEST(Metadata, CompanionsOfFiles) {
                  AppleDoubleImage({{9, FinderInformation("TEXTttxt", kIsStationery)}, {2, "fork"}}));
     EXPECT_EQ("TEXTttxt", TypeOf(CatalogOf(path)));
     EXPECT_EQ(kIsStationery, FinderInfoOf(CatalogOf(path)).finderFlags);
-    EXPECT_EQ(4u, CatalogOf(path).rsrcLogicalSize);
+    EXPECT_EQ(4u, +CatalogOf(path).rsrcLogicalSize);
 }
 
 TEST(Metadata, CompanionsOfFolders) {
@@ -176,7 +176,7 @@ TEST(Metadata, MalformedAttributesCountAsAbsent) {
     folder.SetAttribute("file", "user.org.netatalk.Metadata", "short");
     folder.SetAttribute("file", "user.DosStream.AFP_Resource:$DATA", "");
     EXPECT_EQ(kNoType, TypeOf(CatalogOf(path)));
-    EXPECT_EQ(0u, CatalogOf(path).rsrcLogicalSize);
+    EXPECT_EQ(0u, +CatalogOf(path).rsrcLogicalSize);
 }
 
 TEST(Metadata, LockedBitLocks) {
@@ -215,5 +215,5 @@ TEST(Metadata, ManyOtherAttributesDoNotHideIt) {
         folder.SetAttribute("file", name.c_str(), "");
     }
     folder.SetAttribute("file", "user.com.apple.ResourceFork", "123");
-    EXPECT_EQ(3u, CatalogOf(path).rsrcLogicalSize);
+    EXPECT_EQ(3u, +CatalogOf(path).rsrcLogicalSize);
 }

@@ -22,11 +22,11 @@ TEST(SymbolicLinks, ToAFileHasItsSizeAndDatesAndTheAliasFlag) {
     std::string const target = folder.Write("target", "12345");
     folder.SetAttribute("target", "user.com.apple.FinderInfo", std::string("TEXTttxt").append(24, '\0'));
     FSCatalogInfo const info = CatalogOf(folder.Link("link", "target"), kMost);
-    EXPECT_EQ(5u, info.dataLogicalSize);
-    EXPECT_EQ(CatalogOf(target).nodeID, info.nodeID);
+    EXPECT_EQ(5u, +info.dataLogicalSize);
+    EXPECT_EQ(+CatalogOf(target).nodeID, +info.nodeID);
     EXPECT_EQ(FixedPoint(CatalogOf(target).contentModDate), FixedPoint(info.contentModDate));
     EXPECT_EQ(kIsAlias, FinderInfoOf(info).finderFlags);
-    EXPECT_EQ(0x54455854u, FinderInfoOf(info).fileType);
+    EXPECT_EQ(0x54455854u, +FinderInfoOf(info).fileType);
     EXPECT_EQ(0, FinderInfoOf(CatalogOf(target)).finderFlags);
 }
 
@@ -45,10 +45,10 @@ TEST(SymbolicLinks, ThatDangleAreFilesDescribedByThemselves) {
     for (std::string const target : {"missing", "loop"}) {
         FSCatalogInfo const info = CatalogOf(folder.Link(target == "loop" ? "loop" : "link", target), kMost);
         EXPECT_EQ(0, info.nodeFlags);
-        EXPECT_EQ(target.size(), info.dataLogicalSize);
+        EXPECT_EQ(target.size(), +info.dataLogicalSize);
         EXPECT_EQ(kIsAlias, FinderInfoOf(info).finderFlags);
-        EXPECT_EQ(static_cast<OSType>(kSymLinkFileType), FinderInfoOf(info).fileType);
-        EXPECT_EQ(static_cast<OSType>(kSymLinkCreator), FinderInfoOf(info).fileCreator);
+        EXPECT_EQ(static_cast<OSType>(kSymLinkFileType), +FinderInfoOf(info).fileType);
+        EXPECT_EQ(static_cast<OSType>(kSymLinkCreator), +FinderInfoOf(info).fileCreator);
     }
 }
 
@@ -58,7 +58,7 @@ TEST(SymbolicLinks, NotFollowedAreDescribedByThemselves) {
     FSRef const link = ReferenceToLink(folder.Link("link", "target"));
     FSCatalogInfo const info = CatalogOf(link, kMost);
     EXPECT_EQ(0, info.nodeFlags);
-    EXPECT_EQ(6u, info.dataLogicalSize);
+    EXPECT_EQ(6u, +info.dataLogicalSize);
     FSRef const followed = ReferenceTo(folder.Path("link"));
     EXPECT_EQ(errFSRefsDifferent, FSCompareFSRefs(&link, &followed));
 }
@@ -95,7 +95,7 @@ TEST(SymbolicLinks, CompanionFileOfTheTargetCounts) {
     folder.MakeFolder("elsewhere");
     folder.Write("elsewhere/target");
     folder.SetAttribute("elsewhere/target", "user.com.apple.ResourceFork", "1234567");
-    EXPECT_EQ(7u, CatalogOf(folder.Link("link", "elsewhere/target"), kMost).rsrcLogicalSize);
+    EXPECT_EQ(7u, +CatalogOf(folder.Link("link", "elsewhere/target"), kMost).rsrcLogicalSize);
 }
 
 TEST(SymbolicLinks, AlongTheWayChangeNothing) {
