@@ -36,7 +36,8 @@ class Checker {
     };
     // `it` means `binding` for as long as this lives.
     struct Scope {
-        Scope(Checker& checker, Binding binding) : checker(checker), before(std::exchange(checker.it, binding)) {}
+        Scope(Checker& checker, Binding binding)
+            : checker(checker), before(std::exchange(checker.it, binding)) {}
         ~Scope() { checker.it = before; }
         Checker& checker;
         std::optional<Binding> before;
@@ -57,14 +58,16 @@ class Checker {
         if (syntax.kind == SyntaxKind::step && !syntax.condition)
             for (PropertyMatch const& match : vocabulary.WithPhrase(syntax.text))
                 if (match.plural) advice = Quoted(match.entry->singular) + " is the singular";
-        Report(syntax.range, "one value is wanted here, and this may be any number of them", std::move(advice));
+        Report(syntax.range, "one value is wanted here, and this may be any number of them",
+               std::move(advice));
         return false;
     }
 
     bool Boolean(Syntax const& syntax, Expression const& operand) {
         if (!Singular(syntax, operand, "ask whether there is one: exists … whose (…)")) return false;
         if (operand.type == Core("boolean")) return true;
-        Report(syntax.range, fmt::format("a boolean is wanted here, and this is {}", WithArticle(*operand.type)));
+        Report(syntax.range,
+               fmt::format("a boolean is wanted here, and this is {}", WithArticle(*operand.type)));
         return false;
     }
 
@@ -107,26 +110,42 @@ class Checker {
 
     ExpressionPointer CheckKind(Syntax const& syntax) {
         switch (syntax.kind) {
-            case SyntaxKind::string: return MakeLiteral(syntax.range, *Core("string"), checked.literals++, syntax.text);
+            case SyntaxKind::string:
+                return MakeLiteral(syntax.range, *Core("string"), checked.literals++, syntax.text);
             case SyntaxKind::integer:
-                return MakeLiteral(syntax.range, *Core("integer"), checked.literals++, integer(syntax.number));
+                return MakeLiteral(syntax.range, *Core("integer"), checked.literals++,
+                                   integer(syntax.number));
             case SyntaxKind::truth:
-                return MakeLiteral(syntax.range, *Core("boolean"), checked.literals++, boolean(syntax.number != 0));
-            case SyntaxKind::it: return CheckIt(syntax);
+                return MakeLiteral(syntax.range, *Core("boolean"), checked.literals++,
+                                   boolean(syntax.number != 0));
+            case SyntaxKind::it:
+                return CheckIt(syntax);
             case SyntaxKind::step:
-            case SyntaxKind::group: return CheckStep(syntax);
-            case SyntaxKind::collection: return CheckCollection(syntax);
-            case SyntaxKind::tuple: return CheckTuple(syntax);
-            case SyntaxKind::choice: return CheckChoice(syntax);
-            case SyntaxKind::fallback: return CheckFallback(syntax);
+            case SyntaxKind::group:
+                return CheckStep(syntax);
+            case SyntaxKind::collection:
+                return CheckCollection(syntax);
+            case SyntaxKind::tuple:
+                return CheckTuple(syntax);
+            case SyntaxKind::choice:
+                return CheckChoice(syntax);
+            case SyntaxKind::fallback:
+                return CheckFallback(syntax);
             case SyntaxKind::both:
-            case SyntaxKind::either: return CheckLogical(syntax);
-            case SyntaxKind::negation: return CheckNegation(syntax);
-            case SyntaxKind::existence: return CheckExistence(syntax);
-            case SyntaxKind::relation: return CheckRelation(syntax);
-            case SyntaxKind::arithmetic: return CheckArithmetic(syntax);
-            case SyntaxKind::minus: return CheckMinus(syntax);
-            case SyntaxKind::cast: return CheckCast(syntax);
+            case SyntaxKind::either:
+                return CheckLogical(syntax);
+            case SyntaxKind::negation:
+                return CheckNegation(syntax);
+            case SyntaxKind::existence:
+                return CheckExistence(syntax);
+            case SyntaxKind::relation:
+                return CheckRelation(syntax);
+            case SyntaxKind::arithmetic:
+                return CheckArithmetic(syntax);
+            case SyntaxKind::minus:
+                return CheckMinus(syntax);
+            case SyntaxKind::cast:
+                return CheckCast(syntax);
         }
         return nullptr;
     }
@@ -157,8 +176,9 @@ class Checker {
 
     ExpressionPointer CheckFilter(Syntax const& syntax, ExpressionPointer source) {
         if (!source->plural)
-            return Report(syntax.sign, "\"whose\" filters many, and this is one value",
-                          "to filter a longer chain, put it in parentheses: (files of folders of …) whose (…)");
+            return Report(
+                syntax.sign, "\"whose\" filters many, and this is one value",
+                "to filter a longer chain, put it in parentheses: (files of folders of …) whose (…)");
         std::size_t place = checked.bindings++;
         Scope scope(*this, {source->type, place});
         ExpressionPointer condition = CheckAny(*syntax.condition);
@@ -184,30 +204,36 @@ class Checker {
         if (matches.size() > 1) return ReportAmbiguous(syntax, matches);
         PropertyEntry const& entry = *matches[0].entry;
         Use(entry);
-        return MakeProperty(syntax.sign, entry, *vocabulary.Result(entry), matches[0].plural, std::move(object),
-                            std::move(index));
+        return MakeProperty(syntax.sign, entry, *vocabulary.Result(entry), matches[0].plural,
+                            std::move(object), std::move(index));
     }
 
     ExpressionPointer CheckNumber(Syntax const& syntax, ExpressionPointer object, ExpressionPointer index) {
         if (index) return Report(syntax.index->range, fmt::format("\"{}\" takes no index", syntax.text));
         if (!object)
-            return Report(syntax.sign, fmt::format("\"{}\" of what?", syntax.text), "number of files of folder \"/etc\"");
+            return Report(syntax.sign, fmt::format("\"{}\" of what?", syntax.text),
+                          "number of files of folder \"/etc\"");
         return MakeNumber(syntax.sign, *Core("integer"), syntax.text == kNumberOf.plural, std::move(object));
     }
 
     ExpressionPointer ReportAmbiguous(Syntax const& syntax, std::vector<PropertyMatch> const& matches) {
-        return Report(syntax.sign,
-                      fmt::format("\"{}\" can be read in two ways: as the plural of ({}), or as the singular of ({})",
-                                  syntax.text, matches[0].plural ? matches[0].entry->singular : matches[1].entry->singular,
-                                  matches[0].plural ? matches[1].entry->plural : matches[0].entry->plural));
+        return Report(
+            syntax.sign,
+            fmt::format("\"{}\" can be read in two ways: as the plural of ({}), or as the singular of ({})",
+                        syntax.text,
+                        matches[0].plural ? matches[0].entry->singular : matches[1].entry->singular,
+                        matches[0].plural ? matches[1].entry->plural : matches[0].entry->plural));
     }
 
-    // A phrase that the object does not have with that index. What the hint says depends on how near the query came:
-    // the same phrase with another index, the same phrase of other types, another phrase of this type.
-    ExpressionPointer ReportUnknownPhrase(Syntax const& syntax, TypeEntry const* object, TypeEntry const* index) {
+    // A phrase that the object does not have with that index. What the hint says depends on how near the
+    // query came: the same phrase with another index, the same phrase of other types, another phrase of this
+    // type.
+    ExpressionPointer ReportUnknownPhrase(Syntax const& syntax, TypeEntry const* object,
+                                          TypeEntry const* index) {
         for (PropertyMatch const& match : vocabulary.WithPhrase(syntax.text)) ReferencesOf(*match.entry);
         if (object && !object->fields.empty())
-            return Report(syntax.sign, "a tuple has no properties", "ask its fields instead, in a step in parentheses");
+            return Report(syntax.sign, "a tuple has no properties",
+                          "ask its fields instead, in a step in parentheses");
         std::string owner = object ? WithArticle(*object) : "the world";
         if (std::string takes = IndexesOf(syntax.text, object); !takes.empty())
             return Report(syntax.sign, fmt::format("\"{}\" of {} takes {}", syntax.text, owner, takes));
@@ -218,7 +244,8 @@ class Checker {
         std::string message = fmt::format("{} has no property \"{}\"", owner, syntax.text);
         if (index) message += fmt::format(" with {} as index", WithArticle(*index));
         std::string hint = SuggestNearest(syntax.text, PhrasesOf(object));
-        if (hint.empty() && !owners.empty()) hint = fmt::format("it is a property of {}", JoinWithAnd(owners));
+        if (hint.empty() && !owners.empty())
+            hint = fmt::format("it is a property of {}", JoinWithAnd(owners));
         return Report(syntax.sign, std::move(message), std::move(hint));
     }
 
@@ -248,8 +275,9 @@ class Checker {
     std::vector<std::string> OwnersOf(std::string const& phrase) const {
         std::vector<std::string> owners;
         for (PropertyMatch const& match : vocabulary.WithPhrase(phrase))
-            owners.push_back(match.entry->object.empty() ? "the world"
-                                                         : WithArticle(*vocabulary.Type(match.entry->object)));
+            owners.push_back(match.entry->object.empty()
+                                 ? "the world"
+                                 : WithArticle(*vocabulary.Type(match.entry->object)));
         std::sort(owners.begin(), owners.end());
         owners.erase(std::unique(owners.begin(), owners.end()), owners.end());
         if (owners.size() > kLimits.suggestions) owners.resize(kLimits.suggestions);
@@ -300,7 +328,8 @@ class Checker {
     }
 
     ExpressionPointer ReportUnlike(Range range, TypeEntry const& left, TypeEntry const& right) {
-        return Report(range, fmt::format("{} and {} have no type in common", WithArticle(left), WithArticle(right)));
+        return Report(range,
+                      fmt::format("{} and {} have no type in common", WithArticle(left), WithArticle(right)));
     }
 
     ExpressionPointer CheckChoice(Syntax const& syntax) {
@@ -326,7 +355,8 @@ class Checker {
         if (parts.empty()) return nullptr;
         for (std::size_t i = 0; i < 2; ++i)
             if (!Boolean(*syntax.parts[i], *parts[i])) return nullptr;
-        return MakeLogical(syntax.sign, syntax.kind == SyntaxKind::both, std::move(parts[0]), std::move(parts[1]));
+        return MakeLogical(syntax.sign, syntax.kind == SyntaxKind::both, std::move(parts[0]),
+                           std::move(parts[1]));
     }
 
     ExpressionPointer CheckNegation(Syntax const& syntax) {
@@ -344,19 +374,32 @@ class Checker {
 
     static std::string_view NameOf(int code) {
         switch (code) {
-            case kOperatorPlus: return "+";
-            case kOperatorMinus: return "-";
-            case kOperatorTimes: return "*";
-            case kOperatorDividedBy: return "/";
-            case kOperatorMod: return "mod";
-            case kOperatorJoin: return "&";
-            case kRelationEqual: return "=";
-            case kRelationLess: return "<";
-            case kRelationLessOrEqual: return "<=";
-            case kRelationContains: return "contains";
-            case kRelationStartsWith: return "starts with";
-            case kRelationEndsWith: return "ends with";
-            default: return "?";
+            case kOperatorPlus:
+                return "+";
+            case kOperatorMinus:
+                return "-";
+            case kOperatorTimes:
+                return "*";
+            case kOperatorDividedBy:
+                return "/";
+            case kOperatorMod:
+                return "mod";
+            case kOperatorJoin:
+                return "&";
+            case kRelationEqual:
+                return "=";
+            case kRelationLess:
+                return "<";
+            case kRelationLessOrEqual:
+                return "<=";
+            case kRelationContains:
+                return "contains";
+            case kRelationStartsWith:
+                return "starts with";
+            case kRelationEndsWith:
+                return "ends with";
+            default:
+                return "?";
         }
     }
 
@@ -373,11 +416,15 @@ class Checker {
         return true;
     }
 
-    OperatorEntry const* FindOperator(Syntax const& syntax, int code, TypeEntry const& left, TypeEntry const& right) {
+    OperatorEntry const* FindOperator(Syntax const& syntax, int code, TypeEntry const& left,
+                                      TypeEntry const& right) {
         OperatorEntry const* entry = nullptr;
         if (left.fields.empty() && right.fields.empty()) entry = vocabulary.FindOperator(code, left, right);
-        if (entry) Use(*entry);
-        else Report(syntax.sign, fmt::format("there is no \"{}\" of {} and {}", NameOf(code), WithArticle(left), WithArticle(right)));
+        if (entry)
+            Use(*entry);
+        else
+            Report(syntax.sign, fmt::format("there is no \"{}\" of {} and {}", NameOf(code),
+                                            WithArticle(left), WithArticle(right)));
         return entry;
     }
 
@@ -389,8 +436,8 @@ class Checker {
                                          ? FindOperator(syntax, relation.code, *right->type, *left->type)
                                          : FindOperator(syntax, relation.code, *left->type, *right->type);
         if (!entry) return nullptr;
-        ExpressionPointer result = MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry), relation.exchanged,
-                                                std::move(left), std::move(right));
+        ExpressionPointer result = MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry),
+                                                relation.exchanged, std::move(left), std::move(right));
         return relation.negated ? MakeNot(syntax.sign, std::move(result)) : std::move(result);
     }
 
@@ -400,7 +447,8 @@ class Checker {
         OperatorEntry const* entry =
             FindOperator(syntax, static_cast<int>(syntax.number), *left->type, *right->type);
         if (!entry) return nullptr;
-        return MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry), false, std::move(left), std::move(right));
+        return MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry), false, std::move(left),
+                            std::move(right));
     }
 
     // -x is 0 - x; an interval is -1 * x.
@@ -412,8 +460,10 @@ class Checker {
         ExpressionPointer factor =
             MakeLiteral(syntax.sign, *Core("integer"), checked.literals++, integer(number ? 0 : -1));
         OperatorEntry const* entry = nullptr;
-        if (operand->type->fields.empty()) entry = vocabulary.FindOperator(code, *factor->type, *operand->type);
-        if (!entry) return Report(syntax.sign, fmt::format("there is no \"-\" of {}", WithArticle(*operand->type)));
+        if (operand->type->fields.empty())
+            entry = vocabulary.FindOperator(code, *factor->type, *operand->type);
+        if (!entry)
+            return Report(syntax.sign, fmt::format("there is no \"-\" of {}", WithArticle(*operand->type)));
         Use(*entry);
         return MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry), false, std::move(factor),
                             std::move(operand));

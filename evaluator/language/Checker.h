@@ -1,7 +1,7 @@
 #pragma once
 
-// Internal. Settles what a query means: every phrase becomes a registration, every expression gets its type and is
-// singular or plural. After this no name is looked up again.
+// Internal. Settles what a query means: every phrase becomes a registration, every expression gets its type
+// and is singular or plural. After this no name is looked up again.
 
 #include <memory>
 #include <optional>

@@ -34,9 +34,14 @@ Evaluation::Evaluation(std::size_t bindingCount, std::size_t literalCount)
         if (entry->kind == EntryKind::cache) static_cast<CacheEntry const&>(*entry).clear(nullptr);
 }
 
-Evaluation::~Evaluation() { running = nullptr; }
+Evaluation::~Evaluation() {
+    bindings.clear();
+    literals.clear();
+    running = nullptr;
+}
 
-// Calls an inspector that makes `made`, whose memory is what it asks for meanwhile. Returns whether it made it.
+// Calls an inspector that makes `made`, whose memory is what it asks for meanwhile. Returns whether it made
+// it.
 template <class Call>
 bool Evaluation::Guarded(Holder& made, Entry const& entry, Range where, Call const& call) {
     struct Making {
@@ -73,8 +78,8 @@ ValueRef Evaluation::Ask(PropertyEntry const& property, TypeEntry const& result,
 ValueRef Evaluation::Convert(CastEntry const& cast, TypeEntry const& result, ValueRef const& source,
                              Range where) {
     ValueRef value = NewValue(result);
-    value->alive = Guarded(*value, cast, where,
-                           [&] { cast.thunk(value->Bytes(), source->Bytes(), cast.context); });
+    value->alive =
+        Guarded(*value, cast, where, [&] { cast.thunk(value->Bytes(), source->Bytes(), cast.context); });
     if (!value->alive) return {};
     Keep(*value, source, {});
     return value;
@@ -83,9 +88,8 @@ ValueRef Evaluation::Convert(CastEntry const& cast, TypeEntry const& result, Val
 ValueRef Evaluation::Operate(OperatorEntry const& op, TypeEntry const& result, ValueRef const& left,
                              ValueRef const& right, Range where) {
     ValueRef value = NewValue(result);
-    value->alive = Guarded(*value, op, where, [&] {
-        op.thunk(value->Bytes(), left->Bytes(), right->Bytes(), op.context);
-    });
+    value->alive = Guarded(*value, op, where,
+                           [&] { op.thunk(value->Bytes(), left->Bytes(), right->Bytes(), op.context); });
     if (!value->alive) return {};
     Keep(*value, left, right);
     return value;
@@ -95,8 +99,7 @@ IterationRef Evaluation::Begin(PropertyEntry const& property, ValueRef const& ob
                                Range where) {
     IterationRef iteration = NewIteration(property);
     KeepSources(*iteration, object.Get(), index.Get());
-    iteration->alive =
-        Guarded(*iteration, property, where, [&] { property.construct(iteration->State()); });
+    iteration->alive = Guarded(*iteration, property, where, [&] { property.construct(iteration->State()); });
     return iteration->alive ? iteration : IterationRef();
 }
 

@@ -2,9 +2,9 @@
 
 // Internal. One evaluation of a checked query: what it holds, and how it calls inspectors.
 //
-// Absence and failure are two channels. Absence (there is no such object) is an ordinary answer: a function that
-// evaluates returns nothing, and Evaluation::absence tells where and of which kind. Any other failure is thrown as
-// an EvaluationError and ends the evaluation.
+// Absence and failure are two channels. Absence (there is no such object) is an ordinary answer: a function
+// that evaluates returns nothing, and Evaluation::absence tells where and of which kind. Any other failure is
+// thrown as an EvaluationError and ends the evaluation.
 
 #include <optional>
 #include <string>
@@ -25,8 +25,8 @@ struct EvaluationError {
 
 /// Why there is no value.
 struct Absence {
-    /// NoSuchObject is silent where a plural leaves values out; an item that the platform misses is silent under
-    /// `exists` and `otherwise` only.
+    /// NoSuchObject is silent where a plural leaves values out; an item that the platform misses is silent
+    /// under `exists` and `otherwise` only.
     enum class Kind { noSuchObject, missingItem } kind = Kind::noSuchObject;
     Range where;          ///< the phrase that answered so
     std::string message;  ///< empty for noSuchObject
@@ -34,8 +34,9 @@ struct Absence {
 
 class Evaluation final : public InspectorContext, public InspectorYieldContext {
   public:
-    /// Begins an evaluation of a query with so many places for `it` and so many literals; asks every registered
-    /// cache to be cleared. There is at most one at a time, the one that Get_Generic_Inspector_Context answers.
+    /// Begins an evaluation of a query with so many places for `it` and so many literals; asks every
+    /// registered cache to be cleared. There is at most one at a time, the one that
+    /// Get_Generic_Inspector_Context answers.
     Evaluation(std::size_t bindings, std::size_t literals);
     ~Evaluation() override;
     Evaluation(Evaluation const&) = delete;
@@ -68,12 +69,16 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     /// The first value of an iteration, then each next one; nothing at its end.
     ValueRef Step(IterationRef const& iteration, bool first, TypeEntry const& result, Range where);
     /// A fresh iteration over an object (may be nothing), its state constructed.
-    IterationRef Begin(PropertyEntry const& property, ValueRef const& object, ValueRef const& index, Range where);
+    IterationRef Begin(PropertyEntry const& property, ValueRef const& object, ValueRef const& index,
+                       Range where);
 
     /// Memory for the value or iteration that is being made; null when none is.
     void* Allocate(std::size_t size) { return making ? making->Allocate(size) : nullptr; }
 
   private:
+    /// Local time keeps one offset from universal time throughout an evaluation.
+    LocalOffsetHold const offset;
+
     template <class Call>
     bool Guarded(Holder& made, Entry const& entry, Range where, Call const& call);
 

@@ -44,24 +44,30 @@ class It : public Expression {
 
 }  // namespace
 
-ValueRef Expression::Evaluate(Evaluation& evaluation) const { return ExactlyOne(evaluation, Open(evaluation)); }
-
-CursorPointer Expression::Open(Evaluation& evaluation) const {
-    return OneValue(Evaluate(evaluation));
+ValueRef Expression::Evaluate(Evaluation& evaluation) const {
+    return ExactlyOne(evaluation, Open(evaluation));
 }
+
+CursorPointer Expression::Open(Evaluation& evaluation) const { return OneValue(Evaluate(evaluation)); }
 
 ValueRef Expression::ExactlyOne(Evaluation& evaluation, CursorPointer cursor) const {
     if (!cursor) return {};
     ValueRef only, another;
     switch (cursor->Next(evaluation, only)) {
-        case Cursor::Step::absent: return {};
-        case Cursor::Step::end: return evaluation.Absent(range);
-        case Cursor::Step::value: break;
+        case Cursor::Step::absent:
+            return {};
+        case Cursor::Step::end:
+            return evaluation.Absent(range);
+        case Cursor::Step::value:
+            break;
     }
     switch (cursor->Next(evaluation, another)) {
-        case Cursor::Step::absent: return {};
-        case Cursor::Step::end: return only;
-        case Cursor::Step::value: break;
+        case Cursor::Step::absent:
+            return {};
+        case Cursor::Step::end:
+            return only;
+        case Cursor::Step::value:
+            break;
     }
     throw EvaluationError{{ProblemKind::evaluation, range, "more than one object", {}}};
 }

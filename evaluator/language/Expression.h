@@ -1,10 +1,11 @@
 #pragma once
 
-// Internal. The checked tree: expressions whose types, and the very registrations behind them, are settled, and which
-// produce their values one at a time.
+// Internal. The checked tree: expressions whose types, and the very registrations behind them, are settled,
+// and which produce their values one at a time.
 //
-// A singular expression is asked with Evaluate, a plural one with Open and the cursor's Next; either may be asked the
-// other way round too. Where there is no value, the evaluation's `absence` says why; an EvaluationError ends all.
+// A singular expression is asked with Evaluate, a plural one with Open and the cursor's Next; either may be
+// asked the other way round too. Where there is no value, the evaluation's `absence` says why; an
+// EvaluationError ends all.
 
 #include <memory>
 #include <string>
@@ -47,7 +48,8 @@ class Expression {
 };
 using ExpressionPointer = std::unique_ptr<Expression>;
 
-// What the checker builds. Each takes ownership of its parts. `binding` is the place of `it` in the evaluation.
+// What the checker builds. Each takes ownership of its parts. `binding` is the place of `it` in the
+// evaluation.
 
 /// A literal; `place` is its own among the evaluation's literals.
 ExpressionPointer MakeLiteral(Range range, TypeEntry const& type, std::size_t place,
@@ -57,14 +59,15 @@ ExpressionPointer MakeIt(Range range, TypeEntry const& type, std::size_t binding
 ExpressionPointer MakeProperty(Range range, PropertyEntry const& entry, TypeEntry const& result, bool plural,
                                ExpressionPointer object, ExpressionPointer index);
 /// `inside` once for each value of `object`.
-ExpressionPointer MakeStep(Range range, ExpressionPointer inside, std::size_t binding, ExpressionPointer object);
+ExpressionPointer MakeStep(Range range, ExpressionPointer inside, std::size_t binding,
+                           ExpressionPointer object);
 ExpressionPointer MakeFilter(Range range, ExpressionPointer source, std::size_t binding,
                              ExpressionPointer condition);
 ExpressionPointer MakeCast(Range range, CastEntry const& entry, TypeEntry const& result,
                            ExpressionPointer operand);
 /// An operator or relation; the operands are evaluated in the order written, then exchanged if so wanted.
-ExpressionPointer MakeOperator(Range range, OperatorEntry const& entry, TypeEntry const& result, bool exchanged,
-                               ExpressionPointer left, ExpressionPointer right);
+ExpressionPointer MakeOperator(Range range, OperatorEntry const& entry, TypeEntry const& result,
+                               bool exchanged, ExpressionPointer left, ExpressionPointer right);
 ExpressionPointer MakeNot(Range range, ExpressionPointer operand);
 /// `left and right`, or `left or right`; the right side only when it matters.
 ExpressionPointer MakeLogical(Range range, bool conjunction, ExpressionPointer left, ExpressionPointer right);

@@ -66,7 +66,8 @@ constexpr std::array kMeanings{
 };
 
 std::string PlatformError(long code) {
-    auto found = std::find_if(kMeanings.begin(), kMeanings.end(), [&](auto& row) { return row.code == code; });
+    auto found =
+        std::find_if(kMeanings.begin(), kMeanings.end(), [&](auto& row) { return row.code == code; });
     return fmt::format("the platform's error {}{}", code,
                        found == kMeanings.end() ? "" : fmt::format(" ({})", found->text));
 }
@@ -127,9 +128,12 @@ std::string Reason() {
 std::string NameOf(Entry const& entry) {
     switch (entry.kind) {
         case EntryKind::property:
-        case EntryKind::iterated: return static_cast<PropertyEntry const&>(entry).singular;
-        case EntryKind::cast: return "as " + static_cast<CastEntry const&>(entry).phrase;
-        default: return {};
+        case EntryKind::iterated:
+            return static_cast<PropertyEntry const&>(entry).singular;
+        case EntryKind::cast:
+            return "as " + static_cast<CastEntry const&>(entry).phrase;
+        default:
+            return {};
     }
 }
 
@@ -152,7 +156,9 @@ std::optional<std::string> MissingItem() {
 Problem FailureOf(Entry const& entry, Range where) {
     std::string reason = Reason();
     std::string name = NameOf(entry);
-    return {ProblemKind::evaluation, where, name.empty() ? reason : fmt::format("\"{}\" failed: {}", name, reason),
+    return {ProblemKind::evaluation,
+            where,
+            name.empty() ? reason : fmt::format("\"{}\" failed: {}", name, reason),
             {}};
 }
 

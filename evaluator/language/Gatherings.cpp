@@ -73,8 +73,8 @@ class Tuple : public Expression {
     std::vector<ExpressionPointer> const fields;
 };
 
-// Every combination of the fields' values, the last field fastest: an odometer whose wheels are cursors. A wheel that
-// has run out is opened again after the one before it has moved.
+// Every combination of the fields' values, the last field fastest: an odometer whose wheels are cursors. A
+// wheel that has run out is opened again after the one before it has moved.
 class TupleCursor : public Cursor {
   public:
     explicit TupleCursor(Tuple const& tuple)
@@ -86,7 +86,8 @@ class TupleCursor : public Cursor {
             if (!wheels[wheel] && !(wheels[wheel] = tuple.fields[wheel]->Open(evaluation)))
                 return Step::absent;
             switch (wheels[wheel]->Next(evaluation, values[wheel])) {
-                case Step::absent: return Step::absent;
+                case Step::absent:
+                    return Step::absent;
                 case Step::end:
                     if (wheel == 0) return Step::end;
                     wheels[wheel--].reset();

@@ -115,8 +115,8 @@ ExpressionPointer MakeCast(Range range, CastEntry const& entry, TypeEntry const&
     return std::make_unique<Cast>(range, entry, result, std::move(operand));
 }
 
-ExpressionPointer MakeOperator(Range range, OperatorEntry const& entry, TypeEntry const& result, bool exchanged,
-                               ExpressionPointer left, ExpressionPointer right) {
+ExpressionPointer MakeOperator(Range range, OperatorEntry const& entry, TypeEntry const& result,
+                               bool exchanged, ExpressionPointer left, ExpressionPointer right) {
     return std::make_unique<Operator>(range, entry, result, exchanged, std::move(left), std::move(right));
 }
 
@@ -124,7 +124,8 @@ ExpressionPointer MakeNot(Range range, ExpressionPointer operand) {
     return std::make_unique<Not>(range, std::move(operand));
 }
 
-ExpressionPointer MakeLogical(Range range, bool conjunction, ExpressionPointer left, ExpressionPointer right) {
+ExpressionPointer MakeLogical(Range range, bool conjunction, ExpressionPointer left,
+                              ExpressionPointer right) {
     return std::make_unique<Logical>(range, conjunction, std::move(left), std::move(right));
 }
 

@@ -69,8 +69,9 @@ class Parser {
         std::string_view found = query.substr(Now().range.begin, Now().range.end - Now().range.begin);
         if (Now().kind == TokenKind::end)
             Report(Now().range, fmt::format("{} is missing at the end of the query", what), hint);
-        Report(Now().range, fmt::format("{} is expected here, not {}", what,
-                                        Now().kind == TokenKind::string ? "a string" : fmt::format("\"{}\"", found)),
+        Report(Now().range,
+               fmt::format("{} is expected here, not {}", what,
+                           Now().kind == TokenKind::string ? "a string" : fmt::format("\"{}\"", found)),
                hint);
     }
     void Expect(TokenKind kind, std::string_view what) {
@@ -143,7 +144,9 @@ class Parser {
     SyntaxPointer ParseCollection() {
         return ParseList(SyntaxKind::collection, TokenKind::semicolon, &Parser::ParseTuple);
     }
-    SyntaxPointer ParseTuple() { return ParseList(SyntaxKind::tuple, TokenKind::comma, &Parser::ParseChoice); }
+    SyntaxPointer ParseTuple() {
+        return ParseList(SyntaxKind::tuple, TokenKind::comma, &Parser::ParseChoice);
+    }
 
     SyntaxPointer ParseChoice() {
         Descent descent(*this);
@@ -200,7 +203,8 @@ class Parser {
         node->relation = relation;
         first = at;
         if (Relation another; TakeRelation(another))
-            Report(Since(first), "relations do not chain", "join two relations with \"and\", or use parentheses");
+            Report(Since(first), "relations do not chain",
+                   "join two relations with \"and\", or use parentheses");
         return node;
     }
 
@@ -264,10 +268,14 @@ class Parser {
         for (;;) {
             Range sign = Now().range;
             int code;
-            if (Take(TokenKind::plus)) code = kOperatorPlus;
-            else if (Take(TokenKind::minus)) code = kOperatorMinus;
-            else if (Take(TokenKind::ampersand)) code = kOperatorJoin;
-            else return left;
+            if (Take(TokenKind::plus))
+                code = kOperatorPlus;
+            else if (Take(TokenKind::minus))
+                code = kOperatorMinus;
+            else if (Take(TokenKind::ampersand))
+                code = kOperatorJoin;
+            else
+                return left;
             left = Arithmetic(code, sign, std::move(left), ParseProduct());
         }
     }
@@ -277,10 +285,14 @@ class Parser {
         for (;;) {
             Range sign = Now().range;
             int code;
-            if (Take(TokenKind::times)) code = kOperatorTimes;
-            else if (Take(TokenKind::dividedBy)) code = kOperatorDividedBy;
-            else if (TakeWord("mod")) code = kOperatorMod;
-            else return left;
+            if (Take(TokenKind::times))
+                code = kOperatorTimes;
+            else if (Take(TokenKind::dividedBy))
+                code = kOperatorDividedBy;
+            else if (TakeWord("mod"))
+                code = kOperatorMod;
+            else
+                return left;
             left = Arithmetic(code, sign, std::move(left), ParseCast());
         }
     }
@@ -357,7 +369,8 @@ class Parser {
                 node->text = token.text;
                 return node;
             }
-            case TokenKind::integer: return ParseInteger();
+            case TokenKind::integer:
+                return ParseInteger();
             case TokenKind::minus:
                 if (!IsSignOfLiteral()) ReportExpected("a phrase or a value");
                 return ParseInteger();
@@ -368,8 +381,10 @@ class Parser {
                 node->parts.push_back(std::move(inside));
                 return Finish(std::move(node));
             }
-            case TokenKind::word: return ParseWordStep();
-            default: ReportExpected("a phrase or a value");
+            case TokenKind::word:
+                return ParseWordStep();
+            default:
+                ReportExpected("a phrase or a value");
         }
     }
 
@@ -413,9 +428,14 @@ class Parser {
     void ParseIndex(Syntax& step) {
         switch (Now().kind) {
             case TokenKind::string:
-            case TokenKind::integer: step.index = ParseUnfilteredStep(); return;
-            case TokenKind::leftParenthesis: step.index = ParseParenthesis(); return;
-            default: return;
+            case TokenKind::integer:
+                step.index = ParseUnfilteredStep();
+                return;
+            case TokenKind::leftParenthesis:
+                step.index = ParseParenthesis();
+                return;
+            default:
+                return;
         }
     }
 
@@ -434,10 +454,11 @@ class Parser {
         for (std::size_t i = 0; i < extent.words; ++i) node.text += (i ? " " : "") + words[i];
     }
 
-    // The longest registered run of words, `longest`, is the phrase, unless an ordinary word is left over behind it.
-    // Then, or when nothing is registered, the whole run of ordinary words is unknown.
+    // The longest registered run of words, `longest`, is the phrase, unless an ordinary word is left over
+    // behind it. Then, or when nothing is registered, the whole run of ordinary words is unknown.
     static PhraseExtent Extent(std::vector<std::string> const& words, std::size_t longest) {
-        if (longest > 0 && (longest == words.size() || IsOperatorWord(words[longest]))) return {longest, true};
+        if (longest > 0 && (longest == words.size() || IsOperatorWord(words[longest])))
+            return {longest, true};
         std::size_t end = std::max<std::size_t>(longest, 1);
         while (end < words.size() && !IsOperatorWord(words[end])) ++end;
         return {end, false};

@@ -1,7 +1,8 @@
 #pragma once
 
-// Internal. Reads the tokens of a query into a syntax tree, by recursive descent, one function a rule of the grammar
-// (docs/language.md has the grammar). The vocabulary is asked for one thing only: how many words make a phrase.
+// Internal. Reads the tokens of a query into a syntax tree, by recursive descent, one function a rule of the
+// grammar (docs/language.md has the grammar). The vocabulary is asked for one thing only: how many words make
+// a phrase.
 
 #include "language/Scanner.h"
 #include "language/Syntax.h"

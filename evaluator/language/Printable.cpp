@@ -20,10 +20,14 @@ std::string Printable(std::string_view text) {
             at += length;
             continue;
         }
-        if (byte == '\t') result += "\\t";
-        else if (byte == '\n') result += "\\n";
-        else if (byte == '\r') result += "\\r";
-        else result += fmt::format("\\x{:02X}", byte);
+        if (byte == '\t')
+            result += "\\t";
+        else if (byte == '\n')
+            result += "\\n";
+        else if (byte == '\r')
+            result += "\\r";
+        else
+            result += fmt::format("\\x{:02X}", byte);
         ++at;
     }
     return result;

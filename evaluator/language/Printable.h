@@ -7,7 +7,8 @@
 
 namespace Evaluator {
 
-/// The text with control characters, and bytes that are not UTF-8, as \xHH (tab, line end and return as \t \n \r).
+/// The text with control characters, and bytes that are not UTF-8, as \xHH (tab, line end and return as \t \n
+/// \r).
 std::string Printable(std::string_view text);
 /// How many columns a printable text takes: its characters, each counted as one column.
 std::size_t Columns(std::string_view text);

@@ -31,8 +31,8 @@ std::string Render(Problem const& problem, std::string_view query) {
         std::string_view meant =
             excerpt.line.substr(excerpt.range.begin, excerpt.range.end - excerpt.range.begin);
         std::size_t width = std::max<std::size_t>(1, Columns(Printable(meant)));
-        text += fmt::format("  {}\n  {:{}}^{:~<{}}\n", Printable(excerpt.line), "", Columns(Printable(before)), "",
-                            width - 1);
+        text += fmt::format("  {}\n  {:{}}^{:~<{}}\n", Printable(excerpt.line), "",
+                            Columns(Printable(before)), "", width - 1);
     }
     if (!problem.hint.empty()) text += fmt::format("  hint: {}\n", Printable(problem.hint));
     return text;

@@ -10,7 +10,8 @@
 namespace Evaluator {
 namespace {
 
-constexpr std::string_view kEscapesHint = "the escapes are \\\" \\\\ \\/ \\b \\f \\n \\r \\t \\uXXXX and \\xHH";
+constexpr std::string_view kEscapesHint =
+    "the escapes are \\\" \\\\ \\/ \\b \\f \\n \\r \\t \\uXXXX and \\xHH";
 
 class Scanner {
   public:
@@ -40,7 +41,8 @@ class Scanner {
                 at = std::min(query.find('\n', at), query.size());
             } else if (StartsHere("/*")) {
                 std::size_t end = query.find("*/", at + 2);
-                if (end == std::string_view::npos) Report({at, at + 2}, "this comment has no end", "end it with */");
+                if (end == std::string_view::npos)
+                    Report({at, at + 2}, "this comment has no end", "end it with */");
                 at = end + 2;
             } else {
                 return;
@@ -72,7 +74,8 @@ class Scanner {
         while (at < query.size() && IsDigit(query[at])) ++at;
         if (at < query.size() && IsWordStart(query[at])) {
             while (at < query.size() && IsWordPart(query[at])) ++at;
-            Report({begin, at}, fmt::format("\"{}\" is neither a number nor a word", query.substr(begin, at - begin)),
+            Report({begin, at},
+                   fmt::format("\"{}\" is neither a number nor a word", query.substr(begin, at - begin)),
                    "a word does not begin with a digit");
         }
         return {TokenKind::integer, {begin, at}, std::string(query.substr(begin, at - begin))};
@@ -85,13 +88,20 @@ class Scanner {
         };
         // Longer signs before their beginnings.
         static constexpr Sign signs[] = {
-            {"!=", TokenKind::notEqual},        {"<=", TokenKind::lessOrEqual},
-            {">=", TokenKind::greaterOrEqual},  {"(", TokenKind::leftParenthesis},
-            {")", TokenKind::rightParenthesis}, {",", TokenKind::comma},
-            {";", TokenKind::semicolon},        {"+", TokenKind::plus},
-            {"-", TokenKind::minus},            {"&", TokenKind::ampersand},
-            {"*", TokenKind::times},            {"/", TokenKind::dividedBy},
-            {"=", TokenKind::equal},            {"<", TokenKind::less},
+            {"!=", TokenKind::notEqual},
+            {"<=", TokenKind::lessOrEqual},
+            {">=", TokenKind::greaterOrEqual},
+            {"(", TokenKind::leftParenthesis},
+            {")", TokenKind::rightParenthesis},
+            {",", TokenKind::comma},
+            {";", TokenKind::semicolon},
+            {"+", TokenKind::plus},
+            {"-", TokenKind::minus},
+            {"&", TokenKind::ampersand},
+            {"*", TokenKind::times},
+            {"/", TokenKind::dividedBy},
+            {"=", TokenKind::equal},
+            {"<", TokenKind::less},
             {">", TokenKind::greater},
         };
         for (Sign const& sign : signs)
@@ -107,9 +117,12 @@ class Scanner {
         std::string bytes;
         while (Peek() != '"' || at >= query.size()) {
             if (at >= query.size() || query[at] == '\n')
-                Report({begin, at}, "this string has no end", "a string ends with \" on the line where it begins");
-            if (query[at] == '\\') ScanEscape(bytes);
-            else bytes += query[at++];
+                Report({begin, at}, "this string has no end",
+                       "a string ends with \" on the line where it begins");
+            if (query[at] == '\\')
+                ScanEscape(bytes);
+            else
+                bytes += query[at++];
         }
         ++at;
         return {TokenKind::string, {begin, at}, std::move(bytes)};
@@ -150,7 +163,8 @@ class Scanner {
         for (int i = 0; i < digits; ++i, ++at) {
             char c = LowerCaseLetter(Peek());
             if (!IsDigit(c) && !(c >= 'a' && c <= 'f'))
-                Report({begin, at}, fmt::format("this escape needs {} hexadecimal digits", digits), kEscapesHint);
+                Report({begin, at}, fmt::format("this escape needs {} hexadecimal digits", digits),
+                       kEscapesHint);
             value = value * 16 + static_cast<std::uint32_t>(IsDigit(c) ? c - '0' : c - 'a' + 10);
         }
         return value;

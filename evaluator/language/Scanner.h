@@ -5,7 +5,8 @@
 //     names of files whose (size of it >= 10)   // the large ones
 //
 // gives  word `names`, word `of`, word `files`, word `whose`, `(`, word `size`, word `of`, word `it`, `>=`,
-// integer `10`, `)`, end. Words are not told apart here; whether a run of them is a phrase is the parser's business.
+// integer `10`, `)`, end. Words are not told apart here; whether a run of them is a phrase is the parser's
+// business.
 
 #include <string>
 #include <string_view>

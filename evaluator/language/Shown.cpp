@@ -33,7 +33,8 @@ void Shown::Settle(Vocabulary const& vocabulary, TypeEntry const& type) {
     CastEntry const* cast = vocabulary.FindCast("string", type);
     if (cast && vocabulary.Result(*cast) == string) way.cast = cast;
     for (PropertyMatch const& match : vocabulary.FindProperty("name", &type, nullptr))
-        if (!match.plural && match.entry->kind == EntryKind::property && vocabulary.Result(*match.entry) == string)
+        if (!match.plural && match.entry->kind == EntryKind::property &&
+            vocabulary.Result(*match.entry) == string)
             way.name = match.entry;
     ways.emplace(&type, way);
 }

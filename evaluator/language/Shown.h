@@ -16,9 +16,9 @@ class Shown {
     /// Settles how values of `type`, and of every type that has it as a base, are shown.
     Shown(Vocabulary const& vocabulary, TypeEntry const& type);
 
-    /// By the value's cast to string, else by its nearest base that is a string, else by its type and its name, else
-    /// by its type. A tuple shows its fields with ", " between; one within another in parentheses. May fail with an
-    /// EvaluationError that points at `where`.
+    /// By the value's cast to string, else by its nearest base that is a string, else by its type and its
+    /// name, else by its type. A tuple shows its fields with ", " between; one within another in parentheses.
+    /// May fail with an EvaluationError that points at `where`.
     std::string Text(Evaluation& evaluation, ValueRef const& value, Range where) const;
     /// The libraries whose registrations are used for it are added to the list.
     void AddLibraries(std::vector<Library*>& libraries) const;

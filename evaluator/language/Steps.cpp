@@ -37,7 +37,10 @@ class Property : public Expression {
   public:
     Property(Range range, PropertyEntry const& entry, TypeEntry const& result, bool plural,
              ExpressionPointer object, ExpressionPointer index)
-        : Expression(range, result, plural), entry(entry), object(std::move(object)), index(std::move(index)) {}
+        : Expression(range, result, plural),
+          entry(entry),
+          object(std::move(object)),
+          index(std::move(index)) {}
 
     ValueRef Evaluate(Evaluation& evaluation) const override {
         if (plural) return ExactlyOne(evaluation, Open(evaluation));

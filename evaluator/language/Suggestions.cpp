@@ -40,7 +40,8 @@ std::string SuggestNearest(std::string_view text, std::vector<std::string> candi
     std::vector<std::pair<std::size_t, std::string>> near;
     for (std::string& candidate : candidates) {
         std::size_t distance = EditDistance(text, candidate);
-        if (distance <= std::max<std::size_t>(2, text.size() / 3)) near.emplace_back(distance, std::move(candidate));
+        if (distance <= std::max<std::size_t>(2, text.size() / 3))
+            near.emplace_back(distance, std::move(candidate));
     }
     std::sort(near.begin(), near.end());
     near.erase(std::unique(near.begin(), near.end()), near.end());
@@ -49,7 +50,8 @@ std::string SuggestNearest(std::string_view text, std::vector<std::string> candi
     std::string hint = fmt::format("\"{}\" is one", near[0].second);
     std::vector<std::string> others;
     for (std::size_t i = 1; i < near.size(); ++i) others.push_back(fmt::format("\"{}\"", near[i].second));
-    if (!others.empty()) hint += fmt::format("; so {} {}", others.size() == 1 ? "is" : "are", JoinWithAnd(others));
+    if (!others.empty())
+        hint += fmt::format("; so {} {}", others.size() == 1 ? "is" : "are", JoinWithAnd(others));
     return hint;
 }
 

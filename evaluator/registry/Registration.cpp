@@ -75,7 +75,8 @@ bool Register_Iterated_Property(void* record, unsigned long recordSize, char con
 }
 
 bool Register_Cast(void* record, unsigned long recordSize, char const* phrase, char const* source,
-                   char const* target, CastFunction thunk, void const* context, DependencyFunction dependency) {
+                   char const* target, CastFunction thunk, void const* context,
+                   DependencyFunction dependency) {
     auto entry = NewEntry<CastEntry>(EntryKind::cast);
     entry->phrase = Text(phrase);
     entry->source = Text(source);
@@ -87,8 +88,8 @@ bool Register_Cast(void* record, unsigned long recordSize, char const* phrase, c
 }
 
 bool Register_Binary_Operator(void* record, unsigned long recordSize, int code, char const* left,
-                              char const* right, char const* result, BinaryOperatorFunction thunk, void const* context,
-                              DependencyFunction dependency) {
+                              char const* right, char const* result, BinaryOperatorFunction thunk,
+                              void const* context, DependencyFunction dependency) {
     auto entry = NewEntry<OperatorEntry>(EntryKind::binaryOperator);
     entry->code = code;
     entry->left = Text(left);

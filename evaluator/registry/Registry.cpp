@@ -17,11 +17,13 @@ std::string OfObject(std::string_view object) {
     return object.empty() ? std::string(" of the world") : " of " + Quoted(object);
 }
 
-// What no two registrations may share: a type its name; a property each of its phrases together with the types of
-// index and object; a cast its phrase and source; an operator its code and operands. A cache shares nothing.
+// What no two registrations may share: a type its name; a property each of its phrases together with the
+// types of index and object; a cast its phrase and source; an operator its code and operands. A cache shares
+// nothing.
 std::vector<std::string> Identities(Entry const& entry) {
     switch (entry.kind) {
-        case EntryKind::type: return {"type|" + static_cast<TypeEntry const&>(entry).name};
+        case EntryKind::type:
+            return {"type|" + static_cast<TypeEntry const&>(entry).name};
         case EntryKind::property:
         case EntryKind::iterated: {
             auto const& property = static_cast<PropertyEntry const&>(entry);
@@ -37,21 +39,25 @@ std::vector<std::string> Identities(Entry const& entry) {
             auto const& op = static_cast<OperatorEntry const&>(entry);
             return {fmt::format("operator|{}|{}|{}", op.code, op.left, op.right)};
         }
-        case EntryKind::cache: return {};
+        case EntryKind::cache:
+            return {};
     }
     return {};
 }
 
 std::vector<std::string> PhrasesOf(Entry const& entry) {
     switch (entry.kind) {
-        case EntryKind::type: return {static_cast<TypeEntry const&>(entry).name};
+        case EntryKind::type:
+            return {static_cast<TypeEntry const&>(entry).name};
         case EntryKind::property:
         case EntryKind::iterated: {
             auto const& property = static_cast<PropertyEntry const&>(entry);
             return {property.singular, property.plural};
         }
-        case EntryKind::cast: return {static_cast<CastEntry const&>(entry).phrase};
-        default: return {};
+        case EntryKind::cast:
+            return {static_cast<CastEntry const&>(entry).phrase};
+        default:
+            return {};
     }
 }
 
@@ -60,8 +66,7 @@ std::string PhraseFault(std::string const& phrase) {
     std::vector<std::string_view> words = SplitWords(phrase);
     if (words.empty()) return "its phrase is empty";
     for (std::size_t i = 0; i < words.size(); ++i) {
-        if (!IsWord(words[i]))
-            return fmt::format("\"{}\" in its phrase \"{}\" is no word", words[i], phrase);
+        if (!IsWord(words[i])) return fmt::format("\"{}\" in its phrase \"{}\" is no word", words[i], phrase);
         if (IsReservedWord(words[i]) || (i == 0 && IsOperatorWord(words[i])))
             return fmt::format("its phrase \"{}\" holds the reserved word \"{}\"", phrase, words[i]);
     }
@@ -70,22 +75,36 @@ std::string PhraseFault(std::string const& phrase) {
 
 bool HasItsFunctions(Entry const& entry) {
     switch (entry.kind) {
-        case EntryKind::type: return true;
-        case EntryKind::property: return static_cast<PropertyEntry const&>(entry).first;
+        case EntryKind::type:
+            return true;
+        case EntryKind::property:
+            return static_cast<PropertyEntry const&>(entry).first;
         case EntryKind::iterated: {
             auto const& property = static_cast<PropertyEntry const&>(entry);
             return property.first && property.next && property.construct && property.destroy;
         }
-        case EntryKind::cast: return static_cast<CastEntry const&>(entry).thunk;
-        case EntryKind::binaryOperator: return static_cast<OperatorEntry const&>(entry).thunk;
-        case EntryKind::cache: return static_cast<CacheEntry const&>(entry).clear;
+        case EntryKind::cast:
+            return static_cast<CastEntry const&>(entry).thunk;
+        case EntryKind::binaryOperator:
+            return static_cast<OperatorEntry const&>(entry).thunk;
+        case EntryKind::cache:
+            return static_cast<CacheEntry const&>(entry).clear;
     }
     return false;
 }
 
+// Bytes of a value, or of an iteration's state. Larger things belong into inspector memory.
+constexpr std::size_t kMostBytes = 1 << 20;
+
+std::size_t BytesOf(Entry const& entry) {
+    if (entry.kind == EntryKind::type) return static_cast<TypeEntry const&>(entry).size;
+    if (entry.kind == EntryKind::iterated) return static_cast<PropertyEntry const&>(entry).stateSize;
+    return 0;
+}
+
 bool IsContractCode(int code) {
-    constexpr std::array codes{kOperatorPlus,  kOperatorMinus,       kOperatorTimes,   kOperatorDividedBy, kRelationEqual,
-                               kRelationLess, kRelationLessOrEqual, kRelationContains};
+    constexpr std::array codes{kOperatorPlus,  kOperatorMinus, kOperatorTimes,       kOperatorDividedBy,
+                               kRelationEqual, kRelationLess,  kRelationLessOrEqual, kRelationContains};
     return std::find(codes.begin(), codes.end(), code) != codes.end();
 }
 
@@ -102,11 +121,13 @@ std::string NormalPhrase(std::string_view phrase) {
 
 std::string Describe(Entry const& entry) {
     switch (entry.kind) {
-        case EntryKind::type: return "type " + Quoted(static_cast<TypeEntry const&>(entry).name);
+        case EntryKind::type:
+            return "type " + Quoted(static_cast<TypeEntry const&>(entry).name);
         case EntryKind::property:
         case EntryKind::iterated: {
             auto const& property = static_cast<PropertyEntry const&>(entry);
-            std::string index = property.index.empty() ? "" : fmt::format(" with index \"{}\"", property.index);
+            std::string index =
+                property.index.empty() ? "" : fmt::format(" with index \"{}\"", property.index);
             return (entry.kind == EntryKind::iterated ? "iterated property " : "property ") +
                    Quoted(property.singular) + index + OfObject(property.object);
         }
@@ -118,7 +139,8 @@ std::string Describe(Entry const& entry) {
             auto const& op = static_cast<OperatorEntry const&>(entry);
             return fmt::format("operator {} of \"{}\" and \"{}\"", op.code, op.left, op.right);
         }
-        case EntryKind::cache: return "cache";
+        case EntryKind::cache:
+            return "cache";
     }
     return {};
 }
@@ -150,7 +172,12 @@ bool Registry::Acceptable(Entry const& entry, unsigned long recordSize, unsigned
     if (entry.kind == EntryKind::binaryOperator && registering->handle) {
         int code = static_cast<OperatorEntry const&>(entry).code;
         if (!IsContractCode(code)) return Note(entry, "there is no operator of that code");
+        if (code >= kRelationEqual && static_cast<OperatorEntry const&>(entry).result != "boolean")
+            return Note(entry, "the result of a relation is a boolean");
     }
+    if (std::size_t size = BytesOf(entry); size > kMostBytes)
+        return Note(entry,
+                    fmt::format("its {} bytes are more than the {} that a value may have", size, kMostBytes));
     for (std::string const& identity : Identities(entry))
         if (auto before = byIdentity.find(identity); before != byIdentity.end())
             return Note(entry, fmt::format("already registered by {}", before->second->library->name));
@@ -169,13 +196,24 @@ bool Registry::Add(std::unique_ptr<Entry> entry, void* record, unsigned long rec
     return true;
 }
 
+void Registry::Erase(Entries::iterator entry) {
+    for (std::string const& identity : Identities(**entry)) byIdentity.erase(identity);
+    byRecord.erase((*entry)->record);
+    entries.erase(entry);
+    ++revision;
+}
+
 void Registry::Remove(void* record, bool (*isKind)(EntryKind)) {
     auto found = byRecord.find(record);
-    if (found == byRecord.end() || !isKind((*found->second)->kind)) return;
-    for (std::string const& identity : Identities(**found->second)) byIdentity.erase(identity);
-    entries.erase(found->second);
-    byRecord.erase(found);
-    ++revision;
+    if (found != byRecord.end() && isKind((*found->second)->kind)) Erase(found->second);
+}
+
+void Registry::Forget(Library const& library) {
+    for (auto entry = entries.begin(); entry != entries.end();) {
+        auto next = std::next(entry);
+        if ((*entry)->library == &library) Erase(entry);
+        entry = next;
+    }
 }
 
 }  // namespace Evaluator

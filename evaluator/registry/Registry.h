@@ -4,7 +4,8 @@
 //
 // An entry is the host's own copy of one registration; it lives until the registration is withdrawn, and the
 // record that named it holds nothing of it. Type names stay names here; Vocabulary.h resolves them.
-// Not locked by itself: registration happens while a library is loaded or unloaded, under the evaluation lock.
+// Not locked by itself: registration happens while a library is loaded or unloaded, under the evaluation
+// lock.
 
 #include <cstdint>
 #include <list>
@@ -20,10 +21,10 @@ namespace Evaluator {
 
 /// A library that registers: the core, or one that was loaded.
 struct Library {
-    std::string name;       ///< file name, or "core"
-    std::string path;       ///< resolved path; empty for the core
-    void* handle = nullptr; ///< of dlopen(3); null for the core
-    long uses = 0;          ///< compiled queries, kept values and evaluations that need it mapped
+    std::string name;        ///< file name, or "core"
+    std::string path;        ///< resolved path; empty for the core
+    void* handle = nullptr;  ///< of dlopen(3); null for the core
+    long uses = 0;           ///< compiled queries, kept values and evaluations that need it mapped
 };
 
 enum class EntryKind { type, property, iterated, cast, binaryOperator, cache };
@@ -43,8 +44,8 @@ struct TypeEntry : Entry {
     std::size_t size = 0;
     DestroyFunction destroy = nullptr;
     FingerprintFunction fingerprint = nullptr;
-    /// The host's own integers, booleans, times and intervals: bits and nothing else, so a value of one of these
-    /// never needs what it was made from.
+    /// The host's own integers, booleans, times and intervals: bits and nothing else, so a value of one of
+    /// these never needs what it was made from.
     bool selfContained = false;
     /// The field types of a tuple; empty for a registered type.
     std::vector<TypeEntry const*> fields;
@@ -105,9 +106,13 @@ class Registry {
     std::vector<std::string> TakeProblems();
 
     /// Accepts the entry under its record, or notes a problem and returns false.
-    bool Add(std::unique_ptr<Entry> entry, void* record, unsigned long recordSize, unsigned long contractSize);
+    bool Add(std::unique_ptr<Entry> entry, void* record, unsigned long recordSize,
+             unsigned long contractSize);
     /// Forgets the registration made with `record`, if it is of the kind; else does nothing.
     void Remove(void* record, bool (*isKind)(EntryKind));
+
+    /// Forgets what a library that is gone has left registered; a sound one has withdrawn everything.
+    void Forget(Library const& library);
 
     /// All registrations, in the order in which they were made.
     Entries const& All() const { return entries; }
@@ -117,6 +122,7 @@ class Registry {
   private:
     bool Acceptable(Entry const& entry, unsigned long recordSize, unsigned long contractSize);
     bool Note(Entry const& entry, std::string const& what);
+    void Erase(Entries::iterator entry);
 
     Entries entries;
     std::unordered_map<void*, Entries::iterator> byRecord;

@@ -68,10 +68,12 @@ Vocabulary::Vocabulary(Registry const& registry) {
                 operators.emplace(OperatorKey(op.code, op.left, op.right), &op);
                 break;
             }
-            case EntryKind::cache: break;
+            case EntryKind::cache:
+                break;
         }
     }
-    for (std::string_view phrase : {kNumberOf.singular, kNumberOf.plural}) properties.try_emplace(std::string(phrase));
+    for (std::string_view phrase : {kNumberOf.singular, kNumberOf.plural})
+        properties.try_emplace(std::string(phrase));
     Grow(longestPhrase, properties);
     Grow(longestCastPhrase, casts);
 }
@@ -83,8 +85,8 @@ TypeEntry const* Vocabulary::Type(std::string_view name) const {
 
 TypeEntry const& Vocabulary::Named(Entry const& by, std::string const& name) const {
     if (TypeEntry const* type = Type(name)) return *type;
-    throw UnknownType(fmt::format("{}: {}: no library registers the type \"{}\" that it names", by.library->name,
-                                  Describe(by), name));
+    throw UnknownType(fmt::format("{}: {}: no library registers the type \"{}\" that it names",
+                                  by.library->name, Describe(by), name));
 }
 
 TypeEntry const* Vocabulary::Base(TypeEntry const& type) const {

@@ -1,8 +1,9 @@
 #pragma once
 
-// Internal. The registrations as the language asks for them: types by name, properties by phrase, index and object,
-// casts and operators by their operands, all with the bases of types taken into account. References between
-// registrations are resolved here, at first use, so a module may name a type that a later one registers.
+// Internal. The registrations as the language asks for them: types by name, properties by phrase, index and
+// object, casts and operators by their operands, all with the bases of types taken into account. References
+// between registrations are resolved here, at first use, so a module may name a type that a later one
+// registers.
 //
 // A look-up that meets a registration whose type nobody registered throws UnknownType.
 
@@ -59,9 +60,9 @@ class Vocabulary {
     TypeEntry const* Result(CastEntry const& entry) const { return &Named(entry, entry.target); }
     TypeEntry const* Result(OperatorEntry const& entry) const { return &Named(entry, entry.result); }
 
-    /// The property of `object` (null: of the world) with an index of the type (null: none), the object's own type
-    /// first, then its bases; with each the index's own type first. Two matches: the phrase is the singular of one
-    /// registration and the plural of another.
+    /// The property of `object` (null: of the world) with an index of the type (null: none), the object's own
+    /// type first, then its bases; with each the index's own type first. Two matches: the phrase is the
+    /// singular of one registration and the plural of another.
     std::vector<PropertyMatch> FindProperty(std::string_view phrase, TypeEntry const* object,
                                             TypeEntry const* index) const;
     /// The cast, or null.

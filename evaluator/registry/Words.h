@@ -1,7 +1,7 @@
 #pragma once
 
-// Internal. What a word is, and which words are reserved. Shared by the scanner, which reads phrases in queries,
-// and by the registry, which accepts phrases from libraries.
+// Internal. What a word is, and which words are reserved. Shared by the scanner, which reads phrases in
+// queries, and by the registry, which accepts phrases from libraries.
 
 #include <algorithm>
 #include <array>
@@ -11,7 +11,9 @@
 namespace Evaluator {
 
 constexpr char LowerCaseLetter(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-constexpr bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v'; }
+constexpr bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
+}
 constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr bool IsWordStart(char c) {
     char lower = LowerCaseLetter(c);
@@ -31,7 +33,7 @@ inline bool IsWord(std::string_view text) {
 
 /// The words that never stand in a phrase.
 inline constexpr std::array<std::string_view, 16> kReservedWords{
-    "of", "whose", "it", "as",   "and",       "or",     "not",  "is",
+    "of",   "whose", "it",   "as",   "and",       "or",     "not",  "is",
     "does", "if",    "then", "else", "otherwise", "exists", "true", "false"};
 
 inline bool IsReservedWord(std::string_view word) {
@@ -41,7 +43,7 @@ inline bool IsReservedWord(std::string_view word) {
 
 /// The words of operators that may stand in a phrase behind its first word.
 inline constexpr std::array<std::string_view, 8> kOperatorWords{"with",      "by",     "contains", "contain",
-                                                                 "contained", "starts", "ends",     "mod"};
+                                                                "contained", "starts", "ends",     "mod"};
 
 inline bool IsOperatorWord(std::string_view word) {
     return std::any_of(kOperatorWords.begin(), kOperatorWords.end(),

@@ -15,7 +15,10 @@ constexpr std::size_t Utf8SequenceLength(std::string_view text) {
     auto at = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     unsigned char lead = at(0);
     if (lead < 0x80) return 1;
-    std::size_t length = lead >= 0xC2 && lead < 0xE0 ? 2 : (lead & 0xF0) == 0xE0 ? 3 : lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
+    std::size_t length = lead >= 0xC2 && lead < 0xE0   ? 2
+                         : (lead & 0xF0) == 0xE0       ? 3
+                         : lead >= 0xF0 && lead < 0xF5 ? 4
+                                                       : 0;
     if (length == 0 || text.size() < length) return 0;
     for (std::size_t i = 1; i < length; ++i)
         if ((at(i) & 0xC0) != 0x80) return 0;

@@ -9,9 +9,9 @@
 namespace Evaluator {
 namespace {
 
-// Slots of up to kLargestPooledSlot bytes are kept in lists by size and used again, so that a stream of values takes
-// no memory from the system. At most kMostSpareSlots of a size are kept, so that a burst is given back. The address
-// sanitizer should see every slot's real end of life: no pool then.
+// Slots of up to kLargestPooledSlot bytes are kept in lists by size and used again, so that a stream of
+// values takes no memory from the system. At most kMostSpareSlots of a size are kept, so that a burst is
+// given back. The address sanitizer should see every slot's real end of life: no pool then.
 #ifdef __SANITIZE_ADDRESS__
 constexpr std::size_t kMostSpareSlots = 0;
 #else

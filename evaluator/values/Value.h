@@ -2,11 +2,11 @@
 
 // Internal. How a value lives.
 //
-// A value is the bytes of one registered type, in a slot that never moves. It is shared, not copied, and it keeps
-// alive what it may point into: the object, index, operands or source that it was made from, the iteration that
-// yielded it, and the inspector memory that was asked for while it was made. The same holds for an iteration.
-// When the last owner lets go, the type's Destroy is called first, then the memory is freed, then what it was
-// made from is let go.
+// A value is the bytes of one registered type, in a slot that never moves. It is shared, not copied, and it
+// keeps alive what it may point into: the object, index, operands or source that it was made from, the
+// iteration that yielded it, and the inspector memory that was asked for while it was made. The same holds
+// for an iteration. When the last owner lets go, the type's Destroy is called first, then the memory is
+// freed, then what it was made from is let go.
 //
 // Not locked: everything here happens under the evaluation lock.
 

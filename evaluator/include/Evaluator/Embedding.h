@@ -6,8 +6,8 @@
 //     auto compiled = Evaluator::Query::Compile("name of file \"/etc/hosts\"");
 //     compiled.query->Run([](Evaluator::Result const& result) { puts(result.Text().c_str()); return true; });
 //
-// Every function may be called from any thread; one evaluation runs at a time in a process, and a second thread
-// waits for the first. Nothing here throws, std::bad_alloc aside.
+// Every function may be called from any thread; one evaluation runs at a time in a process, and a second
+// thread waits for the first. Nothing here throws, std::bad_alloc aside.
 
 #include <cstddef>
 #include <cstdint>
@@ -46,20 +46,23 @@ struct Problem {
     std::string hint;  ///< empty: none
 };
 
-/// The problem as a person reads it: the message, the line of the query with a caret under the range, the hint.
-/// Control characters are shown escaped. Ends with a line end.
+/// The problem as a person reads it: the message, the line of the query with a caret under the range, the
+/// hint. Control characters are shown escaped. Ends with a line end.
 EVALUATOR_API std::string Render(Problem const& problem, std::string_view query);
 
+struct CompiledQuery;
 struct KeptValue;
 
 /// One value, for as long as the consumer that was handed it runs.
 class EVALUATOR_API Result {
   public:
-    /// The value as text, in bytes: by its cast to string, its nearest base that is a string, or its type and name.
+    /// The value as text, in bytes: by its cast to string, its nearest base that is a string, or its type and
+    /// name.
     std::string const& Text() const { return text; }
     /// The name of the type that it was made with.
     std::string TypeName() const;
-    /// The value, kept beyond the evaluation. Until it is let go, the libraries that made it cannot be unloaded.
+    /// The value, kept beyond the evaluation. Until it is let go, the libraries that made it cannot be
+    /// unloaded.
     std::shared_ptr<KeptValue> Keep() const;
 
   private:
@@ -67,7 +70,7 @@ class EVALUATOR_API Result {
     Result() = default;
     std::string text;
     void* value = nullptr;
-    struct CompiledQuery* query = nullptr;
+    std::shared_ptr<CompiledQuery> const* query = nullptr;
 };
 
 /// Receives the values as they are found. Returns whether it wants more.
@@ -88,13 +91,14 @@ class EVALUATOR_API Query {
     bool IsPlural() const;
     /// The name of the type of its values; a tuple's is its fields' in parentheses.
     std::string TypeName() const;
-    /// Evaluates the query and hands its values over one at a time. Returns the problem that ended it early, after
-    /// the values already handed over. A consumer that starts a query while it is being handed a value gets one.
+    /// Evaluates the query and hands its values over one at a time. Returns the problem that ended it early,
+    /// after the values already handed over. A consumer that starts a query while it is being handed a value
+    /// gets one.
     std::optional<Problem> Run(Consumer const& consumer) const;
 
   private:
-    explicit Query(std::unique_ptr<CompiledQuery> compiled);
-    std::unique_ptr<CompiledQuery> compiled;
+    explicit Query(std::shared_ptr<CompiledQuery> compiled);
+    std::shared_ptr<CompiledQuery> compiled;
 };
 
 /// What Compile gives: a query, or the problems found (up to five).
@@ -105,14 +109,14 @@ struct Query::Compiled {
 
 /// The folder `Inspectors` beside the evaluator's own library.
 EVALUATOR_API std::filesystem::path StandardInspectorsFolder();
-/// Loads one inspector library. It must belong to the user or to root, and nobody else may be able to write it.
-/// Returns what was wrong, in which case nothing of it is loaded.
+/// Loads one inspector library. It must belong to the user or to root, and nobody else may be able to write
+/// it. Returns what was wrong, in which case nothing of it is loaded.
 EVALUATOR_API std::vector<Problem> LoadInspectorLibrary(std::filesystem::path const& file);
 /// Loads every library (*.dylib) of a folder, in the order of their names. Returns what was wrong with any of
 /// them; the others are loaded.
 EVALUATOR_API std::vector<Problem> LoadInspectors(std::filesystem::path const& folder);
-/// Unloads the library of that file name and withdraws all that it registered. Refused while a compiled query, a
-/// kept value or an evaluation uses it.
+/// Unloads the library of that file name and withdraws all that it registered. Refused while a compiled
+/// query, a kept value or an evaluation uses it.
 EVALUATOR_API std::optional<Problem> UnloadInspectorLibrary(std::string_view name);
 /// The file names of the loaded libraries, in the order in which they were loaded.
 EVALUATOR_API std::vector<std::string> LoadedLibraries();
