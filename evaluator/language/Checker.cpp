@@ -499,7 +499,7 @@ class Checker {
 
 // Each library once, without the core, which cannot be unloaded.
 void Tidy(std::vector<Library*>& libraries) {
-    std::erase_if(libraries, [](Library const* library) { return !library->handle; });
+    std::erase_if(libraries, [](Library const* library) { return library->IsCore(); });
     std::sort(libraries.begin(), libraries.end());
     libraries.erase(std::unique(libraries.begin(), libraries.end()), libraries.end());
 }

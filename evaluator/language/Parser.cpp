@@ -87,7 +87,7 @@ class Parser {
         Report(range, fmt::format("the query is nested more than {} deep", kLimits.nesting),
                "split it into several queries", ProblemKind::limit);
     }
-    // Counts the rules that call themselves, for as long as one of them runs.
+    // Counts the rules that call themselves (parentheses, "if", "otherwise", "not", "-"), while they run.
     struct Descent {
         explicit Descent(Parser& owner) : parser(owner) {
             if (++parser.depth > kLimits.nesting) ReportTooDeep(parser.Now().range);
@@ -149,9 +149,9 @@ class Parser {
     }
 
     SyntaxPointer ParseChoice() {
-        Descent descent(*this);
         std::size_t first = at;
         if (!TakeWord("if")) return ParseFallback();
+        Descent descent(*this);
         SyntaxPointer node = Node(SyntaxKind::choice, {}, tokens[first].range);
         node->parts.push_back(ParseChoice());
         ExpectWord("then");
@@ -163,10 +163,10 @@ class Parser {
     }
 
     SyntaxPointer ParseFallback() {
-        Descent descent(*this);
         SyntaxPointer left = ParseDisjunction();
         Range sign = Now().range;
         if (!TakeWord("otherwise")) return left;
+        Descent descent(*this);
         return Join(SyntaxKind::fallback, sign, std::move(left), ParseFallback());
     }
 
@@ -185,10 +185,10 @@ class Parser {
     }
 
     SyntaxPointer ParseNegation() {
-        Descent descent(*this);
         std::size_t first = at;
         Range sign = Now().range;
         if (!TakeWord("not")) return ParseRelation();
+        Descent descent(*this);
         SyntaxPointer operand = ParseNegation();
         return Prefix(SyntaxKind::negation, first, sign, std::move(operand));
     }
@@ -310,10 +310,10 @@ class Parser {
     }
 
     SyntaxPointer ParseSign() {
-        Descent descent(*this);
         std::size_t first = at;
         Range sign = Now().range;
         if (IsSignOfLiteral() || !Take(TokenKind::minus)) return ParseReference();
+        Descent descent(*this);
         SyntaxPointer operand = ParseSign();
         return Prefix(SyntaxKind::minus, first, sign, std::move(operand));
     }
@@ -390,6 +390,7 @@ class Parser {
 
     // "(" collection ")", without the parentheses.
     SyntaxPointer ParseParenthesis() {
+        Descent descent(*this);
         Expect(TokenKind::leftParenthesis, "\"(\"");
         SyntaxPointer inside = ParseCollection();
         Expect(TokenKind::rightParenthesis, "\")\"");

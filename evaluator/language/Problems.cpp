@@ -8,7 +8,11 @@
 namespace Evaluator {
 namespace {
 
-// The line of the query in which the range begins, without its end, and the range within it.
+// More of a line would wrap on most terminals and hide the caret.
+constexpr std::size_t kMostShown = 160;  // bytes
+constexpr std::size_t kShownBefore = 60; // bytes before the range
+
+// The line of the query in which the range begins, or as much of a long one as is shown, and the range within it.
 struct Excerpt {
     std::string_view line;
     Range range;
@@ -18,6 +22,13 @@ Excerpt LineOf(std::string_view query, Range range) {
     std::size_t at = std::min(range.begin, query.size());
     std::size_t begin = at == 0 ? 0 : query.rfind('\n', at - 1) + 1;  // npos + 1 is 0
     std::size_t end = std::min(query.find('\n', at), query.size());
+    auto insideCharacter = [&](std::size_t place) { return place < end && (query[place] & 0xC0) == 0x80; };
+    if (end - begin > kMostShown) {
+        if (at - begin > kShownBefore) begin = at - kShownBefore;
+        while (begin < at && insideCharacter(begin)) ++begin;
+        end = std::min(end, begin + kMostShown);
+        while (end > at && insideCharacter(end)) --end;
+    }
     return {query.substr(begin, end - begin), {at - begin, std::clamp(range.end, at, end) - begin}};
 }
 

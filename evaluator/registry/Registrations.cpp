@@ -72,7 +72,7 @@ RegistrationInfo InfoOf(Entry const& entry) {
 std::vector<RegistrationInfo> Registrations() {
     std::vector<RegistrationInfo> infos;
     for (auto const& entry : Registry::Instance().All())
-        if (entry->library->handle) infos.push_back(InfoOf(*entry));
+        if (!entry->library->IsCore()) infos.push_back(InfoOf(*entry));
     return infos;
 }
 

@@ -169,7 +169,7 @@ bool Registry::Acceptable(Entry const& entry, unsigned long recordSize, unsigned
     for (std::string const& phrase : PhrasesOf(entry))
         if (std::string fault = PhraseFault(phrase); !fault.empty()) return Note(entry, fault);
     if (!HasItsFunctions(entry)) return Note(entry, "a function that it needs is missing");
-    if (entry.kind == EntryKind::binaryOperator && registering->handle) {
+    if (entry.kind == EntryKind::binaryOperator && !registering->IsCore()) {
         int code = static_cast<OperatorEntry const&>(entry).code;
         if (!IsContractCode(code)) return Note(entry, "there is no operator of that code");
         if (code >= kRelationEqual && static_cast<OperatorEntry const&>(entry).result != "boolean")

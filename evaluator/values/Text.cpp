@@ -1,14 +1,12 @@
 #include "Evaluator/Text.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "Evaluator/Arithmetic.h"
-#include "Evaluator/Context.h"
 #include "Evaluator/Exceptions.h"
+#include "values/InspectorMemory.h"
 
-using Evaluator::ByteFilter;
-using Evaluator::ByteSet;
+using namespace Evaluator;
 
 namespace {
 
@@ -29,13 +27,6 @@ Data Fold(ConstData text, Data target) {
     if (text.Size() > target.Size()) throw DataOverflow();
     return {target.begin(), std::transform(text.begin(), text.end(), target.begin(), change)};
 }
-
-Data InspectorMemory(unsigned long size) {
-    if (size > std::numeric_limits<std::uint32_t>::max()) throw StringyLengthTooLong();
-    return {static_cast<unsigned char*>(Allocate_Inspector_Memory(static_cast<unsigned int>(size))), size};
-}
-
-inspector_string AsString(Data bytes) { return {bytes.begin(), static_cast<std::uint32_t>(bytes.Size())}; }
 
 }  // namespace
 

@@ -13,3 +13,6 @@ set(EVALUATOR_VALUES_SOURCES
   values/TimeText.cpp
   values/Values.cpp
 )
+if(TARGET Platform)
+  list(APPEND EVALUATOR_VALUES_SOURCES values/PlatformStrings.cpp)
+endif()

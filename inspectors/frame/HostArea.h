@@ -19,7 +19,7 @@ class HostArea {
     ~HostArea() = default;
 
   private:
-    alignas(std::max_align_t) std::byte bytes[size] = {};
+    alignas(void*) std::byte bytes[size] = {};
 };
 
 }  // namespace Inspectors

@@ -42,6 +42,14 @@ TEST(Problems, RangesBeyondTheTextAreClamped) {
     EXPECT_EQ(Render(problem, "one"), "error: wrong\n  one\n     ^\n");
 }
 
+TEST(Problems, ShowAPartOfALongLine) {
+    std::string query(1000, 'a');
+    query.replace(500, 3, "bcd");
+    EXPECT_EQ(Render({ProblemKind::meaning, {500, 503}, "wrong", ""}, query),
+              "error: wrong\n  " + std::string(60, 'a') + "bcd" + std::string(97, 'a') + "\n  " +
+                  std::string(60, ' ') + "^~~\n");
+}
+
 TEST(Problems, ThoseOfLibrariesHaveNoLine) {
     EXPECT_EQ(Render({ProblemKind::library, {}, "cannot load", ""}, "query"), "error: cannot load\n");
 }
