@@ -1,7 +1,8 @@
 #pragma once
 
-// The exceptions that cross from an inspector library into the host. Inspectors report failure only by throwing
-// one of these, and adapters catch nothing. The classes are shared by name: the hierarchy is part of the contract.
+// The exceptions that cross from an inspector library into the host. Inspectors report failure only by
+// throwing one of these, and adapters catch nothing. The classes are shared by name: the hierarchy is part of
+// the contract.
 
 #include <cstdint>
 #include <exception>
@@ -12,8 +13,9 @@ namespace MacintoshPlatform {
 /// What a debugger wants to know of a failure: the code address that made the exception.
 class EVALUATOR_API ExceptionDebuggingInfo {
   public:
-    ExceptionDebuggingInfo() noexcept;
-    /// An address in the function that constructed the exception; dladdr(3) names it.
+    explicit ExceptionDebuggingInfo(void const* codeAddress) noexcept : origin(codeAddress) {}
+    /// An address in the code that constructed the exception; dladdr(3) names its function. In a build
+    /// without optimisation that is the constructor of the exception's own class.
     void const* Origin() const noexcept { return origin; }
 
   private:
@@ -22,13 +24,15 @@ class EVALUATOR_API ExceptionDebuggingInfo {
 }  // namespace MacintoshPlatform
 
 /// Root of the evaluator's own failures.
-class EVALUATOR_API DebuggableException : public std::exception, public MacintoshPlatform::ExceptionDebuggingInfo {
+class EVALUATOR_API DebuggableException : public std::exception,
+                                          public MacintoshPlatform::ExceptionDebuggingInfo {
   public:
     DebuggableException() noexcept;
     DebuggableException(DebuggableException const&) noexcept;
     DebuggableException& operator=(DebuggableException const&) noexcept;
     ~DebuggableException() override;
-    /// The name of the exception's own class, such as "NoSuchObject". Lives as long as the library that threw it.
+    /// The name of the exception's own class, such as "NoSuchObject"; of a class in a namespace the
+    /// compiler's mangled name. Lives as long as the library that defines the class.
     char const* what() const noexcept override;
 };
 
@@ -39,6 +43,10 @@ class EVALUATOR_API NoSuchObject : public DebuggableException {};
 class EVALUATOR_API ParsingFailure : public DebuggableException {};
 /// A span of bytes, or a number's range, is too small for what it should hold.
 class EVALUATOR_API DataOverflow : public DebuggableException {};
+/// A sum, difference, product or quotient that 64 bits cannot hold, or a date that its fields cannot.
+class EVALUATOR_API ArithmeticOverflow : public DebuggableException {};
+/// A quotient or a remainder by zero.
+class EVALUATOR_API DivisionByZero : public DebuggableException {};
 /// A text is longer than the 32-bit length of a string can tell.
 class EVALUATOR_API StringyLengthTooLong : public DebuggableException {};
 
@@ -127,8 +135,9 @@ class EVALUATOR_API BadFileNameError {
     ~BadFileNameError();
 };
 
-// Failures of the platform's services, thrown by the host's file layer and by inspector libraries alike. They have
-// no base class; those of the file layer are caught by name where a look-up turns them into NoSuchObject.
+// Failures of the platform's services, thrown by the host's file layer and by inspector libraries alike. They
+// have no base class; those of the file layer are caught by name where a look-up turns them into
+// NoSuchObject.
 
 /// A name that cannot be a file's: empty, ".", "..", or with a '/' or NUL byte.
 class EVALUATOR_API IllegalFileName {};

@@ -1,18 +1,19 @@
 #pragma once
 
-// How an inspector library tells the host what it offers: the registration calls and the functions they carry.
+// How an inspector library tells the host what it offers: the registration calls and the functions they
+// carry.
 //
-// A registration names a record: an object of the library that lives from load to unload and whose address is the
-// registration's identity. A record begins with an area that is the host's alone; its size is the second argument
-// of the call and must be the one given here. The record is handed back as the last argument of every call that
-// the host makes, so that one adapter can serve many registrations. The host calls none of the functions from
-// inside a registration call.
+// A registration names a record: an object of the library that lives from load to unload and whose address is
+// the registration's identity. A record begins with an area that is the host's alone; its size is the second
+// argument of the call and must be the one given here. The record is handed back as the last argument of
+// every call that the host makes, so that one adapter can serve many registrations. The host calls none of
+// the functions from inside a registration call.
 //
-// Types are named by text, and a name may be that of a type which another module, or another library, registers
-// later; an empty text means none. Phrases and type names must stay readable during the call only.
+// Types are named by text, and a name may be that of a type which another module, or another library,
+// registers later; an empty text means none. Phrases and type names must stay readable during the call only.
 //
-// Every call returns whether the host accepted it. A caller may ignore that: a library with a registration that was
-// refused is not loaded, and the reason names the library, the kind and the phrase.
+// Every call returns whether the host accepted it. A caller may ignore that: a library with a registration
+// that was refused is not loaded, and the reason names the library, the kind and the phrase.
 
 #include <cstddef>
 
@@ -45,36 +46,39 @@ using DestroyFunction = void (*)(void const* value);
 using FingerprintFunction = void (*)(Fingerprinter&, void const* value);
 /// Begins the life of an iteration's state at `state`.
 using ConstructFunction = void (*)(void* state);
-/// A property: constructs its result at `result`. `argument` is the index, `object` the direct object, `state` an
-/// iteration's state; each is null where the registration has none. With a null `result` nothing happens.
+/// A property: constructs its result at `result`. `argument` is the index, `object` the direct object,
+/// `state` an iteration's state; each is null where the registration has none. With a null `result` nothing
+/// happens.
 using PropertyFunction = void (*)(void* result, void const* argument, void const* object, void* state,
                                   void const* record);
 /// A cast: constructs its result at `result`.
 using CastFunction = void (*)(void* result, void const* source, void const* record);
 /// A binary operator: constructs its result at `result`.
-using BinaryOperatorFunction = void (*)(void* result, void const* left, void const* right, void const* record);
+using BinaryOperatorFunction = void (*)(void* result, void const* left, void const* right,
+                                        void const* record);
 /// Tells what else a result depends on. Null: on the state of the machine, and the result is not used again.
 using DependencyFunction = void (*)(Fingerprinter&);
-/// Drops cached knowledge of the machine's state. The host calls it at the start of every evaluation, with null.
+/// Drops cached knowledge of the machine's state. The host calls it at the start of every evaluation, with
+/// null.
 using ClearCacheFunction = void (*)(void*);
 
-/// Registers a type by its name. `valueSize` is the number of bytes of a value; `destroy` may be null for values
-/// that need no end; `base` is empty, or names a type whose layout is a prefix of this one's, so that a value of
-/// this type serves wherever the base is expected; `fingerprint` may be null.
+/// Registers a type by its name. `valueSize` is the number of bytes of a value; `destroy` may be null for
+/// values that need no end; `base` is empty, or names a type whose layout is a prefix of this one's, so that
+/// a value of this type serves wherever the base is expected; `fingerprint` may be null.
 EVALUATOR_API bool Register_Type(void* record, unsigned long recordSize, char const* name,
                                  unsigned long valueSize, DestroyFunction destroy, char const* base,
                                  FingerprintFunction fingerprint);
 
-/// Registers a property. `index` is the type of its index ("string", "integer", …) or empty; `object` the type of
-/// its direct object or empty for a property of the world.
+/// Registers a property. `index` is the type of its index ("string", "integer", …) or empty; `object` the
+/// type of its direct object or empty for a property of the world.
 EVALUATOR_API bool Register_Property(void* record, unsigned long recordSize, char const* singular,
                                      char const* plural, char const* index, char const* object,
                                      char const* result, PropertyFunction get, void const* context,
                                      DependencyFunction dependency);
 
 /// Registers a property that yields its values one at a time. `stateSize` is the number of bytes of an
-/// iteration's state, whose life `construct` and `destroy` begin and end; `first` and `next` yield, and end the
-/// iteration by throwing NoSuchObject.
+/// iteration's state, whose life `construct` and `destroy` begin and end; `first` and `next` yield, and end
+/// the iteration by throwing NoSuchObject.
 EVALUATOR_API bool Register_Iterated_Property(void* record, unsigned long recordSize, char const* singular,
                                               char const* plural, char const* index, char const* object,
                                               char const* result, unsigned long stateSize,

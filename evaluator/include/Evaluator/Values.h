@@ -63,8 +63,8 @@ class ConstCString {
     char const* first;
 };
 
-/// The language's "string": bytes, not terminated, in no particular encoding. The bytes must outlive the value:
-/// they lie in memory from Allocate_Inspector_Memory, or are static.
+/// The language's "string": bytes, not terminated, in no particular encoding. The bytes must outlive the
+/// value: they lie in memory from Allocate_Inspector_Memory, or are static.
 struct inspector_string {
     constexpr inspector_string() = default;
     constexpr inspector_string(unsigned char const* text, std::uint32_t size) : bytes(text), length(size) {}
@@ -77,8 +77,8 @@ struct inspector_string {
     std::uint32_t length = 0;
 };
 
-/// The language's "integer": 64 bits, signed. Behaves as the number it holds; overflow is the business of whoever
-/// computes (the language's own operators check for it).
+/// The language's "integer": 64 bits, signed. Behaves as the number it holds; overflow is the business of
+/// whoever computes (the language's own operators check for it).
 class integer {
   public:
     constexpr integer(long long number = 0) : value(number) {}

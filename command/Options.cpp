@@ -1,0 +1,53 @@
+#include "command/Options.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+
+#include "Evaluator/Embedding.h"
+#include "command/ExitStatus.h"
+
+namespace Command {
+namespace {
+
+constexpr char const* kPurpose = "Answers questions about this machine, posed in readable English.";
+
+constexpr char const* kFooter = R"(Examples:
+  zelq 'name of file "/etc/hosts"'
+  zelq 'modification time of folder "/etc"'
+  zelq 'exists file "/etc/shadow"'
+  zelq '(name of it, year of creation time of it) of (file "/etc/hosts"; file "/etc/passwd")'
+  zelq 'day_of_week of now'
+  zelq '2 + 3 * 4 as string'
+
+Values go to standard output, one a line, as they are found; everything else goes to standard error.
+
+Exit status:
+  0  answered; a plural may have no values at all
+  1  the evaluation failed, after the values already printed
+  2  the query is not valid
+  3  wrong use, or no inspector library could be loaded)";
+
+}  // namespace
+
+std::optional<Options> ReadOptions(int argc, char** argv, int& status) {
+    Options options;
+    CLI::App app(kPurpose, "zelq");
+    app.footer(kFooter);
+    app.set_version_flag("--version", std::string("zelq ") + Evaluator::Version(), "Print the version");
+    app.add_option("query", options.query, "The question, as one argument")->type_name("QUERY");
+    app.add_option("--inspectors", options.inspectors,
+                   "Load the inspector libraries of this folder, or this one library")
+        ->type_name("DIR");
+    app.add_flag("--registrations", options.registrations,
+                 "Print what the loaded libraries registered, in order, one JSON object a line");
+    try {
+        app.parse(argc, argv);
+        if (!options.registrations && app.count("query") == 0) throw CLI::RequiredError("QUERY");
+        return options;
+    } catch (CLI::ParseError const& outcome) {
+        status = app.exit(outcome) == 0 ? kAnswered : kWrongUse;
+        return std::nullopt;
+    }
+}
+
+}  // namespace Command

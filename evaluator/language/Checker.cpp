@@ -1,0 +1,535 @@
+#include "language/Checker.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "language/Limits.h"
+#include "language/Parser.h"
+#include "language/Suggestions.h"
+
+namespace Evaluator {
+namespace {
+
+std::string Quoted(std::string_view text) { return fmt::format("\"{}\"", text); }
+
+// "a file", "an integer".
+std::string WithArticle(TypeEntry const& type) {
+    if (!type.fields.empty()) return "a tuple";
+    bool vowel = std::string_view("aeiou").find(type.name[0]) != std::string_view::npos;
+    return (vowel ? "an " : "a ") + type.name;
+}
+
+class Checker {
+  public:
+    Checker(Vocabulary const& vocabulary, CheckedQuery& checked, std::vector<Problem>& problems)
+        : vocabulary(vocabulary), checked(checked), problems(problems) {}
+
+    ExpressionPointer CheckQuery(Syntax const& syntax) { return CheckAny(syntax); }
+
+  private:
+    // What `it` stands for at this place of the query.
+    struct Binding {
+        TypeEntry const* type;
+        std::size_t place;
+    };
+    // `it` means `binding` for as long as this lives.
+    struct Scope {
+        Scope(Checker& checker, Binding binding)
+            : checker(checker), before(std::exchange(checker.it, binding)) {}
+        ~Scope() { checker.it = before; }
+        Checker& checker;
+        std::optional<Binding> before;
+    };
+
+    // ---- Problems. Each reports and returns nothing, for the caller to return.
+
+    ExpressionPointer Report(Range range, std::string message, std::string hint = {}) {
+        if (problems.size() < kLimits.problems)
+            problems.push_back({ProblemKind::meaning, range, std::move(message), std::move(hint)});
+        return nullptr;
+    }
+
+    // Whether one value can be expected of the operand; reports when not.
+    bool Singular(Syntax const& syntax, Expression const& operand, std::string_view hint) {
+        if (!operand.plural) return true;
+        std::string advice(hint);
+        if (syntax.kind == SyntaxKind::step && !syntax.condition)
+            for (PropertyMatch const& match : vocabulary.WithPhrase(syntax.text))
+                if (match.plural) advice = Quoted(match.entry->singular) + " is the singular";
+        Report(syntax.range, "one value is wanted here, and this may be any number of them",
+               std::move(advice));
+        return false;
+    }
+
+    bool Boolean(Syntax const& syntax, Expression const& operand) {
+        if (!Singular(syntax, operand, "ask whether there is one: exists … whose (…)")) return false;
+        if (operand.type == Core("boolean")) return true;
+        Report(syntax.range,
+               fmt::format("a boolean is wanted here, and this is {}", WithArticle(*operand.type)));
+        return false;
+    }
+
+    // ---- Types
+
+    TypeEntry const* Core(std::string_view name) const { return vocabulary.Type(name); }
+
+    void Use(Entry const& entry) { checked.libraries.push_back(entry.library); }
+
+    TypeEntry const& TupleType(std::vector<TypeEntry const*> fields) {
+        for (auto const& known : checked.tupleTypes)
+            if (known->fields == fields) return *known;
+        auto type = std::make_unique<TypeEntry>();
+        type->kind = EntryKind::type;
+        type->record = nullptr;
+        type->library = Core("string")->library;
+        type->size = fields.size() * sizeof(Value*);
+        for (TypeEntry const* field : fields) type->name += (type->name.empty() ? "(" : ", ") + field->name;
+        type->name += ")";
+        type->fields = std::move(fields);
+        return *checked.tupleTypes.emplace_back(std::move(type));
+    }
+
+    TypeEntry const* CommonType(TypeEntry const& left, TypeEntry const& right) const {
+        if (&left == &right) return &left;
+        if (!left.fields.empty() || !right.fields.empty()) return nullptr;
+        return vocabulary.CommonBase(left, right);
+    }
+
+    // ---- Expressions
+
+    // A null result has been reported.
+    ExpressionPointer CheckAny(Syntax const& syntax) {
+        try {
+            return CheckKind(syntax);
+        } catch (UnknownType const& unknown) {
+            return Report(syntax.sign, unknown.what());
+        }
+    }
+
+    ExpressionPointer CheckKind(Syntax const& syntax) {
+        switch (syntax.kind) {
+            case SyntaxKind::string:
+                return MakeLiteral(syntax.range, *Core("string"), checked.literals++, syntax.text);
+            case SyntaxKind::integer:
+                return MakeLiteral(syntax.range, *Core("integer"), checked.literals++,
+                                   integer(syntax.number));
+            case SyntaxKind::truth:
+                return MakeLiteral(syntax.range, *Core("boolean"), checked.literals++,
+                                   boolean(syntax.number != 0));
+            case SyntaxKind::it:
+                return CheckIt(syntax);
+            case SyntaxKind::step:
+            case SyntaxKind::group:
+                return CheckStep(syntax);
+            case SyntaxKind::collection:
+                return CheckCollection(syntax);
+            case SyntaxKind::tuple:
+                return CheckTuple(syntax);
+            case SyntaxKind::choice:
+                return CheckChoice(syntax);
+            case SyntaxKind::fallback:
+                return CheckFallback(syntax);
+            case SyntaxKind::both:
+            case SyntaxKind::either:
+                return CheckLogical(syntax);
+            case SyntaxKind::negation:
+                return CheckNegation(syntax);
+            case SyntaxKind::existence:
+                return CheckExistence(syntax);
+            case SyntaxKind::relation:
+                return CheckRelation(syntax);
+            case SyntaxKind::arithmetic:
+                return CheckArithmetic(syntax);
+            case SyntaxKind::minus:
+                return CheckMinus(syntax);
+            case SyntaxKind::cast:
+                return CheckCast(syntax);
+        }
+        return nullptr;
+    }
+
+    ExpressionPointer CheckIt(Syntax const& syntax) {
+        if (it) return MakeIt(syntax.range, *it->type, it->place);
+        return Report(syntax.range, "\"it\" stands for nothing here",
+                      "it is the value at hand inside \"whose (…)\" and inside a parenthesis before \"of\"");
+    }
+
+    // ---- Steps
+
+    ExpressionPointer CheckStep(Syntax const& syntax) {
+        ExpressionPointer object;
+        if (syntax.object && !(object = CheckAny(*syntax.object))) return nullptr;
+        ExpressionPointer step = syntax.kind == SyntaxKind::group ? CheckGroup(syntax, std::move(object))
+                                                                  : CheckPhrase(syntax, std::move(object));
+        return step && syntax.condition ? CheckFilter(syntax, std::move(step)) : std::move(step);
+    }
+
+    ExpressionPointer CheckGroup(Syntax const& syntax, ExpressionPointer object) {
+        if (!object) return CheckAny(*syntax.parts[0]);
+        std::size_t place = checked.bindings++;
+        Scope scope(*this, {object->type, place});
+        ExpressionPointer inside = CheckAny(*syntax.parts[0]);
+        return inside ? MakeStep(syntax.sign, std::move(inside), place, std::move(object)) : nullptr;
+    }
+
+    ExpressionPointer CheckFilter(Syntax const& syntax, ExpressionPointer source) {
+        if (!source->plural)
+            return Report(
+                syntax.sign, "\"whose\" filters many, and this is one value",
+                "to filter a longer chain, put it in parentheses: (files of folders of …) whose (…)");
+        std::size_t place = checked.bindings++;
+        Scope scope(*this, {source->type, place});
+        ExpressionPointer condition = CheckAny(*syntax.condition);
+        if (!condition || !Boolean(*syntax.condition, *condition)) return nullptr;
+        return MakeFilter(syntax.sign, std::move(source), place, std::move(condition));
+    }
+
+    ExpressionPointer CheckPhrase(Syntax const& syntax, ExpressionPointer object) {
+        ExpressionPointer index;
+        if (syntax.index) {
+            index = CheckAny(*syntax.index);
+            if (!index || !Singular(*syntax.index, *index, "")) return nullptr;
+            if (!index->type->fields.empty()) return Report(syntax.index->range, "a tuple is no index");
+        }
+        if (syntax.text == kNumberOf.singular || syntax.text == kNumberOf.plural)
+            return CheckNumber(syntax, std::move(object), std::move(index));
+        TypeEntry const* ofType = object ? object->type : nullptr;
+        TypeEntry const* indexType = index ? index->type : nullptr;
+        std::vector<PropertyMatch> matches;
+        if (!ofType || ofType->fields.empty())
+            matches = vocabulary.FindProperty(syntax.text, ofType, indexType);
+        if (matches.empty()) return ReportUnknownPhrase(syntax, ofType, indexType);
+        if (matches.size() > 1) return ReportAmbiguous(syntax, matches);
+        PropertyEntry const& entry = *matches[0].entry;
+        Use(entry);
+        return MakeProperty(syntax.sign, entry, *vocabulary.Result(entry), matches[0].plural,
+                            std::move(object), std::move(index));
+    }
+
+    ExpressionPointer CheckNumber(Syntax const& syntax, ExpressionPointer object, ExpressionPointer index) {
+        if (index) return Report(syntax.index->range, fmt::format("\"{}\" takes no index", syntax.text));
+        if (!object)
+            return Report(syntax.sign, fmt::format("\"{}\" of what?", syntax.text),
+                          "number of files of folder \"/etc\"");
+        return MakeNumber(syntax.sign, *Core("integer"), syntax.text == kNumberOf.plural, std::move(object));
+    }
+
+    ExpressionPointer ReportAmbiguous(Syntax const& syntax, std::vector<PropertyMatch> const& matches) {
+        return Report(
+            syntax.sign,
+            fmt::format("\"{}\" can be read in two ways: as the plural of ({}), or as the singular of ({})",
+                        syntax.text,
+                        matches[0].plural ? matches[0].entry->singular : matches[1].entry->singular,
+                        matches[0].plural ? matches[1].entry->plural : matches[0].entry->plural));
+    }
+
+    // A phrase that the object does not have with that index. What the hint says depends on how near the
+    // query came: the same phrase with another index, the same phrase of other types, another phrase of this
+    // type.
+    ExpressionPointer ReportUnknownPhrase(Syntax const& syntax, TypeEntry const* object,
+                                          TypeEntry const* index) {
+        for (PropertyMatch const& match : vocabulary.WithPhrase(syntax.text)) ReferencesOf(*match.entry);
+        if (object && !object->fields.empty())
+            return Report(syntax.sign, "a tuple has no properties",
+                          "ask its fields instead, in a step in parentheses");
+        std::string owner = object ? WithArticle(*object) : "the world";
+        if (std::string takes = IndexesOf(syntax.text, object); !takes.empty())
+            return Report(syntax.sign, fmt::format("\"{}\" of {} takes {}", syntax.text, owner, takes));
+        std::vector<std::string> owners = OwnersOf(syntax.text);
+        if (!object && !owners.empty())
+            return Report(syntax.sign, fmt::format("\"{}\" of what?", syntax.text),
+                          fmt::format("it is a property of {}", JoinWithAnd(owners)));
+        std::string message = fmt::format("{} has no property \"{}\"", owner, syntax.text);
+        if (index) message += fmt::format(" with {} as index", WithArticle(*index));
+        std::string hint = SuggestNearest(syntax.text, PhrasesOf(object));
+        if (hint.empty() && !owners.empty())
+            hint = fmt::format("it is a property of {}", JoinWithAnd(owners));
+        return Report(syntax.sign, std::move(message), std::move(hint));
+    }
+
+    // Throws UnknownType when the property names a type that nobody registered.
+    void ReferencesOf(PropertyEntry const& entry) const {
+        vocabulary.Result(entry);
+        for (std::string const& name : {entry.object, entry.index})
+            if (!name.empty()) vocabulary.Named(entry, name);
+    }
+
+    // "no index", "a string as index": what the phrase of that object takes. Empty when it does not have it.
+    std::string IndexesOf(std::string const& phrase, TypeEntry const* object) const {
+        std::vector<std::string> takes;
+        for (PropertyMatch const& match : vocabulary.WithPhrase(phrase)) {
+            bool has = object ? !match.entry->object.empty() &&
+                                    vocabulary.Serves(*object, *vocabulary.Type(match.entry->object))
+                              : match.entry->object.empty();
+            if (!has) continue;
+            takes.push_back(match.entry->index.empty()
+                                ? "no index"
+                                : WithArticle(*vocabulary.Type(match.entry->index)) + " as index");
+        }
+        std::sort(takes.begin(), takes.end());
+        return fmt::format("{}", fmt::join(takes, ", or "));
+    }
+
+    std::vector<std::string> OwnersOf(std::string const& phrase) const {
+        std::vector<std::string> owners;
+        for (PropertyMatch const& match : vocabulary.WithPhrase(phrase))
+            owners.push_back(match.entry->object.empty()
+                                 ? "the world"
+                                 : WithArticle(*vocabulary.Type(match.entry->object)));
+        std::sort(owners.begin(), owners.end());
+        owners.erase(std::unique(owners.begin(), owners.end()), owners.end());
+        if (owners.size() > kLimits.suggestions) owners.resize(kLimits.suggestions);
+        return owners;
+    }
+
+    std::vector<std::string> PhrasesOf(TypeEntry const* object) const {
+        std::vector<std::string> phrases;
+        for (PropertyEntry const* entry : vocabulary.PropertiesOf(object)) {
+            phrases.push_back(entry->singular);
+            phrases.push_back(entry->plural);
+        }
+        return phrases;
+    }
+
+    // ---- Gatherings
+
+    ExpressionPointer CheckCollection(Syntax const& syntax) {
+        std::vector<ExpressionPointer> members = CheckParts(syntax);
+        if (members.empty()) return nullptr;
+        TypeEntry const* type = members[0]->type;
+        for (std::size_t i = 1; i < members.size(); ++i) {
+            TypeEntry const* common = CommonType(*type, *members[i]->type);
+            if (!common) return ReportUnlike(syntax.parts[i]->range, *type, *members[i]->type);
+            type = common;
+        }
+        return MakeCollection(syntax.range, *type, std::move(members));
+    }
+
+    ExpressionPointer CheckTuple(Syntax const& syntax) {
+        std::vector<ExpressionPointer> fields = CheckParts(syntax);
+        if (fields.empty()) return nullptr;
+        std::vector<TypeEntry const*> types;
+        for (ExpressionPointer const& field : fields) types.push_back(field->type);
+        return MakeTuple(syntax.range, TupleType(std::move(types)), std::move(fields));
+    }
+
+    // All parts; none when one of them is not sound.
+    std::vector<ExpressionPointer> CheckParts(Syntax const& syntax) {
+        std::vector<ExpressionPointer> parts;
+        bool sound = true;
+        for (SyntaxPointer const& part : syntax.parts) {
+            parts.push_back(CheckAny(*part));
+            sound = sound && parts.back();
+        }
+        if (!sound) parts.clear();
+        return parts;
+    }
+
+    ExpressionPointer ReportUnlike(Range range, TypeEntry const& left, TypeEntry const& right) {
+        return Report(range,
+                      fmt::format("{} and {} have no type in common", WithArticle(left), WithArticle(right)));
+    }
+
+    ExpressionPointer CheckChoice(Syntax const& syntax) {
+        std::vector<ExpressionPointer> parts = CheckParts(syntax);
+        if (parts.empty() || !Boolean(*syntax.parts[0], *parts[0])) return nullptr;
+        TypeEntry const* type = CommonType(*parts[1]->type, *parts[2]->type);
+        if (!type) return ReportUnlike(syntax.parts[2]->range, *parts[1]->type, *parts[2]->type);
+        return MakeChoice(syntax.range, *type, std::move(parts[0]), std::move(parts[1]), std::move(parts[2]));
+    }
+
+    ExpressionPointer CheckFallback(Syntax const& syntax) {
+        std::vector<ExpressionPointer> parts = CheckParts(syntax);
+        if (parts.empty()) return nullptr;
+        TypeEntry const* type = CommonType(*parts[0]->type, *parts[1]->type);
+        if (!type) return ReportUnlike(syntax.parts[1]->range, *parts[0]->type, *parts[1]->type);
+        return MakeFallback(syntax.range, *type, std::move(parts[0]), std::move(parts[1]));
+    }
+
+    // ---- Logic
+
+    ExpressionPointer CheckLogical(Syntax const& syntax) {
+        std::vector<ExpressionPointer> parts = CheckParts(syntax);
+        if (parts.empty()) return nullptr;
+        for (std::size_t i = 0; i < 2; ++i)
+            if (!Boolean(*syntax.parts[i], *parts[i])) return nullptr;
+        return MakeLogical(syntax.sign, syntax.kind == SyntaxKind::both, std::move(parts[0]),
+                           std::move(parts[1]));
+    }
+
+    ExpressionPointer CheckNegation(Syntax const& syntax) {
+        ExpressionPointer operand = CheckAny(*syntax.parts[0]);
+        if (!operand || !Boolean(*syntax.parts[0], *operand)) return nullptr;
+        return MakeNot(syntax.sign, std::move(operand));
+    }
+
+    ExpressionPointer CheckExistence(Syntax const& syntax) {
+        ExpressionPointer operand = CheckAny(*syntax.parts[0]);
+        return operand ? MakeExists(syntax.sign, *Core("boolean"), std::move(operand)) : nullptr;
+    }
+
+    // ---- Operators
+
+    static std::string_view NameOf(int code) {
+        switch (code) {
+            case kOperatorPlus:
+                return "+";
+            case kOperatorMinus:
+                return "-";
+            case kOperatorTimes:
+                return "*";
+            case kOperatorDividedBy:
+                return "/";
+            case kOperatorMod:
+                return "mod";
+            case kOperatorJoin:
+                return "&";
+            case kRelationEqual:
+                return "=";
+            case kRelationLess:
+                return "<";
+            case kRelationLessOrEqual:
+                return "<=";
+            case kRelationContains:
+                return "contains";
+            case kRelationStartsWith:
+                return "starts with";
+            case kRelationEndsWith:
+                return "ends with";
+            default:
+                return "?";
+        }
+    }
+
+    // Both operands, checked and singular; false when something was reported.
+    bool CheckOperands(Syntax const& syntax, ExpressionPointer& left, ExpressionPointer& right) {
+        std::vector<ExpressionPointer> parts = CheckParts(syntax);
+        if (parts.empty()) return false;
+        for (std::size_t i = 0; i < 2; ++i)
+            if (!Singular(*syntax.parts[i], *parts[i],
+                          "ask for one (exists … whose (…)), or for how many (number of …)"))
+                return false;
+        left = std::move(parts[0]);
+        right = std::move(parts[1]);
+        return true;
+    }
+
+    OperatorEntry const* FindOperator(Syntax const& syntax, int code, TypeEntry const& left,
+                                      TypeEntry const& right) {
+        OperatorEntry const* entry = nullptr;
+        if (left.fields.empty() && right.fields.empty()) entry = vocabulary.FindOperator(code, left, right);
+        if (entry)
+            Use(*entry);
+        else
+            Report(syntax.sign, fmt::format("there is no \"{}\" of {} and {}", NameOf(code),
+                                            WithArticle(left), WithArticle(right)));
+        return entry;
+    }
+
+    ExpressionPointer CheckRelation(Syntax const& syntax) {
+        ExpressionPointer left, right;
+        if (!CheckOperands(syntax, left, right)) return nullptr;
+        Relation const& relation = syntax.relation;
+        OperatorEntry const* entry = relation.exchanged
+                                         ? FindOperator(syntax, relation.code, *right->type, *left->type)
+                                         : FindOperator(syntax, relation.code, *left->type, *right->type);
+        if (!entry) return nullptr;
+        ExpressionPointer result = MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry),
+                                                relation.exchanged, std::move(left), std::move(right));
+        return relation.negated ? MakeNot(syntax.sign, std::move(result)) : std::move(result);
+    }
+
+    ExpressionPointer CheckArithmetic(Syntax const& syntax) {
+        ExpressionPointer left, right;
+        if (!CheckOperands(syntax, left, right)) return nullptr;
+        OperatorEntry const* entry =
+            FindOperator(syntax, static_cast<int>(syntax.number), *left->type, *right->type);
+        if (!entry) return nullptr;
+        return MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry), false, std::move(left),
+                            std::move(right));
+    }
+
+    // -x is 0 - x; an interval is -1 * x.
+    ExpressionPointer CheckMinus(Syntax const& syntax) {
+        ExpressionPointer operand = CheckAny(*syntax.parts[0]);
+        if (!operand || !Singular(*syntax.parts[0], *operand, "")) return nullptr;
+        bool number = operand->type == Core("integer");
+        int code = number ? kOperatorMinus : kOperatorTimes;
+        ExpressionPointer factor =
+            MakeLiteral(syntax.sign, *Core("integer"), checked.literals++, integer(number ? 0 : -1));
+        OperatorEntry const* entry = nullptr;
+        if (operand->type->fields.empty())
+            entry = vocabulary.FindOperator(code, *factor->type, *operand->type);
+        if (!entry)
+            return Report(syntax.sign, fmt::format("there is no \"-\" of {}", WithArticle(*operand->type)));
+        Use(*entry);
+        return MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry), false, std::move(factor),
+                            std::move(operand));
+    }
+
+    ExpressionPointer CheckCast(Syntax const& syntax) {
+        ExpressionPointer operand = CheckAny(*syntax.parts[0]);
+        if (!operand) return nullptr;
+        CastEntry const* entry = nullptr;
+        if (operand->type->fields.empty()) entry = vocabulary.FindCast(syntax.text, *operand->type);
+        if (!entry) return ReportUnknownCast(syntax, *operand->type);
+        Use(*entry);
+        return MakeCast(syntax.sign, *entry, *vocabulary.Result(*entry), std::move(operand));
+    }
+
+    ExpressionPointer ReportUnknownCast(Syntax const& syntax, TypeEntry const& source) {
+        if (source.name == syntax.text)
+            return Report(syntax.sign, fmt::format("{} is {} already", "this", WithArticle(source)));
+        std::vector<std::string> casts;
+        if (source.fields.empty())
+            for (CastEntry const* cast : vocabulary.CastsOf(source)) casts.push_back(Quoted(cast->phrase));
+        std::sort(casts.begin(), casts.end());
+        if (casts.size() > kLimits.suggestions) casts.resize(kLimits.suggestions);
+        return Report(syntax.sign, fmt::format("{} has no cast \"{}\"", WithArticle(source), syntax.text),
+                      casts.empty() ? "" : fmt::format("it has {}", JoinWithAnd(casts)));
+    }
+
+    Vocabulary const& vocabulary;
+    CheckedQuery& checked;
+    std::vector<Problem>& problems;
+    std::optional<Binding> it;
+};
+
+// Each library once, without the core, which cannot be unloaded.
+void Tidy(std::vector<Library*>& libraries) {
+    std::erase_if(libraries, [](Library const* library) { return library->IsCore(); });
+    std::sort(libraries.begin(), libraries.end());
+    libraries.erase(std::unique(libraries.begin(), libraries.end()), libraries.end());
+}
+
+void AddTypes(Expression const& root, std::vector<Library*>& libraries) {
+    libraries.push_back(root.type->library);
+    for (TypeEntry const* field : root.type->fields) libraries.push_back(field->library);
+}
+
+}  // namespace
+
+std::unique_ptr<CheckedQuery> Check(std::string_view query, std::vector<Problem>& problems) {
+    Vocabulary const& vocabulary = Vocabulary::Present();
+    auto checked = std::make_unique<CheckedQuery>();
+    try {
+        SyntaxPointer syntax = Parse(query, vocabulary);
+        checked->root = Checker(vocabulary, *checked, problems).CheckQuery(*syntax);
+        if (!checked->root) return nullptr;
+        checked->shown = Shown(vocabulary, *checked->root->type);
+    } catch (SyntaxError const& error) {
+        problems.push_back(error.problem);
+        return nullptr;
+    } catch (UnknownType const& unknown) {
+        problems.push_back({ProblemKind::meaning, {0, query.size()}, unknown.what(), {}});
+        return nullptr;
+    }
+    AddTypes(*checked->root, checked->libraries);
+    checked->shown.AddLibraries(checked->libraries);
+    Tidy(checked->libraries);
+    return checked;
+}
+
+}  // namespace Evaluator

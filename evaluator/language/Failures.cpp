@@ -1,0 +1,165 @@
+#include "language/Failures.h"
+
+#include <cxxabi.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string_view>
+#include <typeinfo>
+
+#include "Evaluator/Exceptions.h"
+
+namespace Evaluator {
+namespace {
+
+struct Meaning {
+    long code;
+    std::string_view text;
+};
+
+constexpr std::array kMeanings{
+    Meaning{-33, "the directory is full"},
+    Meaning{-34, "the disk is full"},
+    Meaning{-35, "no such volume"},
+    Meaning{-36, "input or output error"},
+    Meaning{-37, "bad name"},
+    Meaning{-38, "the file is not open"},
+    Meaning{-39, "end of file"},
+    Meaning{-40, "position before the start of the file"},
+    Meaning{-42, "too many open files"},
+    Meaning{-43, "file not found"},
+    Meaning{-44, "the disk is write-protected"},
+    Meaning{-45, "the file is locked"},
+    Meaning{-46, "the volume is locked"},
+    Meaning{-47, "the file is busy"},
+    Meaning{-48, "duplicate name"},
+    Meaning{-49, "the file is already open for writing"},
+    Meaning{-50, "bad parameter"},
+    Meaning{-51, "bad reference number"},
+    Meaning{-53, "the volume is offline"},
+    Meaning{-54, "permission denied"},
+    Meaning{-61, "no permission to write"},
+    Meaning{-108, "out of memory"},
+    Meaning{-109, "empty handle"},
+    Meaning{-120, "directory not found"},
+    Meaning{-128, "cancelled"},
+    Meaning{-192, "resource not found"},
+    Meaning{-193, "resource file not found"},
+    Meaning{-199, "the resource map cannot be read"},
+    Meaning{-200, "no sound hardware"},
+    Meaning{-600, "no such process"},
+    Meaning{-1302, "not a file"},
+    Meaning{-1401, "stale file reference"},
+    Meaning{-1402, "bad fork name"},
+    Meaning{-1405, "bad catalog information request"},
+    Meaning{-1407, "not a folder"},
+    Meaning{-1409, "no such fork"},
+    Meaning{-1410, "the name is too long"},
+    Meaning{-1417, "no more items"},
+    Meaning{-5000, "access denied"},
+    Meaning{-5550, "unknown machine error"},
+    Meaning{-5551, "unknown selector"},
+};
+
+std::string PlatformError(long code) {
+    auto found =
+        std::find_if(kMeanings.begin(), kMeanings.end(), [&](auto& row) { return row.code == code; });
+    return fmt::format("the platform's error {}{}", code,
+                       found == kMeanings.end() ? "" : fmt::format(" ({})", found->text));
+}
+
+std::string ClassName(std::type_info const& type) {
+    int status = 0;
+    std::unique_ptr<char, decltype(&std::free)> name(
+        abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), &std::free);
+    return status == 0 && name ? name.get() : type.name();
+}
+
+// Why the exception that is being handled was thrown.
+std::string Reason() {
+    try {
+        throw;
+    } catch (FilePermissionError const&) {
+        return "it may not be read";
+    } catch (FileLockError const&) {
+        return "the file is locked";
+    } catch (FileBusyError const&) {
+        return "the file is busy";
+    } catch (DiskFullError const&) {
+        return "the disk is full";
+    } catch (EndOfFileError const&) {
+        return "the file ended too early";
+    } catch (FileNotOpenError const&) {
+        return "the file is not open";
+    } catch (FileIOError const&) {
+        return "the file cannot be read";
+    } catch (ArithmeticOverflow const&) {
+        return "the result is out of range";
+    } catch (DivisionByZero const&) {
+        return "division by zero";
+    } catch (DataOverflow const&) {
+        return "the result is too long";
+    } catch (StringyLengthTooLong const&) {
+        return "a text is longer than 4294967295 bytes";
+    } catch (ParsingFailure const&) {
+        return "the text cannot be read";
+    } catch (OSError const& error) {
+        return PlatformError(error.Code());
+    } catch (BadFileNameError const&) {
+        return "bad file name";
+    } catch (IllegalFileName const&) {
+        return "no file can have this name";
+    } catch (IllegalFileNameLength const&) {
+        return "the file name is longer than 255 bytes";
+    } catch (MacintoshPlatform::MakeFileLocationFailed const&) {
+        return "the path cannot be resolved";
+    } catch (std::bad_alloc const&) {
+        return PlatformError(-108);
+    } catch (...) {
+        std::type_info const* type = abi::__cxa_current_exception_type();
+        return fmt::format("{} was thrown", type ? ClassName(*type) : "an unknown exception");
+    }
+}
+
+std::string NameOf(Entry const& entry) {
+    switch (entry.kind) {
+        case EntryKind::property:
+        case EntryKind::iterated:
+            return static_cast<PropertyEntry const&>(entry).singular;
+        case EntryKind::cast:
+            return "as " + static_cast<CastEntry const&>(entry).phrase;
+        default:
+            return {};
+    }
+}
+
+}  // namespace
+
+std::optional<std::string> MissingItem() {
+    try {
+        throw;
+    } catch (FileNotFoundError const&) {
+        return "the file is not there";
+    } catch (DirectoryNotFoundError const&) {
+        return "the folder is not there";
+    } catch (MacintoshPlatform::FailedToGetFileItem const&) {
+        return "the item is not there";
+    } catch (...) {
+        return std::nullopt;
+    }
+}
+
+Problem FailureOf(Entry const& entry, Range where) {
+    std::string reason = Reason();
+    std::string name = NameOf(entry);
+    return {ProblemKind::evaluation,
+            where,
+            name.empty() ? reason : fmt::format("\"{}\" failed: {}", name, reason),
+            {}};
+}
+
+}  // namespace Evaluator

@@ -1,0 +1,52 @@
+// How a problem is shown: one line of message, the line of the query with a caret, a hint.
+
+#include <fmt/format.h>
+
+#include "Evaluator/Embedding.h"
+#include "language/Printable.h"
+
+namespace Evaluator {
+namespace {
+
+// More of a line would wrap on most terminals and hide the caret.
+constexpr std::size_t kMostShown = 160;  // bytes
+constexpr std::size_t kShownBefore = 60; // bytes before the range
+
+// The line of the query in which the range begins, or as much of a long one as is shown, and the range within it.
+struct Excerpt {
+    std::string_view line;
+    Range range;
+};
+
+Excerpt LineOf(std::string_view query, Range range) {
+    std::size_t at = std::min(range.begin, query.size());
+    std::size_t begin = at == 0 ? 0 : query.rfind('\n', at - 1) + 1;  // npos + 1 is 0
+    std::size_t end = std::min(query.find('\n', at), query.size());
+    auto insideCharacter = [&](std::size_t place) { return place < end && (query[place] & 0xC0) == 0x80; };
+    if (end - begin > kMostShown) {
+        if (at - begin > kShownBefore) begin = at - kShownBefore;
+        while (begin < at && insideCharacter(begin)) ++begin;
+        end = std::min(end, begin + kMostShown);
+        while (end > at && insideCharacter(end)) --end;
+    }
+    return {query.substr(begin, end - begin), {at - begin, std::clamp(range.end, at, end) - begin}};
+}
+
+}  // namespace
+
+std::string Render(Problem const& problem, std::string_view query) {
+    std::string text = fmt::format("error: {}\n", Printable(problem.message));
+    if (problem.kind != ProblemKind::library) {
+        Excerpt excerpt = LineOf(query, problem.range);
+        std::string_view before = excerpt.line.substr(0, excerpt.range.begin);
+        std::string_view meant =
+            excerpt.line.substr(excerpt.range.begin, excerpt.range.end - excerpt.range.begin);
+        std::size_t width = std::max<std::size_t>(1, Columns(Printable(meant)));
+        text += fmt::format("  {}\n  {:{}}^{:~<{}}\n", Printable(excerpt.line), "",
+                            Columns(Printable(before)), "", width - 1);
+    }
+    if (!problem.hint.empty()) text += fmt::format("  hint: {}\n", Printable(problem.hint));
+    return text;
+}
+
+}  // namespace Evaluator

@@ -1,0 +1,18 @@
+#pragma once
+
+// Internal. What somebody who misspelt a phrase may have meant.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Evaluator {
+
+/// The candidates nearest to the text, nearest first, as a hint: `"name" is one; so are "size" and "type"`.
+/// Empty when none is near. Names at most as many as the limit on suggestions allows.
+std::string SuggestNearest(std::string_view text, std::vector<std::string> candidates);
+
+/// `a, b and c`.
+std::string JoinWithAnd(std::vector<std::string> const& texts);
+
+}  // namespace Evaluator

@@ -1,0 +1,90 @@
+#include "registry/Libraries.h"
+
+#include <dlfcn.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "core/Core.h"
+
+namespace Evaluator {
+namespace {
+
+// A library runs with the user's rights, so nobody but the user and root may have had a say in what it holds.
+std::optional<std::string> WhyNotTrusted(std::string const& path) {
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0) return std::string(std::strerror(errno));
+    if (!S_ISREG(status.st_mode)) return "it is not a file";
+    if (status.st_uid != geteuid() && status.st_uid != 0)
+        return fmt::format("it is not trusted: its owner is neither you nor root (user id {})",
+                           status.st_uid);
+    if (status.st_mode & (S_IWGRP | S_IWOTH))
+        return fmt::format("it is not trusted: others may write it (mode {:04o})", status.st_mode & 07777);
+    return std::nullopt;
+}
+
+// The name that a library shares with every other way to its file.
+std::string ResolvedPath(std::filesystem::path const& file) {
+    std::error_code error;
+    std::filesystem::path resolved = std::filesystem::canonical(file, error);
+    return error ? file.string() : resolved.string();
+}
+
+}  // namespace
+
+Libraries& Libraries::Instance() {
+    static Libraries libraries;
+    return libraries;
+}
+
+std::vector<std::string> Libraries::Load(std::filesystem::path const& file) {
+    RegisterCore();
+    auto refused = [&](std::string const& why) {
+        return std::vector{fmt::format("cannot load \"{}\": {}", file.string(), why)};
+    };
+    std::string path = ResolvedPath(file);
+    if (auto why = WhyNotTrusted(path)) return refused(*why);
+    std::string name = std::filesystem::path(path).filename().string();
+    for (Library const& library : loaded) {
+        if (library.path == path) return refused("it is loaded already");
+        if (library.name == name) return refused("a library of this name is loaded already");
+    }
+
+    Registry& registry = Registry::Instance();
+    loaded.push_back({name, path, nullptr, 0});
+    Library& library = loaded.back();
+    registry.SetRegistering(&library);
+    library.handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    registry.SetRegistering(nullptr);
+    std::vector<std::string> problems = registry.TakeProblems();
+    if (!library.handle) {
+        problems = refused(dlerror());
+    } else if (!problems.empty()) {
+        dlclose(library.handle);  // withdraws what it could register
+        problems.insert(problems.begin(), refused("it breaks the contract of inspector libraries").front());
+    }
+    if (!problems.empty()) {
+        registry.Forget(library);
+        loaded.pop_back();
+    }
+    return problems;
+}
+
+std::optional<std::string> Libraries::Unload(std::string_view name) {
+    auto library =
+        std::find_if(loaded.begin(), loaded.end(), [&](Library const& one) { return one.name == name; });
+    if (library == loaded.end()) return fmt::format("cannot unload \"{}\": it is not loaded", name);
+    if (library->uses > 0)
+        return fmt::format("cannot unload \"{}\": a compiled query, a kept value or an evaluation uses it",
+                           name);
+    dlclose(library->handle);
+    Registry::Instance().Forget(*library);
+    loaded.erase(library);
+    return std::nullopt;
+}
+
+}  // namespace Evaluator

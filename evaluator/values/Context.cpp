@@ -1,0 +1,3 @@
+#include "Evaluator/Context.h"
+
+InspectorContext::~InspectorContext() = default;

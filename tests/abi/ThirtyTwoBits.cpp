@@ -1,0 +1,67 @@
+// The sizes that the contract between the host and an inspector library gives are those of a 32-bit machine.
+// This file is only compiled, for such a machine, and fails to compile where a size is another.
+
+#include "Evaluator/Context.h"
+#include "Evaluator/Fingerprint.h"
+#include "Evaluator/Values.h"
+#include "frame/Adapters.h"
+#include "frame/SharingPtr.h"
+#include "system/TimeAndDate.h"
+
+static_assert(sizeof(void*) == 4 && sizeof(unsigned long) == 4);
+
+// Values as they lie between host and library.
+
+static_assert(sizeof(inspector_string) == 8 && sizeof(ConstData) == 8 && sizeof(Data) == 8);
+static_assert(sizeof(integer) == 8 && sizeof(boolean) == 4);
+static_assert(sizeof(moment) == 8 && sizeof(time_interval) == 8);
+static_assert(sizeof(InspectorYieldContext) == 8);
+static_assert(sizeof(thetime) == 3 && sizeof(date) == 12);
+
+// A platform failure: the class's virtual functions and the 32-bit code.
+static_assert(sizeof(OSError) == 8 && sizeof(MemoryFullError) == 8);
+
+// Shared ownership: two neighbours; the object and a link.
+
+static_assert(sizeof(SharingLink) == 8);
+static_assert(sizeof(SharingPtr<int>) == 12);
+
+// Records: the host's area and behind it the fields of this side. The area is aligned for any type, which is
+// 16 bytes here, and a record's size is a multiple of that.
+
+constexpr unsigned long Whole(unsigned long bytes) { return (bytes + 15) / 16 * 16; }
+static_assert(alignof(std::max_align_t) == 16);
+
+constexpr unsigned long function = 4;
+constexpr unsigned long memberFunction = 8;
+
+struct Iterator {
+    integer First(Of, date const&);
+    integer First();
+    integer First(date const&);
+};
+
+static_assert(sizeof(TypeRecord<date>) == 512);
+static_assert(sizeof(CacheRecord) == 64);
+static_assert(sizeof(Property<date, integer>) == Whole(128 + function));
+static_assert(sizeof(NamedProperty<date, integer>) == Whole(128 + function));
+static_assert(sizeof(NumberedProperty<date, integer>) == Whole(128 + function));
+static_assert(sizeof(GlobalProperty<date>) == Whole(128 + function));
+static_assert(sizeof(NamedGlobalProperty<date>) == Whole(128 + function));
+static_assert(sizeof(NumberedGlobalProperty<date>) == Whole(128 + function));
+static_assert(sizeof(PropertyOfObject<integer, date>) == Whole(128 + function));
+static_assert(sizeof(PropertyByIndexOfObject<integer, integer, date>) == Whole(128 + function));
+static_assert(sizeof(PropertyOfWorld<date>) == Whole(128 + function));
+static_assert(sizeof(PropertyByIndexOfWorld<date, integer>) == Whole(128 + function));
+static_assert(sizeof(IteratedProperty<Iterator, date, integer>) == 128);
+static_assert(sizeof(IteratedGlobalProperty<Iterator, integer>) == 128);
+static_assert(sizeof(IteratedNamedGlobalProperty<Iterator, integer>) == 128);
+static_assert(sizeof(IteratedPropertyOfObject<Iterator, integer, date>) == Whole(128 + 2 * memberFunction));
+static_assert(sizeof(IteratedPropertyByIndexOfObject<Iterator, integer, integer, date>) ==
+              Whole(128 + 2 * memberFunction));
+static_assert(sizeof(IteratedPropertyOfWorld<Iterator, integer>) == Whole(128 + 2 * memberFunction));
+static_assert(sizeof(IteratedPropertyByIndexOfWorld<Iterator, integer, date>) ==
+              Whole(128 + 2 * memberFunction));
+static_assert(sizeof(Cast<date, integer>) == Whole(128 + function));
+static_assert(sizeof(Operator2<date, date, boolean>) == Whole(128 + function));
+static_assert(sizeof(RelationEqual<date, date>) == Whole(128 + function));

@@ -1,0 +1,60 @@
+// Inspector libraries that break the contract, one for each value of FAULT.
+
+#include "frame/Adapters.h"
+
+namespace {
+
+integer answer() { return 42; }
+void ClearNothing(void*) {}
+
+#if FAULT == 1  // registers the same property twice
+struct Module {
+    GlobalProperty<integer> one{"faulty answer", "faulty answers", "integer", answer};
+    GlobalProperty<integer> two{"faulty answer", "more faulty answers", "integer", answer};
+} module;
+#elif FAULT == 2  // a record of the wrong size
+struct Module {
+    alignas(16) unsigned char record[64] = {};
+    Module() { Register_Cache(record, 63, ClearNothing, nullptr); }
+} module;
+#elif FAULT == 3  // a reserved word in a phrase
+struct Module {
+    GlobalProperty<integer> one{"answer of all", "answers of all", "integer", answer};
+} module;
+#elif FAULT == 4  // a type that nobody registers, found out at first use
+struct Module {
+    GlobalProperty<integer> one{"strange answer", "strange answers", "stranger", answer};
+} module;
+#elif FAULT == 5  // one record for two registrations
+struct Module {
+    alignas(16) unsigned char record[128] = {};
+    Module() {
+        Register_Cache(record, 64, ClearNothing, nullptr);
+        Register_Type(record, 512, "faulty type", 4, nullptr, "", nullptr);
+    }
+} module;
+#elif FAULT == 6  // nothing wrong: a second sound library
+struct Module {
+    GlobalProperty<integer> one{"second answer", "second answers", "integer", answer};
+} module;
+#elif FAULT == 7  // what the library of FAULT 6 registers too
+struct Module {
+    GlobalProperty<integer> one{"second answer", "second answers", "integer", answer};
+} module;
+#elif FAULT == 8  // an operator code that does not exist, a relation that is no boolean
+struct Module {
+    alignas(16) unsigned char records[2][128] = {};
+    static void Operate(void*, void const*, void const*, void const*) {}
+    Module() {
+        Register_Binary_Operator(records[0], 128, 4, "integer", "time", "integer", Operate, records[0],
+                                 nullptr);
+        Register_Binary_Operator(records[1], 128, 6, "integer", "time", "integer", Operate, records[1],
+                                 nullptr);
+    }
+} module;
+#endif
+
+[[maybe_unused]] void const* const used[] = {reinterpret_cast<void const*>(&answer),
+                                             reinterpret_cast<void const*>(&ClearNothing)};
+
+}  // namespace

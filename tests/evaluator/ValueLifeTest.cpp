@@ -1,0 +1,166 @@
+// How values live, seen through an inspector library that watches its own. Under the address sanitizer these
+// tests show as well that nothing is used after its end and nothing is lost.
+
+#include <gtest/gtest.h>
+
+#include "evaluator/Asking.h"
+
+namespace {
+
+class ValueLife : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(Messages(Evaluator::LoadInspectorLibrary(TestLibrary("TestInspectors"))), "");
+    }
+    void TearDown() override {
+        EXPECT_EQ(Answer("living probe; living walk"), "0|0");
+        EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("TestInspectors.dylib"));
+    }
+};
+
+TEST_F(ValueLife, EveryValueIsEndedOnce) { EXPECT_EQ(Answer("id of probe 7"), "7"); }
+
+TEST_F(ValueLife, ValuesWithRingLinksAreNeverMoved) {
+    EXPECT_EQ(Answer("id of ring twin of ring twin of probe 7"), "7");
+    EXPECT_EQ(Answer("ids of ring twins of probes up to 3"), "1|2|3");
+}
+
+TEST_F(ValueLife, AValueKeepsTheObjectThatItPointsInto) {
+    EXPECT_EQ(Answer("id of part of probe 5"), "5");
+    EXPECT_EQ(Answer("ids of parts of probes up to 3"), "1|2|3");
+    EXPECT_EQ(Answer("ids of (parts of probes up to 4) whose (id of it > 2)"), "3|4");
+    EXPECT_EQ(Answer("(id of part of it, id of it) of probes up to 2"), "1, 1|2, 2");
+}
+
+TEST_F(ValueLife, AValueUsedAsItsBaseIsEndedByItsOwnType) {
+    EXPECT_EQ(Answer("id of special probe 3"), "3");
+    EXPECT_EQ(Answer("extra of special probe 3"), "77");
+    EXPECT_EQ(Answer("ids of (probe 1; special probe 2)"), "1|2");
+    EXPECT_EQ(Answer("special probe 9"), "special probe probe 9");
+}
+
+TEST_F(ValueLife, WhatFirstAskedForStaysWhileAnyValueOfTheIterationLives) {
+    EXPECT_EQ(Answer("echoes of probe 4"), "echo of 4|echo of 4|echo alone");
+    EXPECT_EQ(Answer("(echoes of probe 4, echoes of probe 5) whose (true)"),
+              "echo of 4, echo of 5|echo of 4, echo of 5|echo of 4, echo alone|"
+              "echo of 4, echo of 5|echo of 4, echo of 5|echo of 4, echo alone|"
+              "echo alone, echo of 5|echo alone, echo of 5|echo alone, echo alone");
+}
+
+TEST_F(ValueLife, AKeptValueOutlivesItsEvaluationWithAllThatItNeeds) {
+    std::vector<std::shared_ptr<Evaluator::KeptValue>> kept;
+    {
+        auto compiled = Evaluator::Query::Compile("parts of ring twins of probes up to 3; part of probe 9");
+        ASSERT_TRUE(compiled.query);
+        EXPECT_FALSE(compiled.query->Run([&](Evaluator::Result const& result) {
+            kept.push_back(result.Keep());
+            return true;
+        }));
+    }
+    EXPECT_EQ(kept.size(), 4u);
+    EXPECT_EQ(Answer("living probe"), "7");  // three probes, their twins and the ninth
+    auto refused = Evaluator::UnloadInspectorLibrary("TestInspectors.dylib");
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(
+        refused->message,
+        "cannot unload \"TestInspectors.dylib\": a compiled query, a kept value or an evaluation uses it");
+    kept.erase(kept.begin());
+    EXPECT_EQ(Answer("living probe"), "5");
+}
+
+TEST_F(ValueLife, AConsumerMayStop) {
+    auto compiled = Evaluator::Query::Compile("probes up to 1000000");
+    ASSERT_TRUE(compiled.query);
+    int count = 0;
+    EXPECT_FALSE(compiled.query->Run([&](Evaluator::Result const&) { return ++count < 3; }));
+    EXPECT_EQ(count, 3);
+}
+
+TEST_F(ValueLife, AConsumerThatThrowsLeavesNothingBehind) {
+    auto compiled = Evaluator::Query::Compile("probes up to 10");
+    ASSERT_TRUE(compiled.query);
+    EXPECT_THROW(compiled.query->Run([](Evaluator::Result const&) -> bool { throw 1; }), int);
+}
+
+TEST_F(ValueLife, AConsumerCannotStartAQuery) {
+    auto compiled = Evaluator::Query::Compile("probe 1");
+    ASSERT_TRUE(compiled.query);
+    std::string message;
+    compiled.query->Run([&](Evaluator::Result const&) {
+        auto inner = Evaluator::Query::Compile("1 + 1");
+        message = inner.query->Run([](Evaluator::Result const&) { return true; })->message;
+        return true;
+    });
+    EXPECT_EQ(message, "another query is being evaluated");
+}
+
+TEST_F(ValueLife, AnInspectorThatThrowsHalfWayLeavesNothingBehind) {
+    EXPECT_EQ(Ask("absent of probe 1").problems,
+              "error: no such object\n"
+              "  absent of probe 1\n"
+              "  ^~~~~~\n");
+    EXPECT_EQ(Ask("broken of probe 1").problems,
+              "error: \"broken\" failed: the platform's error -36 (input or output error)\n"
+              "  broken of probe 1\n"
+              "  ^~~~~~\n");
+}
+
+TEST_F(ValueLife, AnIterationThatFailsLeavesNothingBehindButTheValuesFound) {
+    Outcome outcome = Ask("ids of failings of probe 1");
+    EXPECT_EQ(outcome.values, (std::vector<std::string>{"1", "2"}));
+    EXPECT_EQ(outcome.problems,
+              "error: \"failing\" failed: the platform's error -1401 (stale file reference)\n"
+              "  ids of failings of probe 1\n"
+              "         ^~~~~~~~\n");
+}
+
+TEST_F(ValueLife, FailuresAreToldApart) {
+    EXPECT_EQ(Ask("forbidden of probe 1").problems,
+              "error: \"forbidden\" failed: it may not be read\n"
+              "  forbidden of probe 1\n"
+              "  ^~~~~~~~~\n");
+    EXPECT_EQ(Ask("missing of probe 1").problems,
+              "error: the item is not there\n"
+              "  missing of probe 1\n"
+              "  ^~~~~~~\n");
+    EXPECT_EQ(Ask("stray of probe 1").problems,
+              "error: \"stray\" failed: int was thrown\n"
+              "  stray of probe 1\n"
+              "  ^~~~~\n");
+    EXPECT_EQ(Ask("wrong of probe 1").problems,
+              "error: \"wrong\" failed: std::runtime_error was thrown\n"
+              "  wrong of probe 1\n"
+              "  ^~~~~\n");
+}
+
+TEST_F(ValueLife, CachesAreClearedAtTheStartOfEveryEvaluation) {
+    std::string before = Answer("cleared cache");
+    EXPECT_EQ(Answer("cleared cache"), std::to_string(std::stoi(before) + 1));
+}
+
+TEST_F(ValueLife, NoSuchObjectIsSilentForAValueOfAPlural) {
+    EXPECT_EQ(Answer("odd texts of probes up to 3"), "odd|odd");
+    EXPECT_EQ(Answer("(odd text of it) of probes up to 3"), "odd|odd");
+    EXPECT_EQ(Answer("ids of probes whose (odd text of it = \"odd\") up to 1 of probe 1").substr(0, 6),
+              "error:");
+    EXPECT_EQ(Answer("ids of probes up to 5 whose (odd text of it = \"odd\")"), "1|3|5");
+}
+
+TEST_F(ValueLife, AMissingItemIsSilentOnlyUnderExistsAndOtherwise) {
+    EXPECT_EQ(Answer("exists missing of probe 1"), "false");
+    EXPECT_EQ(Answer("exists missings of probes up to 2"), "false");
+    EXPECT_EQ(Answer("id of missing of probe 1 otherwise 5"), "5");
+    EXPECT_EQ(Ask("ids of missings of probes up to 2").problems,
+              "error: the item is not there\n"
+              "  ids of missings of probes up to 2\n"
+              "         ^~~~~~~~\n");
+}
+
+TEST_F(ValueLife, ASingularObjectThatIsNotThereIsAnErrorBelowAPlural) {
+    EXPECT_EQ(Ask("ids of absent of probe 1").problems,
+              "error: no such object\n"
+              "  ids of absent of probe 1\n"
+              "         ^~~~~~\n");
+}
+
+}  // namespace
