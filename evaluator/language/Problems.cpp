@@ -9,10 +9,11 @@ namespace Evaluator {
 namespace {
 
 // More of a line would wrap on most terminals and hide the caret.
-constexpr std::size_t kMostShown = 160;  // bytes
-constexpr std::size_t kShownBefore = 60; // bytes before the range
+constexpr std::size_t kMostShown = 160;   // bytes
+constexpr std::size_t kShownBefore = 60;  // bytes before the range
 
-// The line of the query in which the range begins, or as much of a long one as is shown, and the range within it.
+// The line of the query in which the range begins, or as much of a long one as is shown, and the range within
+// it.
 struct Excerpt {
     std::string_view line;
     Range range;

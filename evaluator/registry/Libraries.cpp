@@ -37,7 +37,7 @@ std::string ResolvedPath(std::filesystem::path const& file) {
 }  // namespace
 
 Libraries& Libraries::Instance() {
-    static Libraries libraries;
+    static Libraries& libraries = *new Libraries;  // never destroyed: entries point into it
     return libraries;
 }
 

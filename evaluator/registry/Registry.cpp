@@ -146,7 +146,8 @@ std::string Describe(Entry const& entry) {
 }
 
 Registry& Registry::Instance() {
-    static Registry registry;
+    // Never destroyed: a library that is still loaded when the process ends withdraws its registrations then.
+    static Registry& registry = *new Registry;
     return registry;
 }
 

@@ -25,6 +25,8 @@ struct Library {
     std::string path;        ///< resolved path; empty for the core
     void* handle = nullptr;  ///< of dlopen(3); null for the core
     long uses = 0;           ///< compiled queries, kept values and evaluations that need it mapped
+
+    bool IsCore() const { return path.empty(); }
 };
 
 enum class EntryKind { type, property, iterated, cast, binaryOperator, cache };

@@ -25,9 +25,6 @@ struct SpareSlot {
 struct SpareList {
     SpareSlot* first = nullptr;
     std::size_t count = 0;
-    ~SpareList() {
-        while (first) std::free(std::exchange(first, first->next));
-    }
 };
 std::array<SpareList, kLargestPooledSlot / kSlotStep + 1> spares;
 

@@ -26,11 +26,7 @@ static_assert(sizeof(OSError) == 8 && sizeof(MemoryFullError) == 8);
 static_assert(sizeof(SharingLink) == 8);
 static_assert(sizeof(SharingPtr<int>) == 12);
 
-// Records: the host's area and behind it the fields of this side. The area is aligned for any type, which is
-// 16 bytes here, and a record's size is a multiple of that.
-
-constexpr unsigned long Whole(unsigned long bytes) { return (bytes + 15) / 16 * 16; }
-static_assert(alignof(std::max_align_t) == 16);
+// Records: the host's area and behind it the fields of this side.
 
 constexpr unsigned long function = 4;
 constexpr unsigned long memberFunction = 8;
@@ -43,25 +39,24 @@ struct Iterator {
 
 static_assert(sizeof(TypeRecord<date>) == 512);
 static_assert(sizeof(CacheRecord) == 64);
-static_assert(sizeof(Property<date, integer>) == Whole(128 + function));
-static_assert(sizeof(NamedProperty<date, integer>) == Whole(128 + function));
-static_assert(sizeof(NumberedProperty<date, integer>) == Whole(128 + function));
-static_assert(sizeof(GlobalProperty<date>) == Whole(128 + function));
-static_assert(sizeof(NamedGlobalProperty<date>) == Whole(128 + function));
-static_assert(sizeof(NumberedGlobalProperty<date>) == Whole(128 + function));
-static_assert(sizeof(PropertyOfObject<integer, date>) == Whole(128 + function));
-static_assert(sizeof(PropertyByIndexOfObject<integer, integer, date>) == Whole(128 + function));
-static_assert(sizeof(PropertyOfWorld<date>) == Whole(128 + function));
-static_assert(sizeof(PropertyByIndexOfWorld<date, integer>) == Whole(128 + function));
+static_assert(sizeof(Property<date, integer>) == 128 + function);
+static_assert(sizeof(NamedProperty<date, integer>) == 128 + function);
+static_assert(sizeof(NumberedProperty<date, integer>) == 128 + function);
+static_assert(sizeof(GlobalProperty<date>) == 128 + function);
+static_assert(sizeof(NamedGlobalProperty<date>) == 128 + function);
+static_assert(sizeof(NumberedGlobalProperty<date>) == 128 + function);
+static_assert(sizeof(PropertyOfObject<integer, date>) == 128 + function);
+static_assert(sizeof(PropertyByIndexOfObject<integer, integer, date>) == 128 + function);
+static_assert(sizeof(PropertyOfWorld<date>) == 128 + function);
+static_assert(sizeof(PropertyByIndexOfWorld<date, integer>) == 128 + function);
 static_assert(sizeof(IteratedProperty<Iterator, date, integer>) == 128);
 static_assert(sizeof(IteratedGlobalProperty<Iterator, integer>) == 128);
 static_assert(sizeof(IteratedNamedGlobalProperty<Iterator, integer>) == 128);
-static_assert(sizeof(IteratedPropertyOfObject<Iterator, integer, date>) == Whole(128 + 2 * memberFunction));
+static_assert(sizeof(IteratedPropertyOfObject<Iterator, integer, date>) == 128 + 2 * memberFunction);
 static_assert(sizeof(IteratedPropertyByIndexOfObject<Iterator, integer, integer, date>) ==
-              Whole(128 + 2 * memberFunction));
-static_assert(sizeof(IteratedPropertyOfWorld<Iterator, integer>) == Whole(128 + 2 * memberFunction));
-static_assert(sizeof(IteratedPropertyByIndexOfWorld<Iterator, integer, date>) ==
-              Whole(128 + 2 * memberFunction));
-static_assert(sizeof(Cast<date, integer>) == Whole(128 + function));
-static_assert(sizeof(Operator2<date, date, boolean>) == Whole(128 + function));
-static_assert(sizeof(RelationEqual<date, date>) == Whole(128 + function));
+              128 + 2 * memberFunction);
+static_assert(sizeof(IteratedPropertyOfWorld<Iterator, integer>) == 128 + 2 * memberFunction);
+static_assert(sizeof(IteratedPropertyByIndexOfWorld<Iterator, integer, date>) == 128 + 2 * memberFunction);
+static_assert(sizeof(Cast<date, integer>) == 128 + function);
+static_assert(sizeof(Operator2<date, date, boolean>) == 128 + function);
+static_assert(sizeof(RelationEqual<date, date>) == 128 + function);

@@ -77,8 +77,10 @@ TEST_F(Language, Times) {
     EXPECT_EQ(Answer("time \"2026-11-20T12:00:00Z\" - time \"2026-11-20T13:00:00+01:00\""), "00:00:00");
     EXPECT_EQ(Answer("time \"2026-11-20\" - time \"2026-11-19T23:59:59.5\""), "00:00:00.500000");
     EXPECT_EQ(Answer("time \"2026-11-20\" + 3 * day - day * 3 = time \"2026-11-20\""), "true");
-    EXPECT_EQ(Answer("day + time \"2026-11-20\" > time \"2026-11-20\"; week = 7 * day; hour < day"), "true|true|true");
-    EXPECT_EQ(Answer("(- hour + second) mod minute; hour - 2 * hour; 90 * minute"), "00:00:01|-01:00:00|01:30:00");
+    EXPECT_EQ(Answer("day + time \"2026-11-20\" > time \"2026-11-20\"; week = 7 * day; hour < day"),
+              "true|true|true");
+    EXPECT_EQ(Answer("(- hour + second) mod minute; hour - 2 * hour; 90 * minute"),
+              "00:00:01|-01:00:00|01:30:00");
     EXPECT_EQ(Answer("- (hour) / minute; (0 * hour - second) / day"), "-60|-1");
     EXPECT_EQ(Answer("time \"soon\" = now otherwise false"), "false");
     EXPECT_EQ(Ask("hour / (0 * hour)").problems.substr(0, 23), "error: division by zero");
@@ -217,7 +219,8 @@ TEST_F(Language, UnknownPhrasesGetSuggestions) {
               "  hint: it is a property of a special probe\n");
     EXPECT_EQ(Ask("extra").problems,
               "error: \"extra\" of what?\n  extra\n  ^~~~~\n  hint: it is a property of a special probe\n");
-    EXPECT_EQ(Ask("prob 1").problems.substr(0, 53), "error: the world has no property \"prob\" with an integ");
+    EXPECT_EQ(Ask("prob 1").problems.substr(0, 53),
+              "error: the world has no property \"prob\" with an integ");
     EXPECT_EQ(Ask("id \"x\" of probe 1").problems,
               "error: \"id\" of a probe takes no index\n  id \"x\" of probe 1\n  ^~\n");
     EXPECT_EQ(Ask("probe").problems,

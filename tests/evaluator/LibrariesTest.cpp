@@ -41,6 +41,15 @@ TEST(Libraries, LoadUnloadLoadAgainAndReallyUnmap) {
     }
 }
 
+TEST(Libraries, AProcessMayEndWithALibraryLoaded) {
+    EXPECT_EXIT(
+        {
+            Evaluator::LoadInspectorLibrary(TestLibrary("TestInspectors"));
+            std::exit(Answer("id of probe 3") == "3" ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST(Libraries, TwoAtOnce) {
     ASSERT_EQ(Load("TestInspectors"), "");
     ASSERT_EQ(Load("SoundInspectors"), "");

@@ -1,0 +1,79 @@
+#pragma once
+
+// The modules of the library, in the order in which they register. A module names types of others freely,
+// earlier and later ones, so the order carries no meaning of its own; it is the contract's, and what lists
+// registrations shows it.
+
+#include <cstddef>
+
+#include "modules/TimeAndDateModule.h"
+
+namespace Inspectors {
+
+/// The place of a module that is not part of this build yet. It registers nothing.
+template <int number>
+struct Vacant {};
+
+/// Constructs modules one after the other, and so registers them; destroys them in the opposite order.
+template <class... Modules>
+struct ModuleList {
+    static constexpr std::size_t kCount = 0;
+};
+template <class First, class... Others>
+struct ModuleList<First, Others...> {
+    static constexpr std::size_t kCount = 1 + sizeof...(Others);
+    [[no_unique_address]] First first;
+    [[no_unique_address]] ModuleList<Others...> others;
+};
+
+using LoadOrder = ModuleList<  //
+    Vacant<1>,                 // components
+    Vacant<2>,                 // component iteration
+    Vacant<3>,                 // bundles
+    Vacant<4>,                 // property-list arrays
+    Vacant<5>,                 // array values
+    Vacant<6>,                 // dictionaries
+    Vacant<7>,                 // dictionary entries
+    Vacant<8>,                 // dictionary key and entry iteration
+    Vacant<9>,                 // preferences
+    Vacant<10>,                // property-list values
+    TimeAndDateModule,         // 11
+    Vacant<12>,                // applications
+    Vacant<13>,                // enableable files
+    Vacant<14>,                // file attributes and forks
+    Vacant<15>,                // volume iteration
+    Vacant<16>,                // volumes
+    Vacant<17>,                // gestalt and hardware
+    Vacant<18>,                // internet configuration
+    Vacant<19>,                // internet configuration
+    Vacant<20>,                // internet configuration
+    Vacant<21>,                // internet configuration
+    Vacant<22>,                // IP address casts
+    Vacant<23>,                // SCSI buses
+    Vacant<24>,                // SCSI bus iteration
+    Vacant<25>,                // USB
+    Vacant<26>,                // country
+    Vacant<27>,                // version values
+    Vacant<28>,                // stage
+    Vacant<29>,                // file type registration and file caches
+    Vacant<30>,                // file signatures
+    Vacant<31>,                // file system objects and their cache
+    Vacant<32>,                // file types
+    Vacant<33>,                // folders and their caches
+    Vacant<34>,                // gestalt selectors
+    Vacant<35>,                // IP addresses
+    Vacant<36>,                // sound volume
+    Vacant<37>,                // special folders
+    Vacant<38>,                // special items
+    Vacant<39>,                // stereo volume
+    Vacant<40>,                // file lines
+    Vacant<41>,                // processes
+    Vacant<42>,                // domains
+    Vacant<43>,                // file sections
+    Vacant<44>,                // file content
+    Vacant<45>,                // descendants
+    Vacant<46>                 // ancestors
+    >;
+static_assert(LoadOrder::kCount == 46);
+
+}  // namespace Inspectors
