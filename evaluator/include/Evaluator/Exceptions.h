@@ -151,7 +151,15 @@ namespace MacintoshPlatform {
 /// A path that cannot be resolved, for whatever reason.
 class EVALUATOR_API MakeFileLocationFailed {};
 /// An item whose catalog information could not be obtained, for instance because it does not exist.
-class EVALUATOR_API FailedToGetFileItem {};
+class EVALUATOR_API FailedToGetFileItem {
+  public:
+    /// `platformCode` tells why, as the platform said it; 0 where it has no code for it.
+    explicit FailedToGetFileItem(long platformCode = 0) noexcept : code(static_cast<std::int32_t>(platformCode)) {}
+    std::int32_t Code() const noexcept { return code; }
+
+  private:
+    std::int32_t code;
+};
 }  // namespace MacintoshPlatform
 
 /// Throws the host's exception for a platform error code: MemoryFullError for -108, NotAFileError for -1302,

@@ -1,0 +1,153 @@
+#include "files/FileSpecs.h"
+
+#include <Carbon/MacErrors.h>
+#include <dirent.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <optional>
+
+#include "files/Locations.h"
+#include "files/MountTable.h"
+#include "foundation/MacRoman.h"
+#include "foundation/Object.h"
+#include "foundation/PathStyles.h"
+#include "foundation/TextCodec.h"
+
+namespace Platform {
+
+namespace {
+
+constexpr std::size_t kLongestSpecName = 31;
+constexpr std::size_t kLongestExtension = 6;  // kept behind the number, with its dot
+
+std::string MacRomanOf(std::u16string_view text, char replacement) {
+    std::string bytes;
+    for (char16_t const unit : text) bytes += static_cast<char>(ToMacRoman(unit).value_or(replacement));
+    return bytes;
+}
+
+// The file name that Mac Roman bytes write.
+std::string FileNameOfMacRoman(std::string_view bytes) {
+    std::u16string text;
+    for (char const byte : bytes) text += FromMacRoman(static_cast<unsigned char>(byte));
+    return FileNameOfText(text).value_or(std::string());
+}
+
+std::string_view Extension(std::string_view name) {
+    std::size_t const dot = name.rfind('.');
+    bool const isShort = dot != std::string_view::npos && dot != 0 && name.size() - dot <= kLongestExtension;
+    return isShort ? name.substr(dot) : std::string_view();
+}
+
+// The entry of a folder that a mangled name was made of.
+std::optional<std::string> UnmangledName(std::string const& folder, std::string_view mangled) {
+    SystemPath const form(folder);
+    std::unique_ptr<DIR, int (*)(DIR*)> const entries(opendir(form.Get()), closedir);
+    if (!entries) return std::nullopt;
+    while (dirent const* entry = readdir(entries.get())) {
+        if (SpecName(entry->d_name, static_cast<UInt32>(entry->d_ino)) == mangled) return entry->d_name;
+    }
+    return std::nullopt;
+}
+
+// The path of the folder that a specification names; a result code.
+OSErr FindFolder(FSVolumeRefNum volume, SInt32 number, std::string& path) {
+    if (auto remembered = FolderTable::Shared().Find(volume, number)) {
+        path = std::move(*remembered);
+        return noErr;
+    }
+    if (number != fsRtParID && number != fsRtDirID) return dirNFErr;
+    for (Volume const& listed : MountTable::Shared().Volumes()) {
+        if (listed.number != volume) continue;
+        path = listed.mountPoint;
+        return noErr;
+    }
+    return nsvErr;
+}
+
+// Whether the folder at the path is still the one that the number was made of.
+bool IsStillThere(std::string const& folder, SInt32 number) {
+    FoundItem found;
+    if (FindItem(folder, LinkRule::Follow, found) != noErr || !found.item.IsFolder()) return false;
+    bool const isRootNumber = number == fsRtParID || number == fsRtDirID;
+    return isRootNumber || static_cast<SInt32>(found.item.status.stx_ino) == number;
+}
+
+std::string_view NameIn(Str63 const& name) {
+    return {reinterpret_cast<char const*>(name) + 1, std::min<std::size_t>(name[0], sizeof(Str63) - 1)};
+}
+
+OSErr FindSpecified(FSSpec const& spec, FoundItem& found) {
+    std::string folder;
+    if (OSErr const error = FindFolder(spec.vRefNum, spec.parID, folder); error != noErr) return error;
+    if (!IsStillThere(folder, spec.parID)) return dirNFErr;
+    std::string_view const name = NameIn(spec.name);
+    if (name.empty() || spec.parID == fsRtParID) return FindItem(folder, LinkRule::Follow, found);
+    std::string const fileName = FileNameOfMacRoman(name);
+    if (CheckName(fileName) != noErr) return bdNamErr;
+    OSErr const error = FindItem(JoinPaths(folder, fileName), LinkRule::Follow, found);
+    if (error != fnfErr || name.find('#') == std::string_view::npos) return error;
+    auto const unmangled = UnmangledName(folder, name);
+    return unmangled ? FindItem(JoinPaths(folder, *unmangled), LinkRule::Follow, found) : OSErr{fnfErr};
+}
+
+void CopyName(std::string_view name, Str63& to) {
+    to[0] = static_cast<unsigned char>(name.size());
+    std::memcpy(to + 1, name.data(), name.size());
+}
+
+}  // namespace
+
+std::string SpecName(std::string_view name, UInt32 inode) {
+    std::u16string const text = TextOfFileName(name);
+    std::string const bytes = MacRomanOf(text, '?');
+    if (bytes.size() <= kLongestSpecName && FileNameOfMacRoman(bytes) == name) return bytes;
+    std::string_view const extension = Extension(bytes);
+    char number[16];
+    auto const digits = static_cast<std::size_t>(std::snprintf(number, sizeof number, "#%X", inode));
+    std::size_t const stem = bytes.size() - extension.size();
+    std::string result = bytes.substr(0, std::min(stem, kLongestSpecName - digits - extension.size()));
+    return result.append(number).append(extension);
+}
+
+FSSpec MakeSpec(FoundItem const& found) {
+    FSSpec spec{};
+    std::string const& path = found.location.path;
+    spec.vRefNum = VolumeOf(found.item);
+    spec.parID = static_cast<SInt32>(ParentNumber(path));
+    CopyName(SpecName(LastComponent(path), static_cast<UInt32>(found.item.status.stx_ino)), spec.name);
+    if (spec.parID != fsRtParID) FolderTable::Shared().Remember(spec.vRefNum, spec.parID, ParentPath(path));
+    return spec;
+}
+
+}  // namespace Platform
+
+using namespace Platform;
+
+OSErr FSpMakeFSRef(FSSpec const* spec, FSRef* newRef) {
+    return Guarded<OSErr>(memFullErr, [&]() -> OSErr {
+        if (spec == nullptr || newRef == nullptr) return paramErr;
+        FoundItem found;
+        OSErr const error = FindSpecified(*spec, found);
+        if (error == noErr) *newRef = MakeReference(found);
+        return error;
+    });
+}
+
+OSErr FSMakeFSSpec(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Param fileName, FSSpec* spec) {
+    return Guarded<OSErr>(memFullErr, [&]() -> OSErr {
+        if (spec == nullptr || fileName == nullptr) return paramErr;
+        std::string_view const name(reinterpret_cast<char const*>(fileName) + 1, fileName[0]);
+        bool const isName = name.empty() || CheckName(name) == noErr;
+        if (!isName || name.size() >= sizeof(Str63)) return bdNamErr;
+        FSSpec result{vRefNum, dirID, {}};
+        CopyName(name, result.name);
+        FoundItem found;
+        OSErr const error = FindSpecified(result, found);
+        if (error == noErr || error == fnfErr) *spec = result;
+        return error;
+    });
+}

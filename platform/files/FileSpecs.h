@@ -1,0 +1,21 @@
+#pragma once
+
+// Specifications: a folder's number and a name of at most 31 Mac Roman bytes.
+
+#include <Carbon/Files.h>
+
+#include <string>
+#include <string_view>
+
+#include "files/Lookup.h"
+
+namespace Platform {
+
+/// The name that a specification gives to a file: its own in Mac Roman where that is possible, else
+/// `<start>#<inode number in hex><.ext>`.
+std::string SpecName(std::string_view name, UInt32 inode);
+
+/// The specification of a found item; its folder is remembered.
+FSSpec MakeSpec(FoundItem const& found);
+
+}  // namespace Platform

@@ -1,0 +1,85 @@
+#pragma once
+
+// References to files and folders, and the folders that specifications name. Both tables have a fixed number
+// of places, used round and round, so that memory does not grow with the files that are met.
+
+#include <Carbon/Files.h>
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "files/Catalog.h"
+
+namespace Platform {
+
+/// What a reference holds itself.
+struct Identity {
+    std::uint64_t serial = 0;
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    bool IsSameItem(Identity const& other) const { return device == other.device && inode == other.inode; }
+};
+
+/// The device and inode of an item, as what describes it has them; no serial number.
+Identity IdentityOf(Item const& item);
+
+/// A location that a reference was made with.
+struct RememberedLocation {
+    Location location;
+    bool isFolder = false;
+};
+
+/// Remembers the locations of the references made last. Safe from any thread.
+class ReferenceTable {
+  public:
+    explicit ReferenceTable(std::size_t capacity) : places(capacity) {}
+    /// The table of the process, with 8192 places.
+    static ReferenceTable& Shared();
+
+    /// A new reference to an item that was looked at.
+    FSRef Remember(Location const& location, Item const& item);
+    /// The location of a reference; empty for one that is stale or was never made.
+    std::optional<RememberedLocation> Find(FSRef const& reference) const;
+    /// What a reference holds, also of a stale one; empty for one that was never made.
+    static std::optional<Identity> IdentityIn(FSRef const& reference);
+
+  private:
+    struct Place {
+        std::uint64_t serial = 0;
+        RememberedLocation remembered;
+    };
+    mutable std::mutex mutex;
+    std::vector<Place> places;
+    std::uint64_t lastSerial = 0;
+};
+
+/// Remembers the folders that were named last in specifications, by volume and number. Safe from any thread.
+class FolderTable {
+  public:
+    explicit FolderTable(std::size_t capacity) : places(capacity) {}
+    /// The table of the process, with 1024 places.
+    static FolderTable& Shared();
+
+    void Remember(FSVolumeRefNum volume, SInt32 number, std::string const& path);
+    /// The path of a folder; empty when it is not remembered.
+    std::optional<std::string> Find(FSVolumeRefNum volume, SInt32 number) const;
+
+  private:
+    using Key = std::pair<FSVolumeRefNum, SInt32>;
+    struct Place {
+        Key key;
+        std::string path;
+    };
+    mutable std::mutex mutex;
+    std::vector<Place> places;
+    std::map<Key, std::size_t> index;
+    std::size_t next = 0;
+};
+
+}  // namespace Platform

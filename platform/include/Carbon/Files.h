@@ -1,0 +1,225 @@
+#pragma once
+
+// The File Manager: references to files and folders, and what the catalog says of them.
+//
+// A reference (FSRef) stands for a location and the item found there. The layer remembers the locations of
+// the 8192 references made last; one that is older is stale and answers errFSBadFSRef, and so does one that
+// was never made. Two references compare for as long as anyone keeps them. An item that has gone from its
+// location, or that another has replaced there, is not found (fnfErr).
+//
+// Symbolic links. A look-up describes a link by what it leads to, also through several links; one that leads
+// nowhere is described as a file by itself. Either way the item has the alias flag, and keeps the link's name
+// and place.
+
+#include <Carbon/MacTypes.h>
+#include <stddef.h>
+
+typedef SInt16 FSVolumeRefNum;
+typedef UInt32 FSCatalogInfoBitmap;
+
+#pragma pack(push, 2)
+
+/// A reference to a file or folder. Its bytes mean nothing to anybody else and hold no pointer; compare
+/// references with FSCompareFSRefs only.
+typedef struct FSRef {
+    UInt8 hidden[80];
+} FSRef;
+
+/// A folder and a name in it. `parID` is the folder's inode number, its low 32 bits (1: the parent of a
+/// volume's root; 2: the root itself, when no folder with that number is remembered). `name` is at most 31
+/// bytes; a name that is longer, or not Mac Roman, is written `<start>#<inode number in hex><.ext>`.
+typedef struct FSSpec {
+    FSVolumeRefNum vRefNum;
+    SInt32 parID;
+    Str63 name;
+} FSSpec;
+
+/// Who may do what. `userAccess` has the bits 1 (write), 2 (read) and 4 (execute or search) for the process,
+/// and is 0 unless kFSCatInfoUserAccess was asked for; `mode` is that of stat(2).
+typedef struct FSPermissionInfo {
+    UInt32 userID;
+    UInt32 groupID;
+    UInt8 reserved1;
+    UInt8 userAccess;
+    UInt16 mode;
+    UInt32 reserved2;
+} FSPermissionInfo;
+
+/// Finder information of a file.
+typedef struct FileInfo {
+    OSType fileType;
+    OSType fileCreator;
+    UInt16 finderFlags;
+    Point location;
+    UInt16 reservedField;
+} FileInfo;
+
+/// Finder information of a folder.
+typedef struct FolderInfo {
+    Rect windowBounds;
+    UInt16 finderFlags;
+    Point location;
+    UInt16 reservedField;
+} FolderInfo;
+
+typedef struct ExtendedFileInfo {
+    SInt16 reserved1[4];
+    UInt16 extendedFinderFlags;
+    SInt16 reserved2;
+    SInt32 putAwayFolderID;
+} ExtendedFileInfo;
+
+typedef struct ExtendedFolderInfo {
+    Point scrollPosition;
+    SInt32 reserved1;
+    UInt16 extendedFinderFlags;
+    SInt16 reserved2;
+    SInt32 putAwayFolderID;
+} ExtendedFolderInfo;
+
+/// What the catalog says of an item.
+typedef struct FSCatalogInfo {
+    UInt16 nodeFlags;       // kFSNodeIsDirectoryMask, kFSNodeLockedMask
+    FSVolumeRefNum volume;  // of the mount that the item is on; 0 on a file system that is not listed
+    UInt32 parentDirID;     // the parent folder's inode number, low 32 bits; 1 for the root
+    UInt32 nodeID;          // inode number, low 32 bits; 2 for the root of a mounted file system
+    UInt8 sharingFlags;     // 0
+    UInt8 userPrivileges;   // 0
+    UInt8 reserved1;
+    UInt8 reserved2;
+    UTCDateTime createDate;        // birth time; else the metadata's; else the oldest of the three below
+    UTCDateTime contentModDate;    // mtime
+    UTCDateTime attributeModDate;  // ctime
+    UTCDateTime accessDate;        // atime
+    UTCDateTime backupDate;        // the metadata's, else zero
+    FSPermissionInfo permissions;
+    UInt8 finderInfo[16];           // a FileInfo or FolderInfo
+    UInt8 extFinderInfo[16];        // an ExtendedFileInfo or ExtendedFolderInfo
+    UInt64 dataLogicalSize;         // bytes; 0 for folders
+    UInt64 dataPhysicalSize;        // bytes in use on the disk
+    UInt64 rsrcLogicalSize;         // bytes of the resource fork that the metadata holds, else 0
+    UInt64 rsrcPhysicalSize;        // the same, in whole blocks
+    UInt32 valence;                 // entries of a folder; 0 for files
+    TextEncoding textEncodingHint;  // 126, Unicode
+} FSCatalogInfo;
+
+#pragma pack(pop)
+
+/// What to obtain of a catalog entry. A field that is not asked for costs nothing and is zero.
+enum {
+    kFSCatInfoNone = 0,
+    kFSCatInfoTextEncoding = 0x00000001,
+    kFSCatInfoNodeFlags = 0x00000002,
+    kFSCatInfoVolume = 0x00000004,
+    kFSCatInfoParentDirID = 0x00000008,
+    kFSCatInfoNodeID = 0x00000010,
+    kFSCatInfoCreateDate = 0x00000020,
+    kFSCatInfoContentMod = 0x00000040,
+    kFSCatInfoAttrMod = 0x00000080,
+    kFSCatInfoAccessDate = 0x00000100,
+    kFSCatInfoBackupDate = 0x00000200,
+    kFSCatInfoAllDates = 0x000003E0,
+    kFSCatInfoPermissions = 0x00000400,
+    kFSCatInfoFinderInfo = 0x00000800,
+    kFSCatInfoFinderXInfo = 0x00001000,
+    kFSCatInfoValence = 0x00002000,
+    kFSCatInfoDataSizes = 0x00004000,
+    kFSCatInfoRsrcSizes = 0x00008000,
+    kFSCatInfoSharingFlags = 0x00010000,
+    kFSCatInfoUserPrivs = 0x00020000,
+    kFSCatInfoUserAccess = 0x00080000,
+    kFSCatInfoGettableInfo = 0x0003FFFF
+};
+
+/// Bits of FSCatalogInfo::nodeFlags.
+enum {
+    kFSNodeLockedMask = 0x0001,  // the immutable attribute, or the metadata's locked bit
+    kFSNodeIsDirectoryMask = 0x0010
+};
+
+/// Bits of the Finder flags.
+enum {
+    kHasBeenInited = 0x0100,
+    kIsStationery = 0x0800,
+    kIsInvisible = 0x4000,  // the metadata's, or a '.' in front of the name
+    kIsAlias = 0x8000       // the metadata's, or the item's last name is a symbolic link
+};
+
+/// Type and creator of a link that leads nowhere.
+enum { kSymLinkFileType = 0x736C6E6B, kSymLinkCreator = 0x72686170 };
+
+enum { fsRtParID = 1, fsRtDirID = 2 };
+
+/// How FSPathMakeRefWithOptions treats a link at the end of a path.
+enum {
+    kFSPathMakeRefDefaultOptions = 0,
+    kFSPathMakeRefDoNotFollowLeafSymlink = 1  // describe the link itself, as a file
+};
+
+#ifdef __cplusplus
+static_assert(sizeof(FSRef) == 80);
+static_assert(sizeof(FSSpec) == 70 && offsetof(FSSpec, parID) == 2 && offsetof(FSSpec, name) == 6);
+static_assert(sizeof(FSPermissionInfo) == 16 && offsetof(FSPermissionInfo, userAccess) == 9 &&
+              offsetof(FSPermissionInfo, mode) == 10);
+static_assert(sizeof(FileInfo) == 16 && offsetof(FileInfo, finderFlags) == 8 &&
+              offsetof(FileInfo, location) == 10);
+static_assert(sizeof(FolderInfo) == 16 && offsetof(FolderInfo, finderFlags) == 8);
+static_assert(sizeof(ExtendedFileInfo) == 16 && offsetof(ExtendedFileInfo, extendedFinderFlags) == 8);
+static_assert(sizeof(ExtendedFolderInfo) == 16 && offsetof(ExtendedFolderInfo, extendedFinderFlags) == 8);
+static_assert(sizeof(FSCatalogInfo) == 144 && offsetof(FSCatalogInfo, volume) == 2 &&
+              offsetof(FSCatalogInfo, parentDirID) == 4 && offsetof(FSCatalogInfo, nodeID) == 8 &&
+              offsetof(FSCatalogInfo, sharingFlags) == 12 && offsetof(FSCatalogInfo, createDate) == 16 &&
+              offsetof(FSCatalogInfo, contentModDate) == 24 &&
+              offsetof(FSCatalogInfo, attributeModDate) == 32 && offsetof(FSCatalogInfo, accessDate) == 40 &&
+              offsetof(FSCatalogInfo, backupDate) == 48 && offsetof(FSCatalogInfo, permissions) == 56 &&
+              offsetof(FSCatalogInfo, finderInfo) == 72 && offsetof(FSCatalogInfo, extFinderInfo) == 88 &&
+              offsetof(FSCatalogInfo, dataLogicalSize) == 104 &&
+              offsetof(FSCatalogInfo, dataPhysicalSize) == 112 &&
+              offsetof(FSCatalogInfo, rsrcLogicalSize) == 120 &&
+              offsetof(FSCatalogInfo, rsrcPhysicalSize) == 128 && offsetof(FSCatalogInfo, valence) == 136 &&
+              offsetof(FSCatalogInfo, textEncodingHint) == 140);
+#endif
+
+/// What the catalog says of the referenced item. Every output is optional: `catalogInfo` gets the fields of
+/// `whichInfo`, `outName` the item's name ("/" for the root), `fsSpec` its specification, `parentRef` its
+/// folder (all zero for the root, which no function accepts). fnfErr when the item is gone, errFSBadFSRef for
+/// a stale reference, errFSBadInfoBitmap for bits of `whichInfo` that mean nothing, paramErr for a null
+/// reference, and what the file system says. Attributes and companion files that hold metadata are read only
+/// when `whichInfo` names a field that may come from them.
+PLATFORM_API OSErr FSGetCatalogInfo(FSRef const* ref, FSCatalogInfoBitmap whichInfo,
+                                    FSCatalogInfo* catalogInfo, HFSUniStr255* outName, FSSpec* fsSpec,
+                                    FSRef* parentRef);
+
+/// A reference to the item called `name` in the folder `parentRef`. fnfErr when there is none, dirNFErr when
+/// the parent is no folder, errFSMissingName for the empty name, bdNamErr for ".", "..", and names with '/',
+/// NUL or a lone surrogate that stands for no byte, errFSNameTooLong above 255 bytes. Names compare as the
+/// file system compares them. `textEncodingHint` is ignored.
+PLATFORM_API OSErr FSMakeFSRefUnicode(FSRef const* parentRef, UniCharCount nameLength, UniChar const* name,
+                                      TextEncoding textEncodingHint, FSRef* newRef);
+
+/// noErr when both references are to the same item (device and inode), else errFSRefsDifferent. A link that
+/// was described by its target counts as the target. errFSBadFSRef when either was never made; a stale one
+/// compares.
+PLATFORM_API OSErr FSCompareFSRefs(FSRef const* ref1, FSRef const* ref2);
+
+/// A reference to the item at a POSIX path, which ends with a NUL; a relative one starts at the working
+/// directory.
+/// "." and ".." are resolved against the disk. `isDirectory` (optional) tells whether it is a folder.
+/// paramErr for the empty path; else what the file system says.
+PLATFORM_API OSStatus FSPathMakeRef(UInt8 const* path, FSRef* ref, Boolean* isDirectory);
+/// The same, with a choice of how a link at the end of the path is treated.
+PLATFORM_API OSStatus FSPathMakeRefWithOptions(UInt8 const* path, OptionBits options, FSRef* ref,
+                                               Boolean* isDirectory);
+/// Writes the absolute path that the reference was made with, and a NUL, to `path` of `maxPathSize` bytes.
+/// errFSNameTooLong when it does not fit, errFSBadFSRef for a stale reference.
+PLATFORM_API OSStatus FSRefMakePath(FSRef const* ref, UInt8* path, UInt32 maxPathSize);
+
+/// A reference to the item that the specification names. The layer remembers the 1024 folders that it last
+/// named in a specification; dirNFErr when the folder is not among them or is gone, fnfErr when it has no
+/// such item, nsvErr for an unknown volume's root.
+PLATFORM_API OSErr FSpMakeFSRef(FSSpec const* spec, FSRef* newRef);
+/// Fills a specification from its parts; the name is Mac Roman and no path. nsvErr for an unknown volume,
+/// dirNFErr for an unknown folder, bdNamErr for a name that is longer than 63 bytes or holds '/' or NUL.
+/// fnfErr when there is no such item; `spec` is filled nevertheless.
+PLATFORM_API OSErr FSMakeFSSpec(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Param fileName,
+                                FSSpec* spec);

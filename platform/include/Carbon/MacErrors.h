@@ -1,0 +1,30 @@
+#pragma once
+
+// The result codes that functions of the platform give, by their names.
+
+enum {
+    noErr = 0,
+    dskFulErr = -34,             // no room, or over quota
+    nsvErr = -35,                // no such volume
+    ioErr = -36,                 // a failure of the device, or one without a code of its own
+    bdNamErr = -37,              // no name that a file can have
+    tmfoErr = -42,               // too many open files
+    fnfErr = -43,                // not found
+    wPrErr = -44,                // a read-only file system
+    fLckdErr = -45,              // an immutable file
+    fBsyErr = -47,               // in use
+    dupFNErr = -48,              // exists already
+    paramErr = -50,              // an argument that makes no sense
+    rfNumErr = -51,              // not an open fork
+    permErr = -54,               // not permitted
+    memFullErr = -108,           // no memory
+    dirNFErr = -120,             // a folder on the way is missing, or is none
+    userCanceledErr = -128,      // the check-in function said stop
+    notAFileErr = -1302,         // a folder where a file is needed
+    errFSBadFSRef = -1401,       // a reference that is stale, or that was never made
+    errFSBadInfoBitmap = -1405,  // a bit of the information mask that means nothing
+    errFSNameTooLong = -1410,
+    errFSMissingName = -1411,
+    errFSRefsDifferent = -1420,
+    afpAccessDenied = -5000  // no permission on the way, or to read
+};

@@ -1,0 +1,27 @@
+#pragma once
+
+// What this platform offers beyond the published interfaces: an item's reference and catalog information in
+// one step, locations that are resolved against the disk, and the function that lets a host stop long work.
+
+#include <Carbon/Files.h>
+#include <CoreFoundation/CFURL.h>
+
+/// Finds the item that `url` leads to, as CFURLGetFSRef does, and fills `info` (optional) with the fields of
+/// `whichInfo`, as FSGetCatalogInfo does; the item is looked at once for both. Errors are those of
+/// FSPathMakeRef and FSGetCatalogInfo.
+PLATFORM_API OSErr PlatformGetItem(CFURLRef url, FSCatalogInfoBitmap whichInfo, FSRef* ref,
+                                   FSCatalogInfo* info);
+
+/// The same location without base, ".", ".." and doubled separators: ".." is the physical parent folder, a
+/// relative path starts at the working directory, and symbolic links that are not stepped back over keep
+/// their names. The folder that holds the last component must exist; the component itself need not, unless
+/// the URL is a directory URL. The result is a directory URL when the item is a folder. Null when the
+/// location cannot be resolved; `error` (optional) then tells why.
+PLATFORM_API CFURLRef PlatformCreateResolvedURL(CFURLRef url, OSErr* error);
+
+/// Asked before every look-up of an item; false makes the look-up answer userCanceledErr. It is called on
+/// whatever thread looks up and must not call the platform.
+typedef Boolean (*PlatformCheckIn)(void);
+
+/// Installs the function that look-ups ask; null installs none. Returns the one that was installed before.
+PLATFORM_API PlatformCheckIn PlatformSetCheckIn(PlatformCheckIn function);

@@ -1,0 +1,66 @@
+// Paths longer than system calls take.
+
+#include <fcntl.h>
+#include <limits.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/Items.h"
+
+namespace {
+
+// A chain of folders whose path has more than PATH_MAX bytes, with a file at its end.
+class DeepTree {
+  public:
+    DeepTree() : path(folder.Path()) {
+        int here = open(path.c_str(), O_DIRECTORY);
+        while (path.size() < 3 * PATH_MAX) {
+            EXPECT_EQ(0, mkdirat(here, name.c_str(), 0700));
+            int const next = openat(here, name.c_str(), O_DIRECTORY);
+            close(here);
+            here = next;
+            path += "/" + name;
+        }
+        int const file = openat(here, "file", O_CREAT | O_WRONLY, 0600);
+        EXPECT_EQ(5, write(file, "12345", 5));
+        close(file);
+        close(here);
+    }
+
+    std::string FilePath() const { return path + "/file"; }
+
+  private:
+    TemporaryFolder folder;
+    std::string const name = std::string(200, 'd');
+    std::string path;
+};
+
+}  // namespace
+
+TEST(LongPaths, LeadToTheirFiles) {
+    DeepTree const tree;
+    FSRef const file = ReferenceTo(tree.FilePath());
+    EXPECT_EQ(5u, +CatalogOf(file).dataLogicalSize);
+    EXPECT_EQ(tree.FilePath(), PathOf(file));
+    FSRef parent;
+    EXPECT_EQ(noErr, FSGetCatalogInfo(&file, 0, nullptr, nullptr, nullptr, &parent));
+    EXPECT_EQ(1u, +CatalogOf(parent).valence);
+}
+
+TEST(LongPaths, ThatLeadNowhereAreNotFound) {
+    DeepTree const tree;
+    FSRef ignored;
+    EXPECT_EQ(fnfErr, FSPathMakeRef(Bytes((tree.FilePath() + "s").c_str()), &ignored, nullptr));
+    std::string const nameTooLong = "/" + std::string(2 * PATH_MAX, 'x') + "/y";
+    EXPECT_EQ(errFSNameTooLong, FSPathMakeRef(Bytes(nameTooLong.c_str()), &ignored, nullptr));
+}
+
+TEST(LongPaths, LeakNoDescriptors) {
+    DeepTree const tree;
+    int const before = dup(0);
+    close(before);
+    for (int i = 0; i < 10; ++i) ReferenceTo(tree.FilePath());
+    int const after = dup(0);
+    close(after);
+    EXPECT_EQ(before, after);
+}

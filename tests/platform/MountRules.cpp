@@ -1,0 +1,67 @@
+// Which mounts are volumes, and in which order.
+
+#include "files/MountTable.h"
+
+#include <gtest/gtest.h>
+
+using Platform::ListedMounts;
+using Platform::Mount;
+using Platform::VolumeOrder;
+
+namespace {
+
+Mount OnDevice(dev_t device, std::string target) {
+    Mount mount;
+    mount.target = std::move(target);
+    mount.device = device;
+    mount.hasBytes = true;
+    return mount;
+}
+
+using Listed = std::vector<std::optional<std::size_t>>;
+using Order = std::vector<std::size_t>;
+
+}  // namespace
+
+TEST(MountRules, FileSystemsWithoutBytesAreNotListed) {
+    std::vector<Mount> mounts = {OnDevice(1, "/"), OnDevice(2, "/proc")};
+    mounts[1].hasBytes = false;
+    Listed const listed = ListedMounts(mounts);
+    EXPECT_EQ((Listed{0, std::nullopt}), listed);
+    EXPECT_EQ((Order{0}), VolumeOrder(mounts, listed));
+}
+
+TEST(MountRules, FileSystemMountedTwiceIsListedOnceAndCountsForBoth) {
+    std::vector<Mount> const mounts = {OnDevice(1, "/"), OnDevice(2, "/data"), OnDevice(2, "/home/data")};
+    Listed const listed = ListedMounts(mounts);
+    EXPECT_EQ((Listed{0, 1, 1}), listed);
+    EXPECT_EQ((Order{0, 1}), VolumeOrder(mounts, listed));
+}
+
+TEST(MountRules, RootComesFirstAndStandsForItsFileSystem) {
+    std::vector<Mount> const mounts = {OnDevice(2, "/data"), OnDevice(1, "/old"), OnDevice(1, "/")};
+    Listed const listed = ListedMounts(mounts);
+    EXPECT_EQ((Listed{0, 2, 2}), listed);
+    EXPECT_EQ((Order{2, 0}), VolumeOrder(mounts, listed));
+}
+
+TEST(MountRules, HiddenMountIsNotListedUnlessItsFileSystemIsSeenElsewhere) {
+    std::vector<Mount> mounts = {OnDevice(1, "/"), OnDevice(2, "/shm"), OnDevice(3, "/shm"),
+                                 OnDevice(2, "/seen")};
+    mounts[1].hidden = true;
+    EXPECT_EQ((Listed{0, 3, 2, 3}), ListedMounts(mounts));
+    mounts.pop_back();
+    EXPECT_EQ((Listed{0, std::nullopt, 2}), ListedMounts(mounts));
+}
+
+TEST(MountRules, PartsOfAServersFileSystemAreVolumesOfTheirOwn) {
+    std::vector<Mount> mounts = {OnDevice(1, "/"), OnDevice(2, "/a"), OnDevice(2, "/b")};
+    mounts[1].root = "/exports/a";
+    mounts[2].root = "/exports/b";
+    EXPECT_EQ((Listed{0, 1, 2}), ListedMounts(mounts));
+}
+
+TEST(MountRules, NameWithoutLabelIsTheLastComponentOfTheMountPoint) {
+    EXPECT_EQ("data", Platform::NameOfVolume({-101, "/mnt/data", "tmpfs"}));
+    EXPECT_EQ("root", Platform::NameOfVolume({-100, "/", "overlay"}));
+}
