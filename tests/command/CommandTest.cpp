@@ -143,7 +143,7 @@ TEST(Command, RegistrationsAreJsonLinesWithTheKeysThatApply) {
         return ("\n" + ran.out).find("\n" + line + "\n") != std::string::npos;
     };
     EXPECT_TRUE(has(
-        R"({"library":"TestInspectors.dylib","kind":"type","singular":"special probe","base":"probe","size":56,"fingerprint":false})"))
+        R"({"library":"TestInspectors.dylib","kind":"type","singular":"special probe","base":"probe","size":40,"fingerprint":false})"))
         << ran.out;
     EXPECT_TRUE(has(
         R"({"library":"TestInspectors.dylib","kind":"property","singular":"id","plural":"ids","object":"probe","result":"integer","dependsOnlyOnParameters":false})"));
