@@ -15,6 +15,9 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 
+# 0755, in the words of install().
+set(ZELQ_LIBRARY_MODE OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
 # Warnings, sanitizers and the flags above, for one target of ours.
 function(zelq_options target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic)

@@ -7,12 +7,10 @@ set(EVALUATOR_VALUES_SOURCES
   values/Lexing.cpp
   values/Network.cpp
   values/Output.cpp
+  values/PlatformStrings.cpp
   values/Stacks.cpp
   values/Text.cpp
   values/Time.cpp
   values/TimeText.cpp
   values/Values.cpp
 )
-if(TARGET Platform)
-  list(APPEND EVALUATOR_VALUES_SOURCES values/PlatformStrings.cpp)
-endif()

@@ -1,0 +1,13 @@
+# Installs the build into a folder of its own and asks the installed command a question.
+string(RANDOM LENGTH 12 name)
+set(prefix ${BUILD}/installed-${name})
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${prefix} OUTPUT_QUIET RESULT_VARIABLE status)
+execute_process(COMMAND ${prefix}/bin/zelq "name of file \"/etc/hosts\"" OUTPUT_VARIABLE answer ERROR_VARIABLE problem)
+file(GLOB_RECURSE headers RELATIVE ${prefix}/include ${prefix}/include/*.h)
+file(REMOVE_RECURSE ${prefix})
+if(NOT status EQUAL 0 OR NOT answer STREQUAL "hosts\n" OR NOT problem STREQUAL "")
+  message(FATAL_ERROR "installing came to ${status}, the installed command printed \"${answer}\" and \"${problem}\"")
+endif()
+if(NOT "Evaluator/Registration.h" IN_LIST headers OR NOT "Carbon/Carbon.h" IN_LIST headers)
+  message(FATAL_ERROR "the public headers were not installed: ${headers}")
+endif()
