@@ -6,6 +6,11 @@
 
 #include <cstddef>
 
+#include "modules/FileSignaturesModule.h"
+#include "modules/FileSystemObjectsModule.h"
+#include "modules/FileTypesModule.h"
+#include "modules/FilesModule.h"
+#include "modules/FoldersModule.h"
 #include "modules/TimeAndDateModule.h"
 
 namespace Inspectors {
@@ -55,11 +60,11 @@ using LoadOrder = ModuleList<  //
     Vacant<26>,                // country
     Vacant<27>,                // version values
     Vacant<28>,                // stage
-    Vacant<29>,                // file type registration and file caches
-    Vacant<30>,                // file signatures
-    Vacant<31>,                // file system objects and their cache
-    Vacant<32>,                // file types
-    Vacant<33>,                // folders and their caches
+    FilesModule,               // 29
+    FileSignaturesModule,      // 30
+    FileSystemObjectsModule,   // 31
+    FileTypesModule,           // 32
+    FoldersModule,             // 33
     Vacant<34>,                // gestalt selectors
     Vacant<35>,                // IP addresses
     Vacant<36>,                // sound volume

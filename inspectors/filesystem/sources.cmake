@@ -1,0 +1,7 @@
+# The file system inspectors, relative to inspectors/.
+set(INSPECTORS_FILESYSTEM_SOURCES
+  filesystem/File.cpp
+  filesystem/FileCodes.cpp
+  filesystem/FileSystemObject.cpp
+  filesystem/Folder.cpp
+)
