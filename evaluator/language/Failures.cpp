@@ -137,6 +137,13 @@ std::string NameOf(Entry const& entry) {
     }
 }
 
+// "May not be read" and "is not there" are different things to whoever asked.
+std::string WhyNoItem(std::int32_t status) {
+    constexpr std::int32_t fileNotFound = -43, directoryNotFound = -120;
+    if (status == 0 || status == fileNotFound || status == directoryNotFound) return "the item is not there";
+    return fmt::format("the item cannot be looked up: {}", PlatformError(status));
+}
+
 }  // namespace
 
 std::optional<std::string> MissingItem() {
@@ -146,8 +153,8 @@ std::optional<std::string> MissingItem() {
         return "the file is not there";
     } catch (DirectoryNotFoundError const&) {
         return "the folder is not there";
-    } catch (MacintoshPlatform::FailedToGetFileItem const&) {
-        return "the item is not there";
+    } catch (MacintoshPlatform::FailedToGetFileItem const& failure) {
+        return WhyNoItem(failure.Code());
     } catch (...) {
         return std::nullopt;
     }

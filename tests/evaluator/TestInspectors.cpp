@@ -77,6 +77,7 @@ probe broken_after_memory_of(probe const&) {
 }
 probe forbidden_of(probe const&) { throw FilePermissionError(); }
 probe missing_of(probe const&) { throw MacintoshPlatform::FailedToGetFileItem(); }
+probe unreachable_of(probe const&) { throw MacintoshPlatform::FailedToGetFileItem(-5000); }
 probe stray_of(probe const&) { throw 42; }
 probe wrong_of(probe const&) { throw std::runtime_error("wrong"); }
 inspector_string odd_of(probe const& object) {
@@ -160,6 +161,7 @@ struct Module {
     Property<probe, probe> broken{"broken", "brokens", "probe", "probe", broken_after_memory_of};
     Property<probe, probe> forbidden{"forbidden", "forbiddens", "probe", "probe", forbidden_of};
     Property<probe, probe> missing{"missing", "missings", "probe", "probe", missing_of};
+    Property<probe, probe> unreachable{"unreachable", "unreachables", "probe", "probe", unreachable_of};
     Property<probe, probe> stray{"stray", "strays", "probe", "probe", stray_of};
     Property<probe, probe> wrong{"wrong", "wrongs", "probe", "probe", wrong_of};
     Property<probe, inspector_string> odd{"odd text", "odd texts", "probe", "string", odd_of};

@@ -123,6 +123,10 @@ TEST_F(ValueLife, FailuresAreToldApart) {
               "error: the item is not there\n"
               "  missing of probe 1\n"
               "  ^~~~~~~\n");
+    EXPECT_EQ(Ask("unreachable of probe 1").problems,
+              "error: the item cannot be looked up: the platform's error -5000 (access denied)\n"
+              "  unreachable of probe 1\n"
+              "  ^~~~~~~~~~~\n");
     EXPECT_EQ(Ask("stray of probe 1").problems,
               "error: \"stray\" failed: int was thrown\n"
               "  stray of probe 1\n"

@@ -154,7 +154,8 @@ class EVALUATOR_API MakeFileLocationFailed {};
 class EVALUATOR_API FailedToGetFileItem {
   public:
     /// `platformCode` tells why, as the platform said it; 0 where it has no code for it.
-    explicit FailedToGetFileItem(long platformCode = 0) noexcept : code(static_cast<std::int32_t>(platformCode)) {}
+    explicit FailedToGetFileItem(long platformCode = 0) noexcept
+        : code(static_cast<std::int32_t>(platformCode)) {}
     std::int32_t Code() const noexcept { return code; }
 
   private:
