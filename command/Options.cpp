@@ -17,7 +17,7 @@ constexpr char const* kFooter = R"(Examples:
   zelq 'exists file "/etc/shadow"'
   zelq '(name of it, year of creation time of it) of (file "/etc/hosts"; file "/etc/passwd")'
   zelq 'day_of_week of now'
-  zelq '2 + 3 * 4 as string'
+  zelq '(now - creation time of folder "/usr") / day'
 
 Values go to standard output, one a line, as they are found; everything else goes to standard error.
 

@@ -1,3 +1,4 @@
+cmake_minimum_required(VERSION 3.25)
 # Installs the build into a folder of its own and asks the installed command a question.
 string(RANDOM LENGTH 12 name)
 set(prefix ${BUILD}/installed-${name})
