@@ -36,8 +36,9 @@ TEST_F(LookUpsByName, NameThatNoFileHasIsNoSuchObject) {
 }
 
 TEST_F(LookUpsByName, TakeAnyBytes) {
-    for (std::string const name :
-         {"caf\xC3\xA9", "\xFF\xFE", "a:b", " ", "~", std::string(255, 'x').c_str()}) {
+    std::string const longest(255, 'x');
+    for (std::string const& name : {std::string("caf\xC3\xA9"), std::string("\xFF\xFE"), std::string("a:b"),
+                                    std::string(" "), std::string("~"), longest}) {
         here.Write(name);
         EXPECT_EQ(here.Path(name), Path(FileNamed(name, Here())));
     }
