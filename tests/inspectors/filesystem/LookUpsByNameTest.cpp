@@ -36,8 +36,8 @@ TEST_F(LookUpsByName, NameThatNoFileHasIsNoSuchObject) {
 }
 
 TEST_F(LookUpsByName, TakeAnyBytes) {
-    for (std::string const name :
-         {"caf\xC3\xA9", "\xFF\xFE", "a:b", " ", "~", std::string(255, 'x').c_str()}) {
+    std::string const names[] = {"caf\xC3\xA9", "\xFF\xFE", "a:b", " ", "~", std::string(255, 'x')};
+    for (std::string const& name : names) {
         here.Write(name);
         EXPECT_EQ(here.Path(name), Path(FileNamed(name, Here())));
     }
