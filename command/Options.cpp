@@ -27,6 +27,21 @@ Exit status:
   2  the query is not valid
   3  wrong use, or no inspector library could be loaded)";
 
+// A query may begin with a minus, and no option has only one: such an argument is the query. Returns the
+// others, last first, as the parser wants them.
+std::vector<std::string> TakeSignedQuery(int argc, char** argv, std::string& query) {
+    std::vector<std::string> others;
+    for (int i = argc - 1; i > 0; --i) {
+        std::string argument = argv[i];
+        bool isSigned = argument.size() > 1 && argument[0] == '-' && argument[1] != '-';
+        if (isSigned && query.empty())
+            query = std::move(argument);
+        else
+            others.push_back(std::move(argument));
+    }
+    return others;
+}
+
 }  // namespace
 
 std::optional<Options> ReadOptions(int argc, char** argv, int& status) {
@@ -34,6 +49,7 @@ std::optional<Options> ReadOptions(int argc, char** argv, int& status) {
     CLI::App app(kPurpose, "zelq");
     app.footer(kFooter);
     app.set_version_flag("--version", std::string("zelq ") + Evaluator::Version(), "Print the version");
+    app.set_help_flag("--help", "Print this help");
     app.add_option("query", options.query, "The question, as one argument")->type_name("QUERY");
     app.add_option("--inspectors", options.inspectors,
                    "Load the inspector libraries of this folder, or this one library")
@@ -41,8 +57,10 @@ std::optional<Options> ReadOptions(int argc, char** argv, int& status) {
     app.add_flag("--registrations", options.registrations,
                  "Print what the loaded libraries registered, in order, one JSON object a line");
     try {
-        app.parse(argc, argv);
-        if (!options.registrations && app.count("query") == 0) throw CLI::RequiredError("QUERY");
+        std::vector<std::string> arguments = TakeSignedQuery(argc, argv, options.query);
+        app.parse(arguments);
+        if (!options.registrations && options.query.empty() && app.count("query") == 0)
+            throw CLI::RequiredError("QUERY");
         return options;
     } catch (CLI::ParseError const& outcome) {
         status = app.exit(outcome) == 0 ? kAnswered : kWrongUse;

@@ -25,7 +25,7 @@ std::string AsJson(Evaluator::RegistrationInfo const& registration) {
     if (registration.fingerprint) json["fingerprint"] = *registration.fingerprint;
     if (registration.dependsOnlyOnParameters)
         json["dependsOnlyOnParameters"] = *registration.dependsOnlyOnParameters;
-    return json.dump();
+    return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 }  // namespace Command

@@ -1,5 +1,6 @@
 // zelq: asks one question and prints its values, one a line.
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 
@@ -19,6 +20,16 @@ void Print(std::vector<Evaluator::Problem> const& problems, std::string_view que
 void PrintLine(std::string const& text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fputc('\n', stdout);
+}
+
+// // Values are seen as they come also through a pipe, where standard output is not flushed at every line.
+void FlushNowAndThen() {
+    using Clock = std::chrono::steady_clock;
+    static Clock::time_point last;
+    Clock::time_point now = Clock::now();
+    if (now - last < std::chrono::milliseconds(100)) return;
+    std::fflush(stdout);
+    last = now;
 }
 
 // The inspector libraries, for as long as this lives.
@@ -47,7 +58,8 @@ int Answer(std::string const& text) {
     if (!query) return kInvalidQuery;
     auto problem = query->Run([](Evaluator::Result const& result) {
         PrintLine(result.Text());
-        return true;
+        FlushNowAndThen();
+        return !std::ferror(stdout);
     });
     std::fflush(stdout);  // values stand before the problem that ended them, also where both go to one place
     if (!problem) return kAnswered;
@@ -72,7 +84,7 @@ int main(int argc, char** argv) {
     int status = Command::kAnswered;
     if (auto options = Command::ReadOptions(argc, argv, status)) status = Command::Run(*options);
     if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-        std::perror("error: cannot write to standard output");
+        std::fputs("error: cannot write to standard output\n", stderr);
         if (status == Command::kAnswered) status = Command::kEvaluationFailed;
     }
     return status;

@@ -307,9 +307,10 @@ void RegisterAll() {
 bool RegisterOnce() {
     static Library core{"core", "", nullptr, 0};
     Registry& registry = Registry::Instance();
-    registry.SetRegistering(&core);
-    RegisterAll();
-    registry.SetRegistering(nullptr);
+    {
+        Registry::Turn turn(registry, core);
+        RegisterAll();
+    }
     for (std::string const& problem : registry.TakeProblems()) {
         std::fprintf(stderr, "%s\n", problem.c_str());  // a fault in the tables above
         std::abort();

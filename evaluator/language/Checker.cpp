@@ -14,6 +14,12 @@ namespace {
 
 std::string Quoted(std::string_view text) { return fmt::format("\"{}\"", text); }
 
+// // An unknown phrase may be as long as a query.
+std::string Shortened(std::string const& phrase) {
+    constexpr std::size_t enough = 80;
+    return phrase.size() <= enough ? phrase : phrase.substr(0, enough) + "…";
+}
+
 // "a file", "an integer".
 std::string WithArticle(TypeEntry const& type) {
     if (!type.fields.empty()) return "a tuple";
@@ -55,9 +61,8 @@ class Checker {
     bool Singular(Syntax const& syntax, Expression const& operand, std::string_view hint) {
         if (!operand.plural) return true;
         std::string advice(hint);
-        if (syntax.kind == SyntaxKind::step && !syntax.condition)
-            for (PropertyMatch const& match : vocabulary.WithPhrase(syntax.text))
-                if (match.plural) advice = Quoted(match.entry->singular) + " is the singular";
+        if (std::string phrase = operand.SingularPhrase(); !phrase.empty())
+            advice = Quoted(phrase) + " is the singular";
         Report(syntax.range, "one value is wanted here, and this may be any number of them",
                std::move(advice));
         return false;
@@ -65,7 +70,7 @@ class Checker {
 
     bool Boolean(Syntax const& syntax, Expression const& operand) {
         if (!Singular(syntax, operand, "ask whether there is one: exists … whose (…)")) return false;
-        if (operand.type == Core("boolean")) return true;
+        if (vocabulary.Serves(*operand.type, *Core("boolean"))) return true;
         Report(syntax.range,
                fmt::format("a boolean is wanted here, and this is {}", WithArticle(*operand.type)));
         return false;
@@ -75,7 +80,12 @@ class Checker {
 
     TypeEntry const* Core(std::string_view name) const { return vocabulary.Type(name); }
 
-    void Use(Entry const& entry) { checked.libraries.push_back(entry.library); }
+    // The query needs the library of the registration and that of its result's type.
+    TypeEntry const& Use(Entry const& entry, TypeEntry const* result) {
+        checked.libraries.push_back(entry.library);
+        checked.libraries.push_back(result->library);
+        return *result;
+    }
 
     TypeEntry const& TupleType(std::vector<TypeEntry const*> fields) {
         for (auto const& known : checked.tupleTypes)
@@ -86,6 +96,7 @@ class Checker {
         type->library = Core("string")->library;
         type->size = fields.size() * sizeof(Value*);
         for (TypeEntry const* field : fields) type->name += (type->name.empty() ? "(" : ", ") + field->name;
+        if (type->name.size() > kLimits.tupleName) type->name.resize(kLimits.tupleName);
         type->name += ")";
         type->fields = std::move(fields);
         return *checked.tupleTypes.emplace_back(std::move(type));
@@ -170,7 +181,10 @@ class Checker {
         if (!object) return CheckAny(*syntax.parts[0]);
         std::size_t place = checked.bindings++;
         Scope scope(*this, {object->type, place});
-        ExpressionPointer inside = CheckAny(*syntax.parts[0]);
+        Syntax const& within = *syntax.parts[0];
+        ExpressionPointer inside = within.kind == SyntaxKind::collection
+                                       ? CheckCollection(within, object->plural)
+                                       : CheckAny(within);
         return inside ? MakeStep(syntax.sign, std::move(inside), place, std::move(object)) : nullptr;
     }
 
@@ -197,15 +211,13 @@ class Checker {
             return CheckNumber(syntax, std::move(object), std::move(index));
         TypeEntry const* ofType = object ? object->type : nullptr;
         TypeEntry const* indexType = index ? index->type : nullptr;
-        std::vector<PropertyMatch> matches;
+        std::optional<PropertyMatch> match;
         if (!ofType || ofType->fields.empty())
-            matches = vocabulary.FindProperty(syntax.text, ofType, indexType);
-        if (matches.empty()) return ReportUnknownPhrase(syntax, ofType, indexType);
-        if (matches.size() > 1) return ReportAmbiguous(syntax, matches);
-        PropertyEntry const& entry = *matches[0].entry;
-        Use(entry);
-        return MakeProperty(syntax.sign, entry, *vocabulary.Result(entry), matches[0].plural,
-                            std::move(object), std::move(index));
+            match = vocabulary.FindProperty(syntax.text, ofType, indexType);
+        if (!match) return ReportUnknownPhrase(syntax, ofType, indexType);
+        TypeEntry const& result = Use(*match->entry, vocabulary.Result(*match->entry));
+        return MakeProperty(syntax.sign, *match->entry, result, match->plural, std::move(object),
+                            std::move(index));
     }
 
     ExpressionPointer CheckNumber(Syntax const& syntax, ExpressionPointer object, ExpressionPointer index) {
@@ -214,15 +226,6 @@ class Checker {
             return Report(syntax.sign, fmt::format("\"{}\" of what?", syntax.text),
                           "number of files of folder \"/etc\"");
         return MakeNumber(syntax.sign, *Core("integer"), syntax.text == kNumberOf.plural, std::move(object));
-    }
-
-    ExpressionPointer ReportAmbiguous(Syntax const& syntax, std::vector<PropertyMatch> const& matches) {
-        return Report(
-            syntax.sign,
-            fmt::format("\"{}\" can be read in two ways: as the plural of ({}), or as the singular of ({})",
-                        syntax.text,
-                        matches[0].plural ? matches[0].entry->singular : matches[1].entry->singular,
-                        matches[0].plural ? matches[1].entry->plural : matches[0].entry->plural));
     }
 
     // A phrase that the object does not have with that index. What the hint says depends on how near the
@@ -241,11 +244,10 @@ class Checker {
         if (!object && !owners.empty())
             return Report(syntax.sign, fmt::format("\"{}\" of what?", syntax.text),
                           fmt::format("it is a property of {}", JoinWithAnd(owners)));
-        std::string message = fmt::format("{} has no property \"{}\"", owner, syntax.text);
+        std::string message = fmt::format("{} has no property \"{}\"", owner, Shortened(syntax.text));
         if (index) message += fmt::format(" with {} as index", WithArticle(*index));
-        std::string hint = SuggestNearest(syntax.text, PhrasesOf(object));
-        if (hint.empty() && !owners.empty())
-            hint = fmt::format("it is a property of {}", JoinWithAnd(owners));
+        std::string hint = owners.empty() ? SuggestNearest(syntax.text, PhrasesOf(object))
+                                          : fmt::format("it is a property of {}", JoinWithAnd(owners));
         return Report(syntax.sign, std::move(message), std::move(hint));
     }
 
@@ -284,18 +286,16 @@ class Checker {
         return owners;
     }
 
-    std::vector<std::string> PhrasesOf(TypeEntry const* object) const {
-        std::vector<std::string> phrases;
-        for (PropertyEntry const* entry : vocabulary.PropertiesOf(object)) {
-            phrases.push_back(entry->singular);
-            phrases.push_back(entry->plural);
-        }
+    std::vector<Alternatives> PhrasesOf(TypeEntry const* object) const {
+        std::vector<Alternatives> phrases;
+        for (PropertyEntry const* entry : vocabulary.PropertiesOf(object))
+            phrases.push_back({entry->singular, entry->plural});
         return phrases;
     }
 
     // ---- Gatherings
 
-    ExpressionPointer CheckCollection(Syntax const& syntax) {
+    ExpressionPointer CheckCollection(Syntax const& syntax, bool ofStep = false) {
         std::vector<ExpressionPointer> members = CheckParts(syntax);
         if (members.empty()) return nullptr;
         TypeEntry const* type = members[0]->type;
@@ -304,7 +304,7 @@ class Checker {
             if (!common) return ReportUnlike(syntax.parts[i]->range, *type, *members[i]->type);
             type = common;
         }
-        return MakeCollection(syntax.range, *type, std::move(members));
+        return MakeCollection(syntax.range, *type, ofStep, std::move(members));
     }
 
     ExpressionPointer CheckTuple(Syntax const& syntax) {
@@ -355,14 +355,14 @@ class Checker {
         if (parts.empty()) return nullptr;
         for (std::size_t i = 0; i < 2; ++i)
             if (!Boolean(*syntax.parts[i], *parts[i])) return nullptr;
-        return MakeLogical(syntax.sign, syntax.kind == SyntaxKind::both, std::move(parts[0]),
-                           std::move(parts[1]));
+        return MakeLogical(syntax.sign, *Core("boolean"), syntax.kind == SyntaxKind::both,
+                           std::move(parts[0]), std::move(parts[1]));
     }
 
     ExpressionPointer CheckNegation(Syntax const& syntax) {
         ExpressionPointer operand = CheckAny(*syntax.parts[0]);
         if (!operand || !Boolean(*syntax.parts[0], *operand)) return nullptr;
-        return MakeNot(syntax.sign, std::move(operand));
+        return MakeNot(syntax.sign, *Core("boolean"), std::move(operand));
     }
 
     ExpressionPointer CheckExistence(Syntax const& syntax) {
@@ -420,9 +420,7 @@ class Checker {
                                       TypeEntry const& right) {
         OperatorEntry const* entry = nullptr;
         if (left.fields.empty() && right.fields.empty()) entry = vocabulary.FindOperator(code, left, right);
-        if (entry)
-            Use(*entry);
-        else
+        if (!entry)
             Report(syntax.sign, fmt::format("there is no \"{}\" of {} and {}", NameOf(code),
                                             WithArticle(left), WithArticle(right)));
         return entry;
@@ -436,9 +434,10 @@ class Checker {
                                          ? FindOperator(syntax, relation.code, *right->type, *left->type)
                                          : FindOperator(syntax, relation.code, *left->type, *right->type);
         if (!entry) return nullptr;
-        ExpressionPointer result = MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry),
+        ExpressionPointer result = MakeOperator(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)),
                                                 relation.exchanged, std::move(left), std::move(right));
-        return relation.negated ? MakeNot(syntax.sign, std::move(result)) : std::move(result);
+        return relation.negated ? MakeNot(syntax.sign, *Core("boolean"), std::move(result))
+                                : std::move(result);
     }
 
     ExpressionPointer CheckArithmetic(Syntax const& syntax) {
@@ -447,8 +446,8 @@ class Checker {
         OperatorEntry const* entry =
             FindOperator(syntax, static_cast<int>(syntax.number), *left->type, *right->type);
         if (!entry) return nullptr;
-        return MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry), false, std::move(left),
-                            std::move(right));
+        return MakeOperator(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)), false,
+                            std::move(left), std::move(right));
     }
 
     // -x is 0 - x; an interval is -1 * x.
@@ -464,9 +463,8 @@ class Checker {
             entry = vocabulary.FindOperator(code, *factor->type, *operand->type);
         if (!entry)
             return Report(syntax.sign, fmt::format("there is no \"-\" of {}", WithArticle(*operand->type)));
-        Use(*entry);
-        return MakeOperator(syntax.sign, *entry, *vocabulary.Result(*entry), false, std::move(factor),
-                            std::move(operand));
+        return MakeOperator(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)), false,
+                            std::move(factor), std::move(operand));
     }
 
     ExpressionPointer CheckCast(Syntax const& syntax) {
@@ -475,20 +473,18 @@ class Checker {
         CastEntry const* entry = nullptr;
         if (operand->type->fields.empty()) entry = vocabulary.FindCast(syntax.text, *operand->type);
         if (!entry) return ReportUnknownCast(syntax, *operand->type);
-        Use(*entry);
-        return MakeCast(syntax.sign, *entry, *vocabulary.Result(*entry), std::move(operand));
+        return MakeCast(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)), std::move(operand));
     }
 
     ExpressionPointer ReportUnknownCast(Syntax const& syntax, TypeEntry const& source) {
         if (source.name == syntax.text)
             return Report(syntax.sign, fmt::format("{} is {} already", "this", WithArticle(source)));
-        std::vector<std::string> casts;
+        std::vector<Alternatives> casts;
         if (source.fields.empty())
-            for (CastEntry const* cast : vocabulary.CastsOf(source)) casts.push_back(Quoted(cast->phrase));
-        std::sort(casts.begin(), casts.end());
-        if (casts.size() > kLimits.suggestions) casts.resize(kLimits.suggestions);
-        return Report(syntax.sign, fmt::format("{} has no cast \"{}\"", WithArticle(source), syntax.text),
-                      casts.empty() ? "" : fmt::format("it has {}", JoinWithAnd(casts)));
+            for (CastEntry const* cast : vocabulary.CastsOf(source)) casts.push_back({cast->phrase});
+        return Report(syntax.sign,
+                      fmt::format("{} has no cast \"{}\"", WithArticle(source), Shortened(syntax.text)),
+                      SuggestNearest(syntax.text, std::move(casts)));
     }
 
     Vocabulary const& vocabulary;
@@ -502,11 +498,6 @@ void Tidy(std::vector<Library*>& libraries) {
     std::erase_if(libraries, [](Library const* library) { return library->IsCore(); });
     std::sort(libraries.begin(), libraries.end());
     libraries.erase(std::unique(libraries.begin(), libraries.end()), libraries.end());
-}
-
-void AddTypes(Expression const& root, std::vector<Library*>& libraries) {
-    libraries.push_back(root.type->library);
-    for (TypeEntry const* field : root.type->fields) libraries.push_back(field->library);
 }
 
 }  // namespace
@@ -526,7 +517,7 @@ std::unique_ptr<CheckedQuery> Check(std::string_view query, std::vector<Problem>
         problems.push_back({ProblemKind::meaning, {0, query.size()}, unknown.what(), {}});
         return nullptr;
     }
-    AddTypes(*checked->root, checked->libraries);
+
     checked->shown.AddLibraries(checked->libraries);
     Tidy(checked->libraries);
     return checked;

@@ -22,12 +22,12 @@ class EachOf : public Cursor {
                 Step step = inner->Next(evaluation, value);
                 if (step == Step::value) return step;
                 inner.reset();
-                if (step == Step::absent && !MayPass(evaluation)) return step;
+                if (step == Step::absent && !evaluation.MayPassAbsence()) return step;
             }
             ValueRef object;
             if (Step step = objects->Next(evaluation, object); step != Step::value) return step;
             inner = OpenOn(evaluation, object);
-            if (!inner && !MayPass(evaluation)) return Step::absent;
+            if (!inner && !evaluation.MayPassAbsence()) return Step::absent;
         }
     }
 
@@ -36,10 +36,6 @@ class EachOf : public Cursor {
     virtual CursorPointer OpenOn(Evaluation& evaluation, ValueRef const& object) = 0;
 
   private:
-    static bool MayPass(Evaluation const& evaluation) {
-        return evaluation.absence.kind == Absence::Kind::noSuchObject;
-    }
-
     CursorPointer objects, inner;
 };
 

@@ -6,13 +6,17 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <exception>
 #include <mutex>
+#include <new>
 #include <thread>
 #include <utility>
 
+#include "Evaluator/Exceptions.h"
 #include "core/Core.h"
 #include "language/Checker.h"
 #include "registry/Libraries.h"
+#include "registry/Registrations.h"
 
 namespace Evaluator {
 namespace {
@@ -83,30 +87,53 @@ class QueryRun {
           consumer(consumer),
           evaluation(checked.bindings, checked.literals) {}
 
+    // What the consumer throws passes through; nothing else does.
     std::optional<Problem> Run() {
         try {
-            CursorPointer cursor = checked.root->Open(evaluation);
-            ValueRef value;
-            Cursor::Step step = Cursor::Step::absent;
-            while (cursor && (step = cursor->Next(evaluation, value)) == Cursor::Step::value)
-                if (!Deliver(value)) return std::nullopt;
-            if (step == Cursor::Step::end) return std::nullopt;
-            return AsProblem(evaluation.absence);
+            return RunGuarded();
         } catch (EvaluationError const& error) {
             return error.problem;
+        } catch (ConsumerFailure const& failure) {
+            std::rethrow_exception(failure.exception);
+        } catch (MemoryFullError const&) {
+            return OutOfMemory();
+        } catch (std::bad_alloc const&) {
+            return OutOfMemory();
         }
     }
 
   private:
+    struct ConsumerFailure {
+        std::exception_ptr exception;
+    };
+
+    Problem OutOfMemory() const { return {ProblemKind::limit, checked.root->range, "out of memory", {}}; }
+
+    std::optional<Problem> RunGuarded() {
+        evaluation.ClearCaches(checked.root->range);
+        CursorPointer cursor = checked.root->Open(evaluation);
+        ValueRef value;
+        Cursor::Step step = Cursor::Step::absent;
+        while (cursor && (step = cursor->Next(evaluation, value)) == Cursor::Step::value)
+            if (!Deliver(value)) return std::nullopt;
+        if (step == Cursor::Step::end) return std::nullopt;
+        return AsProblem(evaluation.absence);
+    }
+
     bool Deliver(ValueRef const& value) {
         Result result;
         result.text = checked.shown.Text(evaluation, value, checked.root->range);
         result.value = value.Get();
         result.query = &query;
-        return consumer(result);
+        if (!consumer) return true;
+        try {
+            return consumer(result);
+        } catch (...) {
+            throw ConsumerFailure{std::current_exception()};
+        }
     }
 
-    std::shared_ptr<CompiledQuery> const& query;
+    std::shared_ptr<CompiledQuery> const query;  // the consumer may let go of the Query
     CheckedQuery const& checked;
     Consumer const& consumer;
     Evaluation evaluation;
@@ -144,9 +171,9 @@ std::string Query::TypeName() const { return compiled->checked->root->type->name
 std::optional<Problem> Query::Run(Consumer const& consumer) const {
     Locked locked(evaluationLock);
     if (Evaluation::Running())
-        return Problem{
-            ProblemKind::evaluation, compiled->checked->root->range, "another query is being evaluated",
-            "a consumer that is handed a value may not start a query; keep the value and ask later"};
+        return Problem{ProblemKind::evaluation, compiled->checked->root->range,
+                       "another query is being evaluated",
+                       "a consumer that is being handed a value cannot start a query"};
     return QueryRun(compiled, consumer).Run();
 }
 
@@ -164,6 +191,7 @@ std::vector<Problem> LoadInspectorLibrary(std::filesystem::path const& file) {
     Locked locked(evaluationLock);
     if (Evaluation::Running())
         return {LibraryProblem(fmt::format("cannot load \"{}\": a query is being evaluated", file.string()))};
+    RegisterCore();
     return LibraryProblems(Libraries::Instance().Load(file));
 }
 
@@ -185,6 +213,8 @@ std::vector<Problem> LoadInspectors(std::filesystem::path const& folder) {
 
 std::optional<Problem> UnloadInspectorLibrary(std::string_view name) {
     Locked locked(evaluationLock);
+    if (Evaluation::Running())
+        return LibraryProblem(fmt::format("cannot unload \"{}\": a query is being evaluated", name));
     if (auto why = Libraries::Instance().Unload(name)) return LibraryProblem(std::move(*why));
     return std::nullopt;
 }
@@ -194,6 +224,11 @@ std::vector<std::string> LoadedLibraries() {
     std::vector<std::string> names;
     for (Library const& library : Libraries::Instance().Loaded()) names.push_back(library.name);
     return names;
+}
+
+std::vector<RegistrationInfo> Registrations() {
+    Locked locked(evaluationLock);
+    return LoadedRegistrations();
 }
 
 char const* Version() { return ZELQ_VERSION; }

@@ -10,7 +10,7 @@
 namespace Evaluator {
 namespace {
 
-Evaluation* running = nullptr;
+thread_local Evaluation* running = nullptr;
 
 moment PresentMoment() {
     auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
@@ -30,8 +30,17 @@ Evaluation* Evaluation::Running() { return running; }
 Evaluation::Evaluation(std::size_t bindingCount, std::size_t literalCount)
     : bindings(bindingCount), literals(literalCount), now(PresentMoment()) {
     running = this;
-    for (auto const& entry : Registry::Instance().All())
-        if (entry->kind == EntryKind::cache) static_cast<CacheEntry const&>(*entry).clear(nullptr);
+}
+
+void Evaluation::ClearCaches(Range where) {
+    for (auto const& entry : Registry::Instance().All()) {
+        if (entry->kind != EntryKind::cache) continue;
+        try {
+            static_cast<CacheEntry const&>(*entry).clear(nullptr);
+        } catch (...) {
+            throw EvaluationError{FailureOf(*entry, where)};
+        }
+    }
 }
 
 Evaluation::~Evaluation() {
@@ -50,6 +59,7 @@ bool Evaluation::Guarded(Holder& made, Entry const& entry, Range where, Call con
         Holder*& place;
         Holder* before;
     } scope(making, &made);
+    MemoryBlock* const before = made.memory;
     try {
         call();
         return true;
@@ -60,7 +70,7 @@ bool Evaluation::Guarded(Holder& made, Entry const& entry, Range where, Call con
         if (!missing) throw EvaluationError{FailureOf(entry, where)};
         absence = {Absence::Kind::missingItem, where, std::move(*missing)};
     }
-    made.FreeMemory();
+    made.FreeMemory(before);
     return false;
 }
 

@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Evaluator/Context.h"
@@ -34,16 +35,18 @@ struct Absence {
 
 class Evaluation final : public InspectorContext, public InspectorYieldContext {
   public:
-    /// Begins an evaluation of a query with so many places for `it` and so many literals; asks every
-    /// registered cache to be cleared. There is at most one at a time, the one that
-    /// Get_Generic_Inspector_Context answers.
+    /// /// Begins an evaluation of a query with so many places for `it` and so many literals. There is at
+    /// most one at a time, the one that Get_Generic_Inspector_Context answers on the thread that began it.
     Evaluation(std::size_t bindings, std::size_t literals);
     ~Evaluation() override;
     Evaluation(Evaluation const&) = delete;
     Evaluation& operator=(Evaluation const&) = delete;
 
-    /// The one that is running, or null.
+    /// /// The one that is running on this thread, or null.
     static Evaluation* Running();
+
+    /// Asks every registered cache to be cleared. `where` is where a problem points.
+    void ClearCaches(Range where);
 
     /// What `it` stands for, one place for each `whose` and each step in parentheses.
     std::vector<ValueRef> bindings;
@@ -52,6 +55,22 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     /// One moment throughout the evaluation.
     moment const now;
     Absence absence;
+
+    /// While one of these lives, every form of absence is silent, as it is under `exists` and `otherwise`.
+    class Lenience {
+      public:
+        explicit Lenience(Evaluation& owner)
+            : evaluation(owner), before(std::exchange(owner.lenient, true)) {}
+        ~Lenience() { evaluation.lenient = before; }
+        Lenience(Lenience const&) = delete;
+        Lenience& operator=(Lenience const&) = delete;
+
+      private:
+        Evaluation& evaluation;
+        bool before;
+    };
+    /// Whether a plural goes on past the absence that was noted last.
+    bool MayPassAbsence() const { return lenient || absence.kind == Absence::Kind::noSuchObject; }
 
     /// Notes that there is no such object at `where`; returns nothing, for the caller to return.
     ValueRef Absent(Range where) {
@@ -83,6 +102,7 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     bool Guarded(Holder& made, Entry const& entry, Range where, Call const& call);
 
     Holder* making = nullptr;
+    bool lenient = false;
 };
 
 /// The problem of an absence that nothing took as an answer.

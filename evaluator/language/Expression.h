@@ -38,6 +38,9 @@ class Expression {
     /// As Open, with the outermost step asked as if plural.
     virtual CursorPointer OpenAsPlural(Evaluation& evaluation) const { return Open(evaluation); }
 
+    /// Of a property that was asked in the plural: how to ask for one.
+    virtual std::string SingularPhrase() const { return {}; }
+
     Range const range;            ///< where messages about it point
     TypeEntry const* const type;  ///< of its values, or a base of theirs
     bool const plural;
@@ -68,14 +71,17 @@ ExpressionPointer MakeCast(Range range, CastEntry const& entry, TypeEntry const&
 /// An operator or relation; the operands are evaluated in the order written, then exchanged if so wanted.
 ExpressionPointer MakeOperator(Range range, OperatorEntry const& entry, TypeEntry const& result,
                                bool exchanged, ExpressionPointer left, ExpressionPointer right);
-ExpressionPointer MakeNot(Range range, ExpressionPointer operand);
+ExpressionPointer MakeNot(Range range, TypeEntry const& boolean, ExpressionPointer operand);
 /// `left and right`, or `left or right`; the right side only when it matters.
-ExpressionPointer MakeLogical(Range range, bool conjunction, ExpressionPointer left, ExpressionPointer right);
+ExpressionPointer MakeLogical(Range range, TypeEntry const& boolean, bool conjunction, ExpressionPointer left,
+                              ExpressionPointer right);
 ExpressionPointer MakeExists(Range range, TypeEntry const& boolean, ExpressionPointer operand);
 /// How many values there are.
 ExpressionPointer MakeNumber(Range range, TypeEntry const& integer, bool plural, ExpressionPointer operand);
 ExpressionPointer MakeTuple(Range range, TypeEntry const& type, std::vector<ExpressionPointer> fields);
-ExpressionPointer MakeCollection(Range range, TypeEntry const& type, std::vector<ExpressionPointer> members);
+/// With `ofStep`, a member that is absent adds nothing, as in a step in parentheses of a plural object.
+ExpressionPointer MakeCollection(Range range, TypeEntry const& type, bool ofStep,
+                                 std::vector<ExpressionPointer> members);
 ExpressionPointer MakeChoice(Range range, TypeEntry const& type, ExpressionPointer condition,
                              ExpressionPointer then, ExpressionPointer otherwise);
 ExpressionPointer MakeFallback(Range range, TypeEntry const& type, ExpressionPointer left,

@@ -119,6 +119,10 @@ std::string Reason() {
         return "the path cannot be resolved";
     } catch (std::bad_alloc const&) {
         return PlatformError(-108);
+    } catch (DebuggableException const& exception) {
+        return fmt::format("{} was thrown", ClassName(typeid(exception)));
+    } catch (std::exception const& exception) {
+        return fmt::format("{} was thrown: {}", ClassName(typeid(exception)), exception.what());
     } catch (...) {
         std::type_info const* type = abi::__cxa_current_exception_type();
         return fmt::format("{} was thrown", type ? ClassName(*type) : "an unknown exception");
@@ -132,6 +136,8 @@ std::string NameOf(Entry const& entry) {
             return static_cast<PropertyEntry const&>(entry).singular;
         case EntryKind::cast:
             return "as " + static_cast<CastEntry const&>(entry).phrase;
+        case EntryKind::cache:
+            return "clearing a cache of " + entry.library->name;
         default:
             return {};
     }

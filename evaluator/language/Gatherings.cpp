@@ -15,6 +15,7 @@ class Exists : public Expression {
 
     // Every form of absence is "no".
     ValueRef Evaluate(Evaluation& evaluation) const override {
+        Evaluation::Lenience lenience(evaluation);
         CursorPointer cursor = operand->OpenAsPlural(evaluation);
         ValueRef value;
         bool found = cursor && cursor->Next(evaluation, value) == Cursor::Step::value;
@@ -112,12 +113,13 @@ CursorPointer Tuple::Open(Evaluation& evaluation) const {
 
 class Collection : public Expression {
   public:
-    Collection(Range range, TypeEntry const& type, std::vector<ExpressionPointer> members)
-        : Expression(range, type, true), members(std::move(members)) {}
+    Collection(Range range, TypeEntry const& type, bool ofStep, std::vector<ExpressionPointer> members)
+        : Expression(range, type, true), members(std::move(members)), ofStep(ofStep) {}
     CursorPointer Open(Evaluation&) const override;
     CursorPointer OpenAsPlural(Evaluation&) const override;
 
     std::vector<ExpressionPointer> const members;
+    bool const ofStep;
 };
 
 class CollectionCursor : public Cursor {
@@ -125,7 +127,7 @@ class CollectionCursor : public Cursor {
     CollectionCursor(Collection const& collection, bool asPlural)
         : collection(collection), asPlural(asPlural) {}
 
-    // Asked as if plural, a member that is absent has no values and the next one is asked.
+    // // In a step, and asked as if plural, a member that is absent adds nothing and the next one is asked.
     Step Next(Evaluation& evaluation, ValueRef& value) override {
         for (;;) {
             Step step = Step::absent;
@@ -135,12 +137,16 @@ class CollectionCursor : public Cursor {
                 inner = asPlural ? next.OpenAsPlural(evaluation) : next.Open(evaluation);
             }
             if (inner) step = inner->Next(evaluation, value);
-            if (step == Step::value || (step == Step::absent && !asPlural)) return step;
+            if (step == Step::value || (step == Step::absent && !MayPass(evaluation))) return step;
             inner.reset();
         }
     }
 
   private:
+    bool MayPass(Evaluation const& evaluation) const {
+        return (asPlural || collection.ofStep) && evaluation.MayPassAbsence();
+    }
+
     Collection const& collection;
     bool asPlural;
     std::size_t member = 0;
@@ -208,19 +214,30 @@ class Fallback : public Expression {
 
     ValueRef Evaluate(Evaluation& evaluation) const override {
         if (plural) return ExactlyOne(evaluation, Open(evaluation));
-        ValueRef value = left->Evaluate(evaluation);
+        ValueRef value = OneOfLeft(evaluation);
         return value ? value : right->Evaluate(evaluation);
     }
 
-    // Every form of absence is "no value".
     CursorPointer Open(Evaluation& evaluation) const override {
-        CursorPointer cursor = left->Open(evaluation);
         ValueRef first;
-        if (!cursor || cursor->Next(evaluation, first) != Cursor::Step::value) return right->Open(evaluation);
+        CursorPointer cursor = FirstOfLeft(evaluation, first);
+        if (!cursor) return right->Open(evaluation);
         return std::make_unique<RestoredCursor>(std::move(first), std::move(cursor));
     }
 
   private:
+    // On the left, until it has a value, every form of absence is "no value".
+    ValueRef OneOfLeft(Evaluation& evaluation) const {
+        Evaluation::Lenience lenience(evaluation);
+        return left->Evaluate(evaluation);
+    }
+    CursorPointer FirstOfLeft(Evaluation& evaluation, ValueRef& first) const {
+        Evaluation::Lenience lenience(evaluation);
+        CursorPointer cursor = left->Open(evaluation);
+        bool found = cursor && cursor->Next(evaluation, first) == Cursor::Step::value;
+        return found ? std::move(cursor) : nullptr;
+    }
+
     ExpressionPointer left, right;
 };
 
@@ -240,8 +257,9 @@ ExpressionPointer MakeTuple(Range range, TypeEntry const& type, std::vector<Expr
     return std::make_unique<Tuple>(range, type, plural, std::move(fields));
 }
 
-ExpressionPointer MakeCollection(Range range, TypeEntry const& type, std::vector<ExpressionPointer> members) {
-    return std::make_unique<Collection>(range, type, std::move(members));
+ExpressionPointer MakeCollection(Range range, TypeEntry const& type, bool ofStep,
+                                 std::vector<ExpressionPointer> members) {
+    return std::make_unique<Collection>(range, type, ofStep, std::move(members));
 }
 
 ExpressionPointer MakeChoice(Range range, TypeEntry const& type, ExpressionPointer condition,

@@ -11,6 +11,11 @@ struct Limits {
     std::size_t queryLength = 1 << 20;
     /// Depth of the syntax tree. Reading, checking and evaluating descend it on the native stack.
     std::size_t nesting = 400;
+    /// /// Bytes of a tuple's text. A tuple may hold one value many times over, so that its text outgrows any
+    /// memory.
+    std::size_t tupleText = 64 << 20;
+    /// Bytes of a tuple type's name, beyond which it is cut; it too can double with every level.
+    std::size_t tupleName = 500;
     /// Problems reported of one query; more would not be read.
     std::size_t problems = 5;
     /// Suggestions in one hint.

@@ -77,8 +77,8 @@ class Operator : public Expression {
 
 class Not : public Expression {
   public:
-    Not(Range range, ExpressionPointer operand)
-        : Expression(range, *operand->type, false), operand(std::move(operand)) {}
+    Not(Range range, TypeEntry const& boolean, ExpressionPointer operand)
+        : Expression(range, boolean, false), operand(std::move(operand)) {}
 
     ValueRef Evaluate(Evaluation& evaluation) const override {
         ValueRef truth = operand->Evaluate(evaluation);
@@ -91,8 +91,9 @@ class Not : public Expression {
 
 class Logical : public Expression {
   public:
-    Logical(Range range, bool conjunction, ExpressionPointer left, ExpressionPointer right)
-        : Expression(range, *left->type, false),
+    Logical(Range range, TypeEntry const& boolean, bool conjunction, ExpressionPointer left,
+            ExpressionPointer right)
+        : Expression(range, boolean, false),
           left(std::move(left)),
           right(std::move(right)),
           conjunction(conjunction) {}
@@ -120,13 +121,13 @@ ExpressionPointer MakeOperator(Range range, OperatorEntry const& entry, TypeEntr
     return std::make_unique<Operator>(range, entry, result, exchanged, std::move(left), std::move(right));
 }
 
-ExpressionPointer MakeNot(Range range, ExpressionPointer operand) {
-    return std::make_unique<Not>(range, std::move(operand));
+ExpressionPointer MakeNot(Range range, TypeEntry const& boolean, ExpressionPointer operand) {
+    return std::make_unique<Not>(range, boolean, std::move(operand));
 }
 
-ExpressionPointer MakeLogical(Range range, bool conjunction, ExpressionPointer left,
+ExpressionPointer MakeLogical(Range range, TypeEntry const& boolean, bool conjunction, ExpressionPointer left,
                               ExpressionPointer right) {
-    return std::make_unique<Logical>(range, conjunction, std::move(left), std::move(right));
+    return std::make_unique<Logical>(range, boolean, conjunction, std::move(left), std::move(right));
 }
 
 }  // namespace Evaluator

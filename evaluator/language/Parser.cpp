@@ -13,11 +13,12 @@
 namespace Evaluator {
 namespace {
 
-// Which words of the query make up a phrase, and whether it is one that is registered.
-struct PhraseExtent {
-    std::size_t words;
-    bool known;
-};
+// Whether an operator begins with the word at `place`; other operator words are just words there.
+bool BeginsOperator(std::vector<std::string> const& words, std::size_t place) {
+    std::string const& word = words[place];
+    if (word == "starts" || word == "ends") return place + 1 < words.size() && words[place + 1] == "with";
+    return word == "contains" || word == "mod";
+}
 
 class Parser {
   public:
@@ -448,21 +449,19 @@ class Parser {
         for (std::size_t i = 0; Ahead(i).kind == TokenKind::word && !IsReservedWord(Ahead(i).text); ++i)
             words.push_back(Ahead(i).text);
         if (words.empty() || IsOperatorWord(words[0])) ReportExpected(expected);
-        PhraseExtent extent = Extent(words, (vocabulary.*longest)(words));
-        at += extent.words;
-        node.known = extent.known;
+        std::size_t const count = Extent(words, (vocabulary.*longest)(words));
+        at += count;
         node.sign = node.range = Since(first);
-        for (std::size_t i = 0; i < extent.words; ++i) node.text += (i ? " " : "") + words[i];
+        for (std::size_t i = 0; i < count; ++i) node.text += (i ? " " : "") + words[i];
     }
 
-    // The longest registered run of words, `longest`, is the phrase, unless an ordinary word is left over
-    // behind it. Then, or when nothing is registered, the whole run of ordinary words is unknown.
-    static PhraseExtent Extent(std::vector<std::string> const& words, std::size_t longest) {
-        if (longest > 0 && (longest == words.size() || IsOperatorWord(words[longest])))
-            return {longest, true};
+    // How many of the words are the phrase. The longest registered run of words, `longest`, is it, unless a
+    // word is left over behind it with which no operator begins. Then, or when nothing is registered, all the
+    // words up to the next operator are; nothing is registered under them, and the checker says so.
+    static std::size_t Extent(std::vector<std::string> const& words, std::size_t longest) {
         std::size_t end = std::max<std::size_t>(longest, 1);
-        while (end < words.size() && !IsOperatorWord(words[end])) ++end;
-        return {end, false};
+        while (end < words.size() && !BeginsOperator(words, end)) ++end;
+        return end;
     }
 
     std::string_view query;

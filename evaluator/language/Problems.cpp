@@ -4,6 +4,7 @@
 
 #include "Evaluator/Embedding.h"
 #include "language/Printable.h"
+#include "registry/Words.h"
 
 namespace Evaluator {
 namespace {
@@ -21,6 +22,8 @@ struct Excerpt {
 
 Excerpt LineOf(std::string_view query, Range range) {
     std::size_t at = std::min(range.begin, query.size());
+    if (at == query.size())  // what is missing at the end is missing behind the last thing that is there
+        while (at > 0 && IsBlank(query[at - 1])) --at;
     std::size_t begin = at == 0 ? 0 : query.rfind('\n', at - 1) + 1;  // npos + 1 is 0
     std::size_t end = std::min(query.find('\n', at), query.size());
     auto insideCharacter = [&](std::size_t place) { return place < end && (query[place] & 0xC0) == 0x80; };

@@ -1,5 +1,9 @@
 #include "language/Shown.h"
 
+#include <fmt/format.h>
+
+#include "language/Limits.h"
+
 namespace Evaluator {
 namespace {
 
@@ -11,10 +15,15 @@ std::string Bytes(Value const& value) {
 }  // namespace
 
 Shown::Shown(Vocabulary const& vocabulary, TypeEntry const& type) : string(vocabulary.Type("string")) {
-    for (TypeEntry const* field : type.fields) {
-        Shown shown(vocabulary, *field);
-        ways.merge(shown.ways);
-    }
+    std::set<TypeEntry const*> settled;
+    SettleAll(vocabulary, type, settled);
+}
+
+// The type and all that have it as a base; of a tuple, those of its fields.
+void Shown::SettleAll(Vocabulary const& vocabulary, TypeEntry const& type,
+                      std::set<TypeEntry const*>& settled) {
+    if (!settled.insert(&type).second) return;
+    for (TypeEntry const* field : type.fields) SettleAll(vocabulary, *field, settled);
     if (!type.fields.empty()) return;
     for (auto const& entry : Registry::Instance().All()) {
         if (entry->kind != EntryKind::type) continue;
@@ -27,38 +36,54 @@ Shown::Shown(Vocabulary const& vocabulary, TypeEntry const& type) : string(vocab
     }
 }
 
+// A cast or a name that leads to a type which nobody registered is none.
 void Shown::Settle(Vocabulary const& vocabulary, TypeEntry const& type) {
     Way way;
     way.isString = vocabulary.Serves(type, *string);
     CastEntry const* cast = vocabulary.FindCast("string", type);
-    if (cast && vocabulary.Result(*cast) == string) way.cast = cast;
-    for (PropertyMatch const& match : vocabulary.FindProperty("name", &type, nullptr))
-        if (!match.plural && match.entry->kind == EntryKind::property &&
-            vocabulary.Result(*match.entry) == string)
-            way.name = match.entry;
+    if (cast && cast->target == string->name) way.cast = cast;
+    auto name = vocabulary.FindProperty("name", &type, nullptr);
+    if (name && !name->plural && name->entry->kind == EntryKind::property &&
+        name->entry->result == string->name)
+        way.name = name->entry;
     ways.emplace(&type, way);
 }
 
 std::string Shown::Text(Evaluation& evaluation, ValueRef const& value, Range where) const {
-    if (!value->type->fields.empty()) {
-        auto fields = static_cast<Value* const*>(static_cast<Value const&>(*value).Bytes());
-        std::string text;
-        for (std::size_t i = 0; i < value->type->fields.size(); ++i) {
-            ++fields[i]->references;
-            ValueRef field = ValueRef::Adopt(fields[i]);
-            std::string shown = Text(evaluation, field, where);
-            text += (i ? ", " : "") + (field->type->fields.empty() ? shown : "(" + shown + ")");
-        }
-        return text;
-    }
+    if (!value->type->fields.empty()) return OfFields(evaluation, *value, where);
+    // A cast or a name that answers "no such object" gives way to what comes next; any other word is a
+    // problem.
+    auto given = [&](ValueRef const& text) {
+        if (!text && evaluation.absence.kind != Absence::Kind::noSuchObject)
+            throw EvaluationError{AsProblem(evaluation.absence)};
+        return static_cast<bool>(text);
+    };
     Way const& way = ways.at(value->type);
     if (way.cast)
-        if (ValueRef text = evaluation.Convert(*way.cast, *string, value, where)) return Bytes(*text);
+        if (ValueRef text = evaluation.Convert(*way.cast, *string, value, where); given(text))
+            return Bytes(*text);
     if (way.isString) return Bytes(*value);
     if (way.name)
-        if (ValueRef name = evaluation.Ask(*way.name, *string, value, {}, where))
+        if (ValueRef name = evaluation.Ask(*way.name, *string, value, {}, where); given(name))
             return value->type->name + " " + Bytes(*name);
     return value->type->name;
+}
+
+std::string Shown::OfFields(Evaluation& evaluation, Value const& tuple, Range where) const {
+    auto fields = static_cast<Value* const*>(tuple.Bytes());
+    std::string text;
+    for (std::size_t i = 0; i < tuple.type->fields.size(); ++i) {
+        ++fields[i]->references;
+        ValueRef field = ValueRef::Adopt(fields[i]);
+        std::string shown = Text(evaluation, field, where);
+        text += (i ? ", " : "") + (field->type->fields.empty() ? shown : "(" + shown + ")");
+        if (text.size() > kLimits.tupleText)
+            throw EvaluationError{
+                {ProblemKind::limit, where,
+                 fmt::format("the text of a tuple is longer than {} bytes", kLimits.tupleText),
+                 "ask for fewer fields at once"}};
+    }
+    return text;
 }
 
 void Shown::AddLibraries(std::vector<Library*>& libraries) const {

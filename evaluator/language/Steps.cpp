@@ -60,6 +60,8 @@ class Property : public Expression {
         return Arguments(evaluation, asked, indexed) ? OpenOn(evaluation, asked, indexed) : nullptr;
     }
 
+    std::string SingularPhrase() const override { return plural ? entry.singular : std::string(); }
+
     CursorPointer OpenOn(Evaluation& evaluation, ValueRef const& asked, ValueRef const& indexed) const {
         if (entry.kind == EntryKind::property) {
             ValueRef value = evaluation.Ask(entry, *type, asked, indexed, range);
@@ -73,7 +75,11 @@ class Property : public Expression {
     // The index, then the object; false when one is absent.
     bool Arguments(Evaluation& evaluation, ValueRef& asked, ValueRef& indexed) const {
         if (index && !(indexed = index->Evaluate(evaluation))) return false;
-        return !object || (asked = object->Evaluate(evaluation));
+        if (!object) return true;
+        // Of a plural object exactly one value is wanted; if there are others, this property complains.
+        asked =
+            object->plural ? ExactlyOne(evaluation, object->Open(evaluation)) : object->Evaluate(evaluation);
+        return static_cast<bool>(asked);
     }
     CursorPointer OpenEach(Evaluation& evaluation) const;
 
@@ -167,7 +173,7 @@ class FilterCursor : public Cursor {
             evaluation.bindings[binding] = value;
             ValueRef truth = condition.Evaluate(evaluation);
             if (truth && truth->As<boolean>()) return Step::value;
-            if (!truth && evaluation.absence.kind != Absence::Kind::noSuchObject) return Step::absent;
+            if (!truth && !evaluation.MayPassAbsence()) return Step::absent;
         }
     }
 

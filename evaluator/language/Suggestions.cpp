@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <numeric>
+#include <set>
+#include <utility>
 
 #include "language/Limits.h"
 
@@ -36,20 +38,22 @@ std::string JoinWithAnd(std::vector<std::string> const& texts) {
     return fmt::format("{} and {}", fmt::join(texts.begin(), texts.end() - 1, ", "), texts.back());
 }
 
-std::string SuggestNearest(std::string_view text, std::vector<std::string> candidates) {
-    std::vector<std::pair<std::size_t, std::string>> near;
-    for (std::string& candidate : candidates) {
-        std::size_t distance = EditDistance(text, candidate);
-        if (distance <= std::max<std::size_t>(2, text.size() / 3))
-            near.emplace_back(distance, std::move(candidate));
+std::string SuggestNearest(std::string_view text, std::vector<Alternatives> const& candidates) {
+    constexpr std::size_t longestCompared = 200;  // the work grows with the square of the length
+    if (text.size() > longestCompared) return {};
+    std::set<std::pair<std::size_t, std::string>>
+        near;  // nearest first, then in alphabetical order; each once
+    for (Alternatives const& alternatives : candidates) {
+        std::set<std::pair<std::size_t, std::string>> forms;
+        for (std::string const& form : alternatives) forms.emplace(EditDistance(text, form), form);
+        if (!forms.empty()) near.insert(*forms.begin());
     }
-    std::sort(near.begin(), near.end());
-    near.erase(std::unique(near.begin(), near.end()), near.end());
-    if (near.empty()) return {};
-    if (near.size() > kLimits.suggestions) near.resize(kLimits.suggestions);
-    std::string hint = fmt::format("\"{}\" is one", near[0].second);
     std::vector<std::string> others;
-    for (std::size_t i = 1; i < near.size(); ++i) others.push_back(fmt::format("\"{}\"", near[i].second));
+    for (auto const& [distance, phrase] : near)
+        if (others.size() < kLimits.suggestions) others.push_back(fmt::format("\"{}\"", phrase));
+    if (others.empty()) return {};
+    std::string hint = others[0] + " is one";
+    others.erase(others.begin());
     if (!others.empty())
         hint += fmt::format("; so {} {}", others.size() == 1 ? "is" : "are", JoinWithAnd(others));
     return hint;

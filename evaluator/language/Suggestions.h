@@ -8,9 +8,13 @@
 
 namespace Evaluator {
 
+/// /// The phrases of one thing, such as the singular and the plural of a property; at most one of them is
+/// suggested.
+using Alternatives = std::vector<std::string>;
+
 /// The candidates nearest to the text, nearest first, as a hint: `"name" is one; so are "size" and "type"`.
-/// Empty when none is near. Names at most as many as the limit on suggestions allows.
-std::string SuggestNearest(std::string_view text, std::vector<std::string> candidates);
+/// Empty when there are none. Names at most as many as the limit on suggestions allows.
+std::string SuggestNearest(std::string_view text, std::vector<Alternatives> const& candidates);
 
 /// `a, b and c`.
 std::string JoinWithAnd(std::vector<std::string> const& texts);

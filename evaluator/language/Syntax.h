@@ -43,10 +43,10 @@ using SyntaxPointer = std::unique_ptr<Syntax>;
 
 struct Syntax {
     SyntaxKind kind;
-    Range range;        ///< all of it
-    Range sign;         ///< its own words: a phrase, an operator, a group with its parentheses
-    std::string text;   ///< see SyntaxKind
-    bool known = true;  ///< of a step or cast: whether its phrase is registered at all
+    Range range;       ///< all of it
+    Range sign;        ///< its own words: a phrase, an operator, a group with its parentheses
+    std::string text;  ///< see SyntaxKind
+
     long long number = 0;
     Relation relation;
     std::vector<SyntaxPointer> parts;

@@ -9,8 +9,6 @@
 #include <cerrno>
 #include <cstring>
 
-#include "core/Core.h"
-
 namespace Evaluator {
 namespace {
 
@@ -42,7 +40,6 @@ Libraries& Libraries::Instance() {
 }
 
 std::vector<std::string> Libraries::Load(std::filesystem::path const& file) {
-    RegisterCore();
     auto refused = [&](std::string const& why) {
         return std::vector{fmt::format("cannot load \"{}\": {}", file.string(), why)};
     };
@@ -55,22 +52,26 @@ std::vector<std::string> Libraries::Load(std::filesystem::path const& file) {
     }
 
     Registry& registry = Registry::Instance();
+    if (registry.Registering()) return refused("another library is being loaded");
+
     loaded.push_back({name, path, nullptr, 0});
     Library& library = loaded.back();
-    registry.SetRegistering(&library);
-    library.handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    registry.SetRegistering(nullptr);
-    std::vector<std::string> problems = registry.TakeProblems();
-    if (!library.handle) {
+    std::vector<std::string> problems;
+    {
+        Registry::Turn turn(registry, library);
+        library.handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+        problems = registry.TakeProblems();
+    }
+    if (!library.handle)
         problems = refused(dlerror());
-    } else if (!problems.empty()) {
-        dlclose(library.handle);  // withdraws what it could register
+    else if (!problems.empty())
         problems.insert(problems.begin(), refused("it breaks the contract of inspector libraries").front());
-    }
-    if (!problems.empty()) {
-        registry.Forget(library);
-        loaded.pop_back();
-    }
+    else if (!registry.Holds(library))  // also where the file is loaded already, by another name
+        problems = refused("it registers nothing");
+    if (problems.empty()) return {};
+    if (library.handle) dlclose(library.handle);  // withdraws what it could register
+    registry.Forget(library);
+    loaded.pop_back();
     return problems;
 }
 

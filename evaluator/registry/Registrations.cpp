@@ -1,6 +1,5 @@
-// The registrations as the embedding interface shows them.
+#include "registry/Registrations.h"
 
-#include "Evaluator/Embedding.h"
 #include "registry/Registry.h"
 
 namespace Evaluator {
@@ -69,7 +68,7 @@ RegistrationInfo InfoOf(Entry const& entry) {
 
 }  // namespace
 
-std::vector<RegistrationInfo> Registrations() {
+std::vector<RegistrationInfo> LoadedRegistrations() {
     std::vector<RegistrationInfo> infos;
     for (auto const& entry : Registry::Instance().All())
         if (!entry->library->IsCore()) infos.push_back(InfoOf(*entry));

@@ -6,6 +6,7 @@
 #include <array>
 #include <utility>
 
+#include "registry/Vocabulary.h"
 #include "registry/Words.h"
 
 namespace Evaluator {
@@ -61,6 +62,34 @@ std::vector<std::string> PhrasesOf(Entry const& entry) {
     }
 }
 
+// The types that the entry refers to: those that it must name, and those that it may leave empty.
+struct References {
+    std::vector<std::string> needed, optional;
+};
+
+References ReferencesOf(Entry const& entry) {
+    switch (entry.kind) {
+        case EntryKind::type:
+            return {{}, {static_cast<TypeEntry const&>(entry).base}};
+        case EntryKind::property:
+        case EntryKind::iterated: {
+            auto const& property = static_cast<PropertyEntry const&>(entry);
+            return {{property.result}, {property.index, property.object}};
+        }
+        case EntryKind::cast: {
+            auto const& cast = static_cast<CastEntry const&>(entry);
+            return {{cast.source, cast.target}, {}};
+        }
+        case EntryKind::binaryOperator: {
+            auto const& op = static_cast<OperatorEntry const&>(entry);
+            return {{op.left, op.right, op.result}, {}};
+        }
+        case EntryKind::cache:
+            return {};
+    }
+    return {};
+}
+
 // Why a phrase cannot be read in a query, or an empty text when it can.
 std::string PhraseFault(std::string const& phrase) {
     std::vector<std::string_view> words = SplitWords(phrase);
@@ -70,6 +99,18 @@ std::string PhraseFault(std::string const& phrase) {
         if (IsReservedWord(words[i]) || (i == 0 && IsOperatorWord(words[i])))
             return fmt::format("its phrase \"{}\" holds the reserved word \"{}\"", phrase, words[i]);
     }
+    return {};
+}
+
+// Why the entry's references to types cannot hold, or an empty text.
+std::string ReferenceFault(Entry const& entry) {
+    References references = ReferencesOf(entry);
+    for (std::string const& name : references.needed)
+        if (name.empty()) return "a type that it needs is not named";
+    for (std::vector<std::string> const* names : {&references.needed, &references.optional})
+        for (std::string const& name : *names)
+            if (std::string fault = name.empty() ? "" : PhraseFault(name); !fault.empty())
+                return fmt::format("of the type \"{}\" that it names, {}", name, fault);
     return {};
 }
 
@@ -154,21 +195,29 @@ Registry& Registry::Instance() {
 std::vector<std::string> Registry::TakeProblems() { return std::exchange(problems, {}); }
 
 bool Registry::Note(Entry const& entry, std::string const& what) {
-    problems.push_back(
-        fmt::format("{}: {}: {}", registering ? registering->name : "(no library)", Describe(entry), what));
+    problems.push_back(fmt::format("{}: {}: {}", registering->name, Describe(entry), what));
     return false;
 }
 
 bool Registry::Acceptable(Entry const& entry, unsigned long recordSize, unsigned long contractSize) {
-    if (!registering) return Note(entry, "registered while no library was being loaded");
+    if (!registering) return false;
     if (!entry.record) return Note(entry, "registered without a record");
     if (recordSize != contractSize)
         return Note(entry, fmt::format("its record has {} bytes for the host instead of {}", recordSize,
                                        contractSize));
     if (auto before = byRecord.find(entry.record); before != byRecord.end())
         return Note(entry, fmt::format("its record is that of the {} already", Describe(**before->second)));
-    for (std::string const& phrase : PhrasesOf(entry))
+    for (std::string const& phrase : PhrasesOf(entry)) {
         if (std::string fault = PhraseFault(phrase); !fault.empty()) return Note(entry, fault);
+        if (entry.kind != EntryKind::cast && (phrase == kNumberOf.singular || phrase == kNumberOf.plural))
+            return Note(entry, fmt::format("\"{}\" is a phrase of the language itself", phrase));
+    }
+    if (std::string fault = ReferenceFault(entry); !fault.empty()) return Note(entry, fault);
+    if (entry.kind == EntryKind::cast) {
+        auto const& cast = static_cast<CastEntry const&>(entry);
+        if (cast.source == cast.target && cast.phrase == cast.target)
+            return Note(entry, "a type is not cast to itself");
+    }
     if (!HasItsFunctions(entry)) return Note(entry, "a function that it needs is missing");
     if (entry.kind == EntryKind::binaryOperator && !registering->IsCore()) {
         int code = static_cast<OperatorEntry const&>(entry).code;
@@ -207,6 +256,11 @@ void Registry::Erase(Entries::iterator entry) {
 void Registry::Remove(void* record, bool (*isKind)(EntryKind)) {
     auto found = byRecord.find(record);
     if (found != byRecord.end() && isKind((*found->second)->kind)) Erase(found->second);
+}
+
+bool Registry::Holds(Library const& library) const {
+    return std::any_of(entries.begin(), entries.end(),
+                       [&](auto const& entry) { return entry->library == &library; });
 }
 
 void Registry::Forget(Library const& library) {

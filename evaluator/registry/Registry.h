@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "Evaluator/Registration.h"
@@ -102,8 +103,22 @@ class Registry {
 
     static Registry& Instance();
 
-    /// The library whose registrations arrive now; null outside loading (such registrations are refused).
-    void SetRegistering(Library* library) { registering = library; }
+    /// /// The library whose registrations arrive now; null outside loading, when registrations are refused
+    /// without a note: nobody is there to read it.
+    Library* Registering() const { return registering; }
+    /// While one of these lives, registrations are those of the library.
+    class Turn {
+      public:
+        Turn(Registry& owner, Library& library)
+            : registry(owner), before(std::exchange(owner.registering, &library)) {}
+        ~Turn() { registry.registering = before; }
+        Turn(Turn const&) = delete;
+        Turn& operator=(Turn const&) = delete;
+
+      private:
+        Registry& registry;
+        Library* before;
+    };
     /// What was wrong with the registrations since the last call; empties the list.
     std::vector<std::string> TakeProblems();
 
@@ -113,6 +128,8 @@ class Registry {
     /// Forgets the registration made with `record`, if it is of the kind; else does nothing.
     void Remove(void* record, bool (*isKind)(EntryKind));
 
+    /// /// Whether anything is registered by the library.
+    bool Holds(Library const& library) const;
     /// Forgets what a library that is gone has left registered; a sound one has withdrawn everything.
     void Forget(Library const& library);
 

@@ -116,24 +116,24 @@ TypeEntry const* Vocabulary::CommonBase(TypeEntry const& left, TypeEntry const& 
     return nullptr;
 }
 
-std::vector<PropertyMatch> Vocabulary::Exactly(std::string_view phrase, std::string_view object,
-                                               std::string_view index) const {
-    std::vector<PropertyMatch> matches;
+PropertyMatch const* Vocabulary::Exactly(std::string_view phrase, std::string_view object,
+                                         std::string_view index) const {
     if (auto found = properties.find(phrase); found != properties.end())
         for (PropertyMatch const& match : found->second)
-            if (match.entry->object == object && match.entry->index == index) matches.push_back(match);
-    return matches;
+            if (match.entry->object == object && match.entry->index == index) return &match;
+    return nullptr;
 }
 
-std::vector<PropertyMatch> Vocabulary::FindProperty(std::string_view phrase, TypeEntry const* object,
-                                                    TypeEntry const* index) const {
+std::optional<PropertyMatch> Vocabulary::FindProperty(std::string_view phrase, TypeEntry const* object,
+                                                      TypeEntry const* index) const {
+    auto nameOf = [](TypeEntry const* type) {
+        return type ? std::string_view(type->name) : std::string_view();
+    };
     for (TypeEntry const* ofObject : Lineage(object))
-        for (TypeEntry const* withIndex : Lineage(index)) {
-            auto matches = Exactly(phrase, ofObject ? std::string_view(ofObject->name) : std::string_view(),
-                                   withIndex ? std::string_view(withIndex->name) : std::string_view());
-            if (!matches.empty()) return matches;
-        }
-    return {};
+        for (TypeEntry const* withIndex : Lineage(index))
+            if (PropertyMatch const* match = Exactly(phrase, nameOf(ofObject), nameOf(withIndex)))
+                return *match;
+    return std::nullopt;
 }
 
 CastEntry const* Vocabulary::FindCast(std::string_view phrase, TypeEntry const& source) const {

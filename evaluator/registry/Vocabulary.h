@@ -60,11 +60,12 @@ class Vocabulary {
     TypeEntry const* Result(CastEntry const& entry) const { return &Named(entry, entry.target); }
     TypeEntry const* Result(OperatorEntry const& entry) const { return &Named(entry, entry.result); }
 
-    /// The property of `object` (null: of the world) with an index of the type (null: none), the object's own
-    /// type first, then its bases; with each the index's own type first. Two matches: the phrase is the
-    /// singular of one registration and the plural of another.
-    std::vector<PropertyMatch> FindProperty(std::string_view phrase, TypeEntry const* object,
-                                            TypeEntry const* index) const;
+    /// /// The property of `object` (null: of the world) with an index of the type (null: none), the object's
+    /// own type first, then its bases; with each the index's own type first. There is at most one: the
+    /// registry refuses a phrase that another registration of that index and object has, be it as singular or
+    /// as plural.
+    std::optional<PropertyMatch> FindProperty(std::string_view phrase, TypeEntry const* object,
+                                              TypeEntry const* index) const;
     /// The cast, or null.
     CastEntry const* FindCast(std::string_view phrase, TypeEntry const& source) const;
     /// The operator, or null: fewest steps up to bases first, the left operand's own type first on a tie.
@@ -83,8 +84,8 @@ class Vocabulary {
 
   private:
     std::vector<TypeEntry const*> Lineage(TypeEntry const* type) const;
-    std::vector<PropertyMatch> Exactly(std::string_view phrase, std::string_view object,
-                                       std::string_view index) const;
+    PropertyMatch const* Exactly(std::string_view phrase, std::string_view object,
+                                 std::string_view index) const;
 
     struct TextHash {
         using is_transparent = void;

@@ -18,6 +18,7 @@ constexpr std::size_t kMostSpareSlots = 0;
 constexpr std::size_t kMostSpareSlots = 64;
 #endif
 constexpr std::size_t kSlotStep = 32;
+constexpr std::size_t kLargestPooledSlot = 512;
 
 struct SpareSlot {
     SpareSlot* next;
@@ -84,8 +85,8 @@ void* Holder::Allocate(std::size_t bytes) {
     return memory + 1;
 }
 
-void Holder::FreeMemory() {
-    while (memory) std::free(std::exchange(memory, memory->next));
+void Holder::FreeMemory(MemoryBlock* until) {
+    while (memory != until) std::free(std::exchange(memory, memory->next));
 }
 
 void Iteration::EndState() {

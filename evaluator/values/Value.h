@@ -33,7 +33,8 @@ struct Holder {
     Holder* sources[2] = {nullptr, nullptr};
 
     void* Allocate(std::size_t bytes);
-    void FreeMemory();
+    /// Frees what was allocated since `until` was the latest block.
+    void FreeMemory(MemoryBlock* until = nullptr);
 };
 
 /// A value of a registered type; its bytes follow it.
@@ -114,7 +115,6 @@ ValueRef MakeValue(TypeEntry const& type, T const& value) {
     return ref;
 }
 
-/// The size of an unused slot that is kept for the next one of its size. Exposed for tests.
-inline constexpr std::size_t kLargestPooledSlot = 512;
+///
 
 }  // namespace Evaluator

@@ -27,7 +27,7 @@ namespace {
 
 std::optional<Inspectors::LoadOrder> modules;
 
-[[gnu::constructor]] void Load() { modules.emplace(); }
+[[gnu::constructor]] void Load() noexcept { modules.emplace(); }
 [[gnu::destructor]] void Unload() { modules.reset(); }
 
 }  // namespace

@@ -12,20 +12,20 @@ struct Module {
     GlobalProperty<integer> one{"faulty answer", "faulty answers", "integer", answer};
     GlobalProperty<integer> two{"faulty answer", "more faulty answers", "integer", answer};
 } module;
-#elif FAULT == 2  // a record of the wrong size
+#elif FAULT == 2   // a record of the wrong size
 struct Module {
     alignas(16) unsigned char record[64] = {};
     Module() { Register_Cache(record, 63, ClearNothing, nullptr); }
 } module;
-#elif FAULT == 3  // a reserved word in a phrase
+#elif FAULT == 3   // a reserved word in a phrase
 struct Module {
     GlobalProperty<integer> one{"answer of all", "answers of all", "integer", answer};
 } module;
-#elif FAULT == 4  // a type that nobody registers, found out at first use
+#elif FAULT == 4   // a type that nobody registers, found out at first use
 struct Module {
     GlobalProperty<integer> one{"strange answer", "strange answers", "stranger", answer};
 } module;
-#elif FAULT == 5  // one record for two registrations
+#elif FAULT == 5   // one record for two registrations
 struct Module {
     alignas(16) unsigned char record[128] = {};
     Module() {
@@ -33,15 +33,15 @@ struct Module {
         Register_Type(record, 512, "faulty type", 4, nullptr, "", nullptr);
     }
 } module;
-#elif FAULT == 6  // nothing wrong: a second sound library
+#elif FAULT == 6   // nothing wrong: a second sound library
 struct Module {
     GlobalProperty<integer> one{"second answer", "second answers", "integer", answer};
 } module;
-#elif FAULT == 7  // what the library of FAULT 6 registers too
+#elif FAULT == 7   // what the library of FAULT 6 registers too
 struct Module {
     GlobalProperty<integer> one{"second answer", "second answers", "integer", answer};
 } module;
-#elif FAULT == 8  // an operator code that does not exist, a relation that is no boolean
+#elif FAULT == 8   // an operator code that does not exist, a relation that is no boolean
 struct Module {
     alignas(16) unsigned char records[2][128] = {};
     static void Operate(void*, void const*, void const*, void const*) {}
@@ -51,6 +51,37 @@ struct Module {
         Register_Binary_Operator(records[1], 128, 6, "integer", "time", "integer", Operate, records[1],
                                  nullptr);
     }
+} module;
+#elif FAULT == 9   // a cache that cannot be cleared
+void ClearBadly(void*) { throw OSError(-36); }
+struct Module {
+    CacheRecord cache{ClearBadly};
+} module;
+#elif FAULT == 10  // sound: a type
+struct thing {
+    long long weight;
+};
+integer weight_of(thing const& object) { return object.weight; }
+struct Module {
+    TypeRecord<thing> type{"thing"};
+    Property<thing, integer> weight{"weight", "weights", "thing", "integer", weight_of};
+} module;
+#elif FAULT == 11  // sound: a property whose result is the type of the library of FAULT 10
+struct thing {
+    long long weight;
+};
+thing foreign_thing() { return {5}; }
+struct Module {
+    GlobalProperty<thing> one{"foreign thing", "foreign things", "thing", foreign_thing};
+} module;
+#elif FAULT == 12  // nothing at all
+#elif FAULT == 13  // rows that lead nowhere
+inspector_string same(inspector_string const& text) { return text; }
+struct Module {
+    GlobalProperty<integer> number{"number", "all numbers", "integer", answer};
+    Cast<inspector_string, inspector_string> cast{"string", "string", "string", same};
+    GlobalProperty<integer> nothing{"nothing", "nothings", "", answer};
+    GlobalProperty<integer> strange{"strange", "stranges", "no\xFFtype", answer};
 } module;
 #endif
 

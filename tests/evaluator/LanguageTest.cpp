@@ -92,11 +92,10 @@ TEST_F(Language, OneAndMany) {
     EXPECT_EQ(Answer("id of probe up to 1"), "1");
     EXPECT_EQ(Answer("id of probes up to 1"), "1");
     EXPECT_EQ(Ask("id of probes up to 2").problems,
-              "error: more than one object\n  id of probes up to 2\n        ^~~~~~~~~~~~\n");
+              "error: more than one object\n  id of probes up to 2\n  ^~\n");
     EXPECT_EQ(Ask("probe up to 2").problems, "error: more than one object\n  probe up to 2\n  ^~~~~~~~~~~\n");
     EXPECT_EQ(Ask("probe up to 0").problems, "error: no such object\n  probe up to 0\n  ^~~~~~~~~~~\n");
-    EXPECT_EQ(Ask("id of probes up to 0").problems,
-              "error: no such object\n  id of probes up to 0\n        ^~~~~~~~~~~~\n");
+    EXPECT_EQ(Ask("id of probes up to 0").problems, "error: no such object\n  id of probes up to 0\n  ^~\n");
     EXPECT_EQ(Answer("probes up to 0"), "");
     EXPECT_EQ(Answer("ids of probe 4"), "4");
     EXPECT_EQ(Answer("probes 4"), "probe probe 4");
@@ -211,7 +210,7 @@ TEST_F(Language, UnknownPhrasesGetSuggestions) {
               "error: a probe has no property \"naem\"\n"
               "  naem of probe 1\n"
               "  ^~~~\n"
-              "  hint: \"name\" is one; so is \"names\"\n");
+              "  hint: \"name\" is one; so are \"absent\" and \"id\"\n");
     EXPECT_EQ(Ask("extra of probe 1").problems,
               "error: a probe has no property \"extra\"\n"
               "  extra of probe 1\n"
@@ -280,6 +279,19 @@ TEST_F(Language, ASecondThreadWaitsForTheFirst) {
     thread.join();
     EXPECT_EQ(values.size(), 3u);
     EXPECT_EQ(other, "2");
+}
+
+TEST_F(Language, AValueThatHoldsAnotherManyTimesOverReachesALimit) {
+    std::string query = "1";
+    for (int i = 0; i < 60; ++i) query = "(it, it) of (" + query + ")";
+    EXPECT_EQ(Ask(query).problems.substr(0, 62),
+              "error: the text of a tuple is longer than 67108864 bytes\n  (it,");
+}
+
+TEST_F(Language, APhraseAsLongAsAQueryIsShortened) {
+    std::string message = Ask(std::string(1000000, 'z') + " of 1").problems;
+    EXPECT_LT(message.size(), 1000u);
+    EXPECT_EQ(message.substr(0, 44), "error: an integer has no property \"zzzzzzzzz");
 }
 
 }  // namespace

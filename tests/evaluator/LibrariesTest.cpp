@@ -28,6 +28,19 @@ std::string Refused(std::string const& name, std::string const& reasons) {
            "\": it breaks the contract of inspector libraries\n" + reasons;
 }
 
+// A copy of a library with other rights, gone at the end.
+class Copy {
+  public:
+    explicit Copy(std::string const& name) {
+        std::string pattern = std::filesystem::temp_directory_path() / "librariesXXXXXX";
+        folder = mkdtemp(pattern.data());
+        file = folder / (name + ".dylib");
+        std::filesystem::copy(TestLibrary(name), file);
+    }
+    ~Copy() { std::filesystem::remove_all(folder); }
+    std::filesystem::path folder, file;
+};
+
 TEST(Libraries, LoadUnloadLoadAgainAndReallyUnmap) {
     for (int round = 0; round < 3; ++round) {
         EXPECT_FALSE(IsMapped("TestInspectors.dylib"));
@@ -143,18 +156,64 @@ TEST(Libraries, AnUnknownTypeIsReportedAtFirstUse) {
     EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("UnknownInspectors.dylib"));
 }
 
-// A copy of a library with other rights, gone at the end.
-class Copy {
-  public:
-    explicit Copy(std::string const& name) {
-        std::string pattern = std::filesystem::temp_directory_path() / "librariesXXXXXX";
-        folder = mkdtemp(pattern.data());
-        file = folder / (name + ".dylib");
-        std::filesystem::copy(TestLibrary(name), file);
+TEST(Libraries, TheLibraryOfEveryTypeOnTheWayIsHeld) {
+    ASSERT_EQ(Load("ThingInspectors"), "");
+    ASSERT_EQ(Load("ForeignInspectors"), "");
+    {
+        auto compiled = Evaluator::Query::Compile("weight of foreign thing");
+        ASSERT_TRUE(compiled.query);
+        EXPECT_TRUE(Evaluator::UnloadInspectorLibrary("ThingInspectors.dylib"));
+        EXPECT_TRUE(Evaluator::UnloadInspectorLibrary("ForeignInspectors.dylib"));
+        EXPECT_EQ(Answer("weight of foreign thing"), "5");
+        auto only = Evaluator::Query::Compile("foreign thing");
+        compiled.query.reset();
+        EXPECT_TRUE(Evaluator::UnloadInspectorLibrary("ThingInspectors.dylib"));
     }
-    ~Copy() { std::filesystem::remove_all(folder); }
-    std::filesystem::path folder, file;
-};
+    EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("ThingInspectors.dylib"));
+    EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("ForeignInspectors.dylib"));
+}
+
+TEST(Libraries, ACacheThatCannotBeClearedEndsTheEvaluationOnly) {
+    ASSERT_EQ(Load("BadCacheInspectors"), "");
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(Ask("1 + 1").problems,
+                  "error: \"clearing a cache of BadCacheInspectors.dylib\" failed: the platform's error -36 "
+                  "(input or "
+                  "output error)\n  1 + 1\n    ^\n");
+    ASSERT_FALSE(Evaluator::UnloadInspectorLibrary("BadCacheInspectors.dylib"));
+    EXPECT_EQ(Answer("1 + 1"), "2");
+}
+
+TEST(Libraries, OneThatRegistersNothingIsRefused) {
+    EXPECT_EQ(Load("EmptyInspectors"),
+              "cannot load \"" + TestLibrary("EmptyInspectors").string() + "\": it registers nothing\n");
+}
+
+TEST(Libraries, RowsThatLeadNowhereAreRefused) {
+    EXPECT_EQ(
+        Load("NowhereInspectors"),
+        Refused(
+            "NowhereInspectors",
+            "NowhereInspectors.dylib: property \"number\" of the world: \"number\" is a phrase of the "
+            "language itself\n"
+            "NowhereInspectors.dylib: cast \"string\" of \"string\": a type is not cast to itself\n"
+            "NowhereInspectors.dylib: property \"nothing\" of the world: a type that it needs is not named\n"
+            "NowhereInspectors.dylib: property \"strange\" of the world: of the type \"no\xFFtype\" that it "
+            "names, \"no\xFFtype\" in its phrase \"no\xFFtype\" is no word\n"));
+}
+
+TEST(Libraries, TheSameFileByAnotherNameIsRefused) {
+    Copy copy("SoundInspectors");
+    ASSERT_EQ(chmod(copy.file.c_str(), 0755), 0);
+    ASSERT_EQ(Messages(Evaluator::LoadInspectorLibrary(copy.file)), "");
+    std::filesystem::create_hard_link(copy.file, copy.folder / "Other.dylib");
+    EXPECT_EQ(Messages(Evaluator::LoadInspectorLibrary(copy.folder / "Other.dylib")),
+              "cannot load \"" + (copy.folder / "Other.dylib").string() + "\": it registers nothing\n");
+    EXPECT_EQ(Answer("second answer"), "42");
+    EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("SoundInspectors.dylib"));
+    EXPECT_EQ(Messages(Evaluator::LoadInspectorLibrary(copy.folder / "Other.dylib")), "");
+    EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("Other.dylib"));
+}
 
 TEST(Libraries, OneThatOthersMayWriteIsRefused) {
     Copy copy("SoundInspectors");

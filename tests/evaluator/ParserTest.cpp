@@ -26,7 +26,7 @@ std::string ShowTail(Syntax const& syntax) {
     return tail;
 }
 
-// The tree with all its parentheses; unknown phrases between question marks.
+// The tree with all its parentheses.
 std::string Show(Syntax const& syntax) {
     switch (syntax.kind) {
         case SyntaxKind::string:
@@ -38,8 +38,8 @@ std::string Show(Syntax const& syntax) {
         case SyntaxKind::it:
             return "it";
         case SyntaxKind::step: {
-            std::string phrase = syntax.known ? syntax.text : "?" + syntax.text + "?";
-            return "[" + phrase + (syntax.index ? " " + Show(*syntax.index) : "") + ShowTail(syntax) + "]";
+            return "[" + syntax.text + (syntax.index ? " " + Show(*syntax.index) : "") + ShowTail(syntax) +
+                   "]";
         }
         case SyntaxKind::group:
             return "{" + Show(*syntax.parts[0]) + ShowTail(syntax) + "}";
@@ -62,7 +62,7 @@ std::string Show(Syntax const& syntax) {
         case SyntaxKind::minus:
             return "minus" + ShowParts(syntax, "");
         case SyntaxKind::cast:
-            return ShowParts(syntax, "") + " as " + (syntax.known ? syntax.text : "?" + syntax.text + "?");
+            return ShowParts(syntax, "") + " as " + syntax.text;
         case SyntaxKind::arithmetic:
             return ShowParts(syntax, fmt::format(" #{} ", syntax.number));
         case SyntaxKind::relation:
@@ -158,10 +158,12 @@ TEST_F(Parsing, AnIndexStandsDirectlyBehindItsPhrase) {
 TEST_F(Parsing, APhraseIsTheLongestRegisteredRun) {
     EXPECT_EQ(Tree("hour contains 1"), "([hour] #11 1)");
     EXPECT_EQ(Tree("hour mod hour"), "([hour] #32 [hour])");
-    EXPECT_EQ(Tree("naem of now"), "[?naem? of [now]]");
-    EXPECT_EQ(Tree("hour glass half full of now"), "[?hour glass half full? of [now]]");
-    EXPECT_EQ(Tree("naem starts with 1"), "([?naem?] #34 1)");
-    EXPECT_EQ(Tree("1 as strnig"), "(1) as ?strnig?");
+    EXPECT_EQ(Tree("naem of now"), "[naem of [now]]");
+    EXPECT_EQ(Tree("hour glass half full of now"), "[hour glass half full of [now]]");
+    EXPECT_EQ(Tree("naem starts with 1"), "([naem] #34 1)");
+    EXPECT_EQ(Tree("naem startin with \"x\" of now"), "[naem startin with \"x\" of [now]]");
+    EXPECT_EQ(Tree("hour by 1"), "[hour by 1]");
+    EXPECT_EQ(Tree("1 as strnig"), "(1) as strnig");
 }
 
 TEST_F(Parsing, SaysWhatIsMissing) {

@@ -64,12 +64,19 @@ TEST(Printable, EscapesWhatATerminalWouldObey) {
               2u);
 }
 
-TEST(Suggestions, AreTheNearestInOrder) {
-    EXPECT_EQ(SuggestNearest("naem", {"name", "names", "size", "nam", "creator"}),
-              "\"nam\" is one; so are \"name\" and \"names\"");
-    EXPECT_EQ(SuggestNearest("naem", {"name", "creator"}), "\"name\" is one");
-    EXPECT_EQ(SuggestNearest("sise", {"size", "sizes"}), "\"size\" is one; so is \"sizes\"");
-    EXPECT_EQ(SuggestNearest("zzzz", {"name", "creator"}), "");
+TEST(Problems, PointBehindTheLastThingThatIsThere) {
+    Problem problem{ProblemKind::syntax, {7, 7}, "missing", ""};
+    EXPECT_EQ(Render(problem, "id of \n"), "error: missing\n  id of \n       ^\n");
+}
+
+TEST(Suggestions, AreTheNearestInOrderOnePhraseOfEachThing) {
+    EXPECT_EQ(SuggestNearest(
+                  "naem", {{"name", "names"}, {"size", "sizes"}, {"type", "types"}, {"creator", "creators"}}),
+              "\"name\" is one; so are \"size\" and \"type\"");
+    EXPECT_EQ(SuggestNearest("naems", {{"name", "names"}}), "\"names\" is one");
+    EXPECT_EQ(SuggestNearest("sise", {{"size", "sizes"}, {"site"}}), "\"site\" is one; so is \"size\"");
+    EXPECT_EQ(SuggestNearest("zzzz", {}), "");
+    EXPECT_EQ(SuggestNearest(std::string(1000000, 'z'), {{"name"}}), "");
 }
 
 }  // namespace

@@ -10,9 +10,7 @@ namespace {
 
 class Registering : public testing::Test {
   protected:
-    Registering() { registry.SetRegistering(&library); }
     ~Registering() override {
-        registry.SetRegistering(nullptr);
         registry.Forget(library);
         registry.TakeProblems();
     }
@@ -49,6 +47,7 @@ class Registering : public testing::Test {
         unsigned char bytes[512];
     } records[64];
     int used = 0;
+    Registry::Turn turn{registry, library};
 };
 
 TEST_F(Registering, TypesAreFoundByNameWhateverTheCaseAndBlanks) {
@@ -66,10 +65,10 @@ TEST_F(Registering, APropertyMayNameATypeThatComesLater) {
     Type("wheel");
     Vocabulary const& vocabulary = Vocabulary::Present();
     auto found = vocabulary.FindProperty("wheel", vocabulary.Type("cart"), nullptr);
-    ASSERT_EQ(found.size(), 1u);
-    EXPECT_FALSE(found[0].plural);
-    EXPECT_EQ(vocabulary.Result(*found[0].entry)->name, "wheel");
-    EXPECT_TRUE(vocabulary.FindProperty("wheels", vocabulary.Type("cart"), nullptr)[0].plural);
+    ASSERT_TRUE(found);
+    EXPECT_FALSE(found->plural);
+    EXPECT_EQ(vocabulary.Result(*found->entry)->name, "wheel");
+    EXPECT_TRUE(vocabulary.FindProperty("wheels", vocabulary.Type("cart"), nullptr)->plural);
 }
 
 TEST_F(Registering, PropertiesAreFoundOnTheTypeThenOnItsBases) {
@@ -82,7 +81,7 @@ TEST_F(Registering, PropertiesAreFoundOnTheTypeThenOnItsBases) {
     Vocabulary const& vocabulary = Vocabulary::Present();
     auto result = [&](char const* phrase, char const* object, TypeEntry const* index) {
         auto found = vocabulary.FindProperty(phrase, vocabulary.Type(object), index);
-        return found.empty() ? std::string("none") : found[0].entry->result;
+        return found ? found->entry->result : std::string("none");
     };
     EXPECT_EQ(result("name", "hand cart", nullptr), "cart");
     EXPECT_EQ(result("name", "thing", nullptr), "thing");
@@ -167,9 +166,12 @@ TEST_F(Registering, RefusalsNameLibraryKindAndPhrase) {
     Operator(9, "thing", "thing", "thing");
     EXPECT_EQ(refused(),
               "Some.dylib: operator 9 of \"thing\" and \"thing\": there is no operator of that code");
-    registry.SetRegistering(nullptr);
-    Type("thing");
-    EXPECT_EQ(refused(), "(no library): type \"thing\": registered while no library was being loaded");
+}
+
+TEST(RegisteringOutsideALoad, IsRefusedWithoutANote) {
+    alignas(16) unsigned char record[512];
+    EXPECT_FALSE(Register_Type(record, 512, "thing", 4, nullptr, "", nullptr));
+    EXPECT_TRUE(Registry::Instance().TakeProblems().empty());
 }
 
 TEST_F(Registering, TheSamePhraseIndexAndObjectOnce) {

@@ -125,6 +125,23 @@ class echo {
     int count = 0;
 };
 
+// Takes memory when it is made, and looks at it when it ends. Has no values.
+class hoard {
+  public:
+    hoard() : memory(static_cast<char*>(Allocate_Inspector_Memory(8))) { std::memcpy(memory, "hoarded", 8); }
+    ~hoard() {
+        if (std::strcmp(memory, "hoarded") != 0) std::abort();  // the host has freed it too early
+    }
+    probe First(probe const&) {
+        Allocate_Inspector_Memory(100);
+        throw NoSuchObject();
+    }
+    probe Next(probe const&) { throw NoSuchObject(); }
+
+  private:
+    char* memory;
+};
+
 // Fails when it is asked for its third value.
 class failing {
   public:
@@ -169,6 +186,7 @@ struct Module {
                                                                 "probe",       &walk::First,   &walk::Next};
     IteratedProperty<echo, probe, inspector_string> echoes{"echo", "echoes", "probe", "string"};
     IteratedProperty<failing, probe, probe> failings{"failing", "failings", "probe", "probe"};
+    IteratedProperty<hoard, probe, probe> hoards{"hoard", "hoards", "probe", "probe"};
     CacheRecord cache{ClearCache};
 };
 

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
+#include "Evaluator/Context.h"
+#include "Evaluator/Exceptions.h"
 #include "evaluator/Asking.h"
 
 namespace {
@@ -66,6 +70,56 @@ TEST_F(ValueLife, AKeptValueOutlivesItsEvaluationWithAllThatItNeeds) {
         "cannot unload \"TestInspectors.dylib\": a compiled query, a kept value or an evaluation uses it");
     kept.erase(kept.begin());
     EXPECT_EQ(Answer("living probe"), "5");
+}
+
+TEST_F(ValueLife, WhatConstructAskedForStaysUntilTheStateHasEnded) {
+    EXPECT_EQ(Answer("hoards of probe 1"), "");
+    EXPECT_EQ(Answer("hoards of probes up to 3"), "");
+}
+
+TEST_F(ValueLife, AConsumerMayLetGoOfItsQuery) {
+    auto compiled = Evaluator::Query::Compile("names of probes up to 3");
+    int count = 0;
+    Evaluator::Query const* running = &*compiled.query;
+    running->Run([&](Evaluator::Result const&) {
+        compiled.query.reset();
+        return ++count < 3;
+    });
+    EXPECT_EQ(count, 3);
+}
+
+TEST_F(ValueLife, NothingIsUnloadedDuringAnEvaluation) {
+    auto compiled = Evaluator::Query::Compile("1 + 1");
+    std::string message;
+    compiled.query->Run([&](Evaluator::Result const&) {
+        message = Evaluator::UnloadInspectorLibrary("TestInspectors.dylib")->message;
+        return true;
+    });
+    EXPECT_EQ(message, "cannot unload \"TestInspectors.dylib\": a query is being evaluated");
+}
+
+TEST_F(ValueLife, AnotherThreadIsNotInTheEvaluation) {
+    auto compiled = Evaluator::Query::Compile("probe 1");
+    bool inside = false, outside = true;
+    compiled.query->Run([&](Evaluator::Result const&) {
+        inside = Get_Generic_Inspector_Context() != nullptr;
+        std::thread([&] { outside = Get_Generic_Inspector_Context() != nullptr; }).join();
+        return true;
+    });
+    EXPECT_TRUE(inside);
+    EXPECT_FALSE(outside);
+    EXPECT_EQ(Get_Generic_Inspector_Context(), nullptr);
+    EXPECT_THROW(Allocate_Inspector_Memory(1), MemoryFullError);
+}
+
+TEST_F(ValueLife, AKeptValueMayBeLetGoOnAnotherThread) {
+    auto compiled = Evaluator::Query::Compile("part of probe 1");
+    std::shared_ptr<Evaluator::KeptValue> kept;
+    compiled.query->Run([&](Evaluator::Result const& result) {
+        kept = result.Keep();
+        return true;
+    });
+    std::thread([&] { kept.reset(); }).join();
 }
 
 TEST_F(ValueLife, AConsumerMayStop) {
@@ -132,7 +186,7 @@ TEST_F(ValueLife, FailuresAreToldApart) {
               "  stray of probe 1\n"
               "  ^~~~~\n");
     EXPECT_EQ(Ask("wrong of probe 1").problems,
-              "error: \"wrong\" failed: std::runtime_error was thrown\n"
+              "error: \"wrong\" failed: std::runtime_error was thrown: wrong\n"
               "  wrong of probe 1\n"
               "  ^~~~~\n");
 }
@@ -158,6 +212,18 @@ TEST_F(ValueLife, AMissingItemIsSilentOnlyUnderExistsAndOtherwise) {
               "error: the item is not there\n"
               "  ids of missings of probes up to 2\n"
               "         ^~~~~~~~\n");
+}
+
+TEST_F(ValueLife, AMissingItemAmongManyDoesNotHideTheOthersUnderExistsAndOtherwise) {
+    std::string some = "probes up to 3 whose (id of (if id of it = 1 then missing of it else it) = 2)";
+    EXPECT_EQ(Answer("exists " + some), "true");
+    EXPECT_EQ(Answer("ids of (" + some + " otherwise probe 99)"), "2");
+    EXPECT_EQ(Ask(some).problems.substr(0, 28), "error: the item is not there");
+}
+
+TEST_F(ValueLife, AMemberOfACollectionInAStepThatIsAbsentAddsNothing) {
+    EXPECT_EQ(Answer("(1; id of absent of it; 3) of probes up to 2"), "1|3|1|3");
+    EXPECT_EQ(Ask("(1; id of absent of it; 3) of probe 1").values.size(), 1u);
 }
 
 TEST_F(ValueLife, ASingularObjectThatIsNotThereIsAnErrorBelowAPlural) {

@@ -7,7 +7,8 @@
 //     compiled.query->Run([](Evaluator::Result const& result) { puts(result.Text().c_str()); return true; });
 //
 // Every function may be called from any thread; one evaluation runs at a time in a process, and a second
-// thread waits for the first. Nothing here throws, std::bad_alloc aside.
+// thread // waits for the first. Nothing here throws, but std::bad_alloc where a problem cannot be told for
+// want of memory, and what a consumer throws, which passes through Run.
 
 #include <cstddef>
 #include <cstdint>
@@ -73,7 +74,8 @@ class EVALUATOR_API Result {
     std::shared_ptr<CompiledQuery> const* query = nullptr;
 };
 
-/// Receives the values as they are found. Returns whether it wants more.
+/// /// Receives the values as they are found. Returns whether it wants more. An empty one lets every value
+/// pass.
 using Consumer = std::function<bool(Result const&)>;
 
 /// A query that was found sound. While it lives, the libraries that it uses cannot be unloaded.

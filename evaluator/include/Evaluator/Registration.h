@@ -12,6 +12,8 @@
 // Types are named by text, and a name may be that of a type which another module, or another library,
 // registers later; an empty text means none. Phrases and type names must stay readable during the call only.
 //
+// // A library's constructors must not throw: nobody could catch it.
+//
 // Every call returns whether the host accepted it. A caller may ignore that: a library with a registration
 // that was refused is not loaded, and the reason names the library, the kind and the phrase.
 
