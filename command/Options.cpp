@@ -57,9 +57,12 @@ std::optional<Options> ReadOptions(int argc, char** argv, int& status) {
     app.add_flag("--registrations", options.registrations,
                  "Print what the loaded libraries registered, in order, one JSON object a line");
     try {
-        std::vector<std::string> arguments = TakeSignedQuery(argc, argv, options.query);
+        std::string signedQuery;
+        std::vector<std::string> arguments = TakeSignedQuery(argc, argv, signedQuery);
         app.parse(arguments);
-        if (!options.registrations && options.query.empty() && app.count("query") == 0)
+        if (!signedQuery.empty() && app.count("query") > 0) throw CLI::ExtrasError({signedQuery});
+        if (!signedQuery.empty()) options.query = signedQuery;
+        if (!options.registrations && signedQuery.empty() && app.count("query") == 0)
             throw CLI::RequiredError("QUERY");
         return options;
     } catch (CLI::ParseError const& outcome) {

@@ -13,7 +13,7 @@ struct Limits {
     std::size_t nesting = 400;
     /// /// Bytes of a tuple's text. A tuple may hold one value many times over, so that its text outgrows any
     /// memory.
-    std::size_t tupleText = 64 << 20;
+    std::size_t tupleText = 16 << 20;
     /// Bytes of a tuple type's name, beyond which it is cut; it too can double with every level.
     std::size_t tupleName = 500;
     /// Problems reported of one query; more would not be read.

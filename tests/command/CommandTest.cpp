@@ -45,7 +45,7 @@ TEST(Command, AFailedEvaluationComesBehindTheValuesFound) {
 TEST(Command, AnInvalidQuery) {
     Ran ran = RunZelq({"naem of now"});
     EXPECT_EQ(ran.out, "");
-    EXPECT_EQ(ran.err.substr(0, 64), "error: a time has no property \"naem\"\n  naem of now\n  ^~~~\n");
+    EXPECT_EQ(ran.err.substr(0, 58), "error: a time has no property \"naem\"\n  naem of now\n  ^~~~\n");
     EXPECT_EQ(ran.status, 2);
 }
 
