@@ -54,6 +54,19 @@ TEST(Libraries, LoadUnloadLoadAgainAndReallyUnmap) {
     }
 }
 
+TEST(Libraries, TheInspectorLibraryLeavesNothingRegisteredOrMapped) {
+    std::filesystem::path folder = Evaluator::StandardInspectorsFolder();
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_EQ(Messages(Evaluator::LoadInspectors(folder)), "");
+        EXPECT_TRUE(IsMapped("CarbonZelqInspectors.dylib"));
+        EXPECT_GT(Evaluator::Registrations().size(), 50u);
+        EXPECT_EQ(Answer("name of file \"/etc/hosts\""), "hosts");
+        ASSERT_FALSE(Evaluator::UnloadInspectorLibrary("CarbonZelqInspectors.dylib"));
+        EXPECT_TRUE(Evaluator::Registrations().empty());
+        EXPECT_FALSE(IsMapped("CarbonZelqInspectors.dylib"));
+    }
+}
+
 TEST(Libraries, AProcessMayEndWithALibraryLoaded) {
     EXPECT_EXIT(
         {
