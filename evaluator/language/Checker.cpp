@@ -91,8 +91,6 @@ class Checker {
         for (auto const& known : checked.tupleTypes)
             if (known->fields == fields) return *known;
         auto type = std::make_unique<TypeEntry>();
-        type->kind = EntryKind::type;
-        type->record = nullptr;
         type->library = Core("string")->library;
         type->size = fields.size() * sizeof(Value*);
         for (TypeEntry const* field : fields) type->name += (type->name.empty() ? "(" : ", ") + field->name;

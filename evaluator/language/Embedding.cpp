@@ -16,7 +16,6 @@
 #include "core/Core.h"
 #include "language/Checker.h"
 #include "registry/Libraries.h"
-#include "registry/Registrations.h"
 
 namespace Evaluator {
 namespace {
@@ -228,7 +227,13 @@ std::vector<std::string> LoadedLibraries() {
 
 std::vector<RegistrationInfo> Registrations() {
     Locked locked(evaluationLock);
-    return LoadedRegistrations();
+    std::vector<RegistrationInfo> infos;
+    for (auto const& entry : Registry::Instance().All()) {
+        if (entry->library->IsCore()) continue;
+        infos.push_back(entry->Info());
+        infos.back().library = entry->library->name;
+    }
+    return infos;
 }
 
 char const* Version() { return ZELQ_VERSION; }

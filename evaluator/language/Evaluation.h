@@ -35,14 +35,14 @@ struct Absence {
 
 class Evaluation final : public InspectorContext, public InspectorYieldContext {
   public:
-    /// /// Begins an evaluation of a query with so many places for `it` and so many literals. There is at
+    /// Begins an evaluation of a query with so many places for `it` and so many literals. There is at
     /// most one at a time, the one that Get_Generic_Inspector_Context answers on the thread that began it.
     Evaluation(std::size_t bindings, std::size_t literals);
     ~Evaluation() override;
     Evaluation(Evaluation const&) = delete;
     Evaluation& operator=(Evaluation const&) = delete;
 
-    /// /// The one that is running on this thread, or null.
+    /// The one that is running on this thread, or null.
     static Evaluation* Running();
 
     /// Asks every registered cache to be cleared. `where` is where a problem points.

@@ -11,7 +11,7 @@ struct Limits {
     std::size_t queryLength = 1 << 20;
     /// Depth of the syntax tree. Reading, checking and evaluating descend it on the native stack.
     std::size_t nesting = 400;
-    /// /// Bytes of a tuple's text. A tuple may hold one value many times over, so that its text outgrows any
+    /// Bytes of a tuple's text. A tuple may hold one value many times over, so that its text outgrows any
     /// memory.
     std::size_t tupleText = 16 << 20;
     /// Bytes of a tuple type's name, beyond which it is cut; it too can double with every level.

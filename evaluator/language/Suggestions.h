@@ -8,7 +8,7 @@
 
 namespace Evaluator {
 
-/// /// The phrases of one thing, such as the singular and the plural of a property; at most one of them is
+/// The phrases of one thing, such as the singular and the plural of a property; at most one of them is
 /// suggested.
 using Alternatives = std::vector<std::string>;
 

@@ -9,16 +9,9 @@ namespace {
 
 std::string Text(char const* text) { return text ? NormalPhrase(text) : std::string(); }
 
-template <class EntryType>
-std::unique_ptr<EntryType> NewEntry(EntryKind kind) {
-    auto entry = std::make_unique<EntryType>();
-    entry->kind = kind;
-    return entry;
-}
-
 std::unique_ptr<PropertyEntry> NewProperty(EntryKind kind, char const* singular, char const* plural,
                                            char const* index, char const* object, char const* result) {
-    auto entry = NewEntry<PropertyEntry>(kind);
+    auto entry = std::make_unique<PropertyEntry>(kind);
     entry->singular = Text(singular);
     entry->plural = Text(plural);
     entry->index = Text(index);
@@ -39,7 +32,7 @@ using namespace Evaluator;
 
 bool Register_Type(void* record, unsigned long recordSize, char const* name, unsigned long valueSize,
                    DestroyFunction destroy, char const* base, FingerprintFunction fingerprint) {
-    auto entry = NewEntry<TypeEntry>(EntryKind::type);
+    auto entry = std::make_unique<TypeEntry>();
     entry->name = Text(name);
     entry->base = Text(base);
     entry->size = valueSize;
@@ -77,7 +70,7 @@ bool Register_Iterated_Property(void* record, unsigned long recordSize, char con
 bool Register_Cast(void* record, unsigned long recordSize, char const* phrase, char const* source,
                    char const* target, CastFunction thunk, void const* context,
                    DependencyFunction dependency) {
-    auto entry = NewEntry<CastEntry>(EntryKind::cast);
+    auto entry = std::make_unique<CastEntry>();
     entry->phrase = Text(phrase);
     entry->source = Text(source);
     entry->target = Text(target);
@@ -90,7 +83,7 @@ bool Register_Cast(void* record, unsigned long recordSize, char const* phrase, c
 bool Register_Binary_Operator(void* record, unsigned long recordSize, int code, char const* left,
                               char const* right, char const* result, BinaryOperatorFunction thunk,
                               void const* context, DependencyFunction dependency) {
-    auto entry = NewEntry<OperatorEntry>(EntryKind::binaryOperator);
+    auto entry = std::make_unique<OperatorEntry>();
     entry->code = code;
     entry->left = Text(left);
     entry->right = Text(right);
@@ -102,7 +95,7 @@ bool Register_Binary_Operator(void* record, unsigned long recordSize, int code, 
 }
 
 bool Register_Cache(void* record, unsigned long recordSize, ClearCacheFunction clear, void*) {
-    auto entry = NewEntry<CacheEntry>(EntryKind::cache);
+    auto entry = std::make_unique<CacheEntry>();
     entry->clear = clear;
     return Registry::Instance().Add(std::move(entry), record, recordSize, kCacheRecordSize);
 }

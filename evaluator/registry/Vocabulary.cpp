@@ -26,7 +26,7 @@ std::size_t LongestIn(Map const& phrases, std::size_t longest, std::vector<std::
 
 template <class Map>
 void Grow(std::size_t& longest, Map const& phrases) {
-    for (auto const& [phrase, entries] : phrases) longest = std::max(longest, SplitWords(phrase).size());
+    for (auto const& [phrase, entries] : phrases) longest = std::max(longest, CountWords(phrase));
 }
 
 }  // namespace
@@ -86,7 +86,7 @@ TypeEntry const* Vocabulary::Type(std::string_view name) const {
 TypeEntry const& Vocabulary::Named(Entry const& by, std::string const& name) const {
     if (TypeEntry const* type = Type(name)) return *type;
     throw UnknownType(fmt::format("{}: {}: no library registers the type \"{}\" that it names",
-                                  by.library->name, Describe(by), name));
+                                  by.library->name, by.Describe(), name));
 }
 
 TypeEntry const* Vocabulary::Base(TypeEntry const& type) const {
@@ -100,7 +100,7 @@ std::vector<TypeEntry const*> Vocabulary::Lineage(TypeEntry const* type) const {
         lineage.push_back(type);
         if (lineage.size() > kLongestLineage)
             throw UnknownType(
-                fmt::format("{}: {}: its base types form a ring", type->library->name, Describe(*type)));
+                fmt::format("{}: {}: its base types form a ring", type->library->name, type->Describe()));
     }
     return lineage;
 }

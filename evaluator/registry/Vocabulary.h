@@ -32,12 +32,6 @@ struct PropertyMatch {
     bool plural;
 };
 
-/// A phrase of the language itself that takes a whole plural at once, whatever its type.
-struct PhraseOfMany {
-    std::string_view singular, plural;
-};
-inline constexpr PhraseOfMany kNumberOf{"number", "numbers"};
-
 class Vocabulary {
   public:
     /// The vocabulary of all present registrations. The same object until one comes or goes.
@@ -60,7 +54,7 @@ class Vocabulary {
     TypeEntry const* Result(CastEntry const& entry) const { return &Named(entry, entry.target); }
     TypeEntry const* Result(OperatorEntry const& entry) const { return &Named(entry, entry.result); }
 
-    /// /// The property of `object` (null: of the world) with an index of the type (null: none), the object's
+    /// The property of `object` (null: of the world) with an index of the type (null: none), the object's
     /// own type first, then its bases; with each the index's own type first. There is at most one: the
     /// registry refuses a phrase that another registration of that index and object has, be it as singular or
     /// as plural.

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
-#include <vector>
 
 namespace Evaluator {
 
@@ -50,17 +49,9 @@ inline bool IsOperatorWord(std::string_view word) {
                        [&](std::string_view reserved) { return EqualWords(word, reserved); });
 }
 
-/// The parts of `text` between blanks.
-inline std::vector<std::string_view> SplitWords(std::string_view text) {
-    std::vector<std::string_view> words;
-    std::size_t at = 0;
-    while (at < text.size()) {
-        std::size_t end = at;
-        while (end < text.size() && !IsBlank(text[end])) ++end;
-        if (end > at) words.push_back(text.substr(at, end - at));
-        at = end + 1;
-    }
-    return words;
+/// How many words a phrase in normal form has.
+inline std::size_t CountWords(std::string_view phrase) {
+    return phrase.empty() ? 0 : 1 + static_cast<std::size_t>(std::count(phrase.begin(), phrase.end(), ' '));
 }
 
 }  // namespace Evaluator

@@ -74,7 +74,7 @@ class EVALUATOR_API Result {
     std::shared_ptr<CompiledQuery> const* query = nullptr;
 };
 
-/// /// Receives the values as they are found. Returns whether it wants more. An empty one lets every value
+/// Receives the values as they are found. Returns whether it wants more. An empty one lets every value
 /// pass.
 using Consumer = std::function<bool(Result const&)>;
 
