@@ -206,9 +206,8 @@ PLATFORM_API OSErr FSMakeFSRefUnicode(FSRef const* parentRef, UniCharCount nameL
 PLATFORM_API OSErr FSCompareFSRefs(FSRef const* ref1, FSRef const* ref2);
 
 /// A reference to the item at a POSIX path, which ends with a NUL; a relative one starts at the working
-/// directory.
-/// "." and ".." are resolved against the disk. `isDirectory` (optional) tells whether it is a folder.
-/// paramErr for the empty path; else what the file system says.
+/// directory. "." and ".." are resolved against the disk. `isDirectory` (optional) tells whether it is a
+/// folder. paramErr for the empty path; else what the file system says.
 PLATFORM_API OSStatus FSPathMakeRef(UInt8 const* path, FSRef* ref, Boolean* isDirectory);
 /// The same, with a choice of how a link at the end of the path is treated.
 PLATFORM_API OSStatus FSPathMakeRefWithOptions(UInt8 const* path, OptionBits options, FSRef* ref,
