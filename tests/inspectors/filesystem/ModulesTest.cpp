@@ -207,14 +207,31 @@ TEST(FileSystemModules, TimesTypesAndCreatorsAreThoseOfTheirPhrases) {
     EXPECT_EQ(0x74747874u, codeOf("\"creator\" \"creators\" of \"file\": \"file signature\""));
 }
 
+namespace {
+
+// A module's clearing function must make the look-up, which finds what is at `path`, ask again.
+template <class Module, class Look>
+void ExpectToForget(std::string const& path, Look const& look) {
+    Module const module;
+    Registration const cache = RegisteredAs("cache");
+    cache.clear(nullptr);
+    look();
+    std::filesystem::remove(path);
+    EXPECT_NO_THROW(look());
+    cache.clear(nullptr);
+    EXPECT_ANY_THROW(look());
+}
+
+}  // namespace
+
 TEST(FileSystemModules, ClearingForgetsWhatWasLookedUp) {
     TemporaryFolder const here;
-    FilesModule const files;
-    Registration const cache = RegisteredAs("cache");
-    std::string const path = here.Write("file");
-    FileAt(path);
-    std::filesystem::remove(path);
-    EXPECT_EQ(path, Path(FileAt(path)));
-    cache.clear(nullptr);
-    EXPECT_THROW(FileAt(path), NoSuchObject);
+    folder const parent = FolderAt(here.Path());
+    std::string const path = here.Path("name");
+    here.Write("name");
+    ExpectToForget<FilesModule>(path, [&] { FileAt(path); });
+    here.MakeFolder("name");
+    ExpectToForget<FoldersModule>(path, [&] { FolderAt(path); });
+    here.Write("name");
+    ExpectToForget<FileSystemObjectsModule>(path, [&] { ItemNamed("name", parent); });
 }
