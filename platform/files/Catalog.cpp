@@ -255,7 +255,7 @@ UInt32 ParentNumber(std::string const& path) {
 
 FSVolumeRefNum VolumeOf(Item const& item) {
     bool const known = (item.status.stx_mask & STATX_MNT_ID) != 0;
-    return known ? MountTable::Shared().NumberOf(item.status.stx_mnt_id, item.Device()) : FSVolumeRefNum{0};
+    return known ? MountTable::Shared().NumberOf(item.status.stx_mnt_id) : FSVolumeRefNum{0};
 }
 
 }  // namespace Platform

@@ -18,8 +18,10 @@ UTCDateTime Packed(std::int64_t secondsSince1904, std::uint32_t fraction) {
 }  // namespace
 
 UTCDateTime CarbonTime(struct statx_timestamp time) {
-    constexpr std::int64_t last = (std::int64_t{1} << 47) - 1;
-    std::int64_t const seconds = std::clamp<std::int64_t>(time.tv_sec, -last, last - kSecondsFrom1904To1970);
+    constexpr std::int64_t first = -(std::int64_t{1} << 47);
+    constexpr std::int64_t last = -(first + 1);
+    std::int64_t const seconds =
+        std::clamp<std::int64_t>(time.tv_sec, first - kSecondsFrom1904To1970, last - kSecondsFrom1904To1970);
     std::uint64_t const fraction = std::uint64_t{time.tv_nsec} * 65536 / 1'000'000'000;
     return Packed(seconds + kSecondsFrom1904To1970, static_cast<std::uint32_t>(fraction));
 }

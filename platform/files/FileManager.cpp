@@ -40,7 +40,9 @@ OSErr GetCatalogInfo(FSRef const& ref, FSCatalogInfoBitmap whichInfo, FSCatalogI
         if (error != noErr) return error;
     }
     if (outName != nullptr) *outName = CarbonName(LastComponent(found.location.path));
-    if (fsSpec != nullptr) *fsSpec = MakeSpec(found);
+    if (fsSpec != nullptr) {
+        if (OSErr const error = MakeSpec(found, *fsSpec); error != noErr) return error;
+    }
     return parentRef != nullptr ? MakeParentReference(found, *parentRef) : OSErr{noErr};
 }
 
@@ -78,6 +80,7 @@ OSErr ResolveURL(std::string const& path, CFURLRef& result) {
     FoundItem folder;
     if (OSErr const reason = FindItem(ParentPath(resolved), LinkRule::Follow, folder); reason != noErr)
         return reason;
+    if (!folder.item.IsFolder()) return fnfErr;  // a link that leads nowhere
     result = NewURL(resolved, false);
     return noErr;
 }

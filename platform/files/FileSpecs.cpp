@@ -53,27 +53,31 @@ std::optional<std::string> UnmangledName(std::string const& folder, std::string_
     return std::nullopt;
 }
 
-// The path of the folder that a specification names; a result code.
-OSErr FindFolder(FSVolumeRefNum volume, SInt32 number, std::string& path) {
+// Whether the folder at the path is still the one that the numbers were made of.
+bool IsStillThere(std::string const& path, FSVolumeRefNum volume, SInt32 number) {
+    FoundItem found;
+    if (FindItem(path, LinkRule::Follow, found) != noErr || !found.item.IsFolder()) return false;
+    return static_cast<SInt32>(found.item.status.stx_ino) == number && VolumeOf(found.item) == volume;
+}
+
+// The folder that a specification means.
+struct SpecifiedFolder {
+    std::string path;
+    bool isItem = false;  // it is the specified item itself, whatever name is given: a volume's root
+};
+
+OSErr FindFolder(FSVolumeRefNum volume, SInt32 number, SpecifiedFolder& folder) {
     if (auto remembered = FolderTable::Shared().Find(volume, number)) {
-        path = std::move(*remembered);
-        return noErr;
+        folder.path = std::move(*remembered);
+        return IsStillThere(folder.path, volume, number) ? OSErr{noErr} : OSErr{dirNFErr};
     }
     if (number != fsRtParID && number != fsRtDirID) return dirNFErr;
     for (Volume const& listed : MountTable::Shared().Volumes()) {
         if (listed.number != volume) continue;
-        path = listed.mountPoint;
+        folder = {listed.mountPoint, number == fsRtParID};
         return noErr;
     }
     return nsvErr;
-}
-
-// Whether the folder at the path is still the one that the number was made of.
-bool IsStillThere(std::string const& folder, SInt32 number) {
-    FoundItem found;
-    if (FindItem(folder, LinkRule::Follow, found) != noErr || !found.item.IsFolder()) return false;
-    bool const isRootNumber = number == fsRtParID || number == fsRtDirID;
-    return isRootNumber || static_cast<SInt32>(found.item.status.stx_ino) == number;
 }
 
 std::string_view NameIn(Str63 const& name) {
@@ -81,17 +85,16 @@ std::string_view NameIn(Str63 const& name) {
 }
 
 OSErr FindSpecified(FSSpec const& spec, FoundItem& found) {
-    std::string folder;
+    SpecifiedFolder folder;
     if (OSErr const error = FindFolder(spec.vRefNum, spec.parID, folder); error != noErr) return error;
-    if (!IsStillThere(folder, spec.parID)) return dirNFErr;
     std::string_view const name = NameIn(spec.name);
-    if (name.empty() || spec.parID == fsRtParID) return FindItem(folder, LinkRule::Follow, found);
+    if (folder.isItem || name.empty() || name == "/") return FindItem(folder.path, LinkRule::Follow, found);
     std::string const fileName = FileNameOfMacRoman(name);
     if (CheckName(fileName) != noErr) return bdNamErr;
-    OSErr const error = FindItem(JoinPaths(folder, fileName), LinkRule::Follow, found);
+    OSErr const error = FindItem(JoinPaths(folder.path, fileName), LinkRule::Follow, found);
     if (error != fnfErr || name.find('#') == std::string_view::npos) return error;
-    auto const unmangled = UnmangledName(folder, name);
-    return unmangled ? FindItem(JoinPaths(folder, *unmangled), LinkRule::Follow, found) : OSErr{fnfErr};
+    auto const unmangled = UnmangledName(folder.path, name);
+    return unmangled ? FindItem(JoinPaths(folder.path, *unmangled), LinkRule::Follow, found) : OSErr{fnfErr};
 }
 
 void CopyName(std::string_view name, Str63& to) {
@@ -113,14 +116,24 @@ std::string SpecName(std::string_view name, UInt32 inode) {
     return result.append(number).append(extension);
 }
 
-FSSpec MakeSpec(FoundItem const& found) {
-    FSSpec spec{};
+OSErr MakeSpec(FoundItem const& found, FSSpec& spec) {
+    spec = FSSpec{};
     std::string const& path = found.location.path;
-    spec.vRefNum = VolumeOf(found.item);
-    spec.parID = static_cast<SInt32>(ParentNumber(path));
     CopyName(SpecName(LastComponent(path), static_cast<UInt32>(found.item.status.stx_ino)), spec.name);
-    if (spec.parID != fsRtParID) FolderTable::Shared().Remember(spec.vRefNum, spec.parID, ParentPath(path));
-    return spec;
+    std::string const folder = ParentPath(path);
+    if (folder.empty()) {
+        spec.vRefNum = VolumeOf(found.item);
+        spec.parID = fsRtParID;
+        return noErr;
+    }
+    FoundItem parent;
+    if (OSErr const error = FindItem(folder, LinkRule::Follow, parent); error != noErr) return error;
+    // The folder's volume, not the item's: numbers are those of one file system, and another may be mounted
+    // on the item, or a link may lead to it.
+    spec.vRefNum = VolumeOf(parent.item);
+    spec.parID = static_cast<SInt32>(parent.item.status.stx_ino);
+    FolderTable::Shared().Remember(spec.vRefNum, spec.parID, folder);
+    return noErr;
 }
 
 }  // namespace Platform

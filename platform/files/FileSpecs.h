@@ -15,7 +15,8 @@ namespace Platform {
 /// `<start>#<inode number in hex><.ext>`.
 std::string SpecName(std::string_view name, UInt32 inode);
 
-/// The specification of a found item; its folder is remembered.
-FSSpec MakeSpec(FoundItem const& found);
+/// The specification of a found item; its folder is remembered. A result code: that of a folder which cannot
+/// be looked at any more.
+OSErr MakeSpec(FoundItem const& found, FSSpec& spec);
 
 }  // namespace Platform

@@ -112,7 +112,7 @@ int ResolvePath(std::string_view path, std::string& resolved, bool& folder) {
         path.remove_prefix(std::min(name.size() + 1, path.size()));
         if (name.empty() || name == ".") continue;
         if (name != "..") {
-            resolved = JoinPaths(resolved, name);
+            AppendName(resolved, name);
         } else if (int const error = StepUp(resolved); error != 0) {
             return error;
         }

@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <memory>
 #include <tuple>
+#include <utility>
 
 #include "foundation/PathStyles.h"
 
@@ -77,6 +78,31 @@ std::vector<Mount> ReadMounts() {
     return mounts;
 }
 
+// The mounts that the process sees.
+class KernelMounts final : public MountSource {
+  public:
+    KernelMounts() = default;
+    KernelMounts(KernelMounts const&) = delete;
+    KernelMounts& operator=(KernelMounts const&) = delete;
+    ~KernelMounts() override {
+        if (watched >= 0) close(watched);
+    }
+
+    std::vector<Mount> Read() override {
+        if (watched < 0) watched = open(kKernelTable, O_RDONLY | O_CLOEXEC);
+        return ReadMounts();
+    }
+    // A table that cannot be watched counts as changed.
+    bool HasChanged() override {
+        if (watched < 0) return true;
+        pollfd request{watched, POLLPRI, 0};
+        return poll(&request, 1, 0) > 0 && (request.revents & (POLLPRI | POLLERR)) != 0;
+    }
+
+  private:
+    int watched = -1;  // the kernel's table, open to be told of changes
+};
+
 // The file system's label as the device has it; empty when it has none, or may not be read.
 std::string ProbedLabel(std::string const& device) {
     std::unique_ptr<blkid_struct_probe, void (*)(blkid_probe)> const probe(
@@ -110,11 +136,11 @@ std::string DecodedLabel(std::string_view name) {
 // The label that the device manager has published, which anybody may read.
 std::string PublishedLabel(std::filesystem::path const& device) {
     std::error_code error;
-    std::filesystem::directory_iterator const labels("/dev/disk/by-label", error);
-    if (error) return {};
-    for (std::filesystem::directory_entry const& entry : labels) {
-        if (std::filesystem::equivalent(entry.path(), device, error))
-            return DecodedLabel(entry.path().filename().string());
+    std::filesystem::directory_iterator label("/dev/disk/by-label", error);
+    for (; !error && label != std::filesystem::directory_iterator(); label.increment(error)) {
+        std::error_code ignored;  // of a link to a device that has just gone
+        if (std::filesystem::equivalent(label->path(), device, ignored))
+            return DecodedLabel(label->path().filename().string());
     }
     return {};
 }
@@ -167,22 +193,21 @@ std::vector<std::size_t> VolumeOrder(std::vector<Mount> const& mounts,
 }
 
 MountTable& MountTable::Shared() {
-    static MountTable& table = *new MountTable;  // outlives every thread that may still ask at the end
+    // It outlives every thread that may still ask at the end.
+    static MountTable& table = *new MountTable(std::make_unique<KernelMounts>());
     return table;
 }
 
-bool MountTable::HasChanged() {
-    pollfd request{watched, POLLPRI, 0};
-    return poll(&request, 1, 0) > 0 && (request.revents & (POLLPRI | POLLERR)) != 0;
+void MountTable::RefreshIfChanged() {
+    bool const isFirst = !lastCheck;
+    lastCheck = Clock::now();
+    if (isFirst || source->HasChanged()) Refresh();
 }
 
-void MountTable::RefreshIfChanged() {
-    if (watched < 0) {
-        watched = open(kKernelTable, O_RDONLY | O_CLOEXEC);
-        Refresh();
-    } else if (HasChanged()) {
-        Refresh();
-    }
+// Whether the source was asked so recently that a look-up need not ask it again: that is a system call, and a
+// listing wants the number of each item.
+bool MountTable::WasJustChecked() const {
+    return lastCheck && Clock::now() - *lastCheck < std::chrono::milliseconds(10);
 }
 
 // The number of a volume: the one that it had before, else the next that is free.
@@ -198,7 +223,7 @@ SInt16 MountTable::NumberFor(Volume const& volume, std::vector<Volume> const& be
 }
 
 void MountTable::Refresh() {
-    std::vector<Mount> const mounts = ReadMounts();
+    std::vector<Mount> const mounts = source->Read();
     auto const listed = ListedMounts(mounts);
     std::vector<Volume> const before = std::exchange(volumes, {});
     std::map<std::size_t, SInt16> numbers;
@@ -208,22 +233,16 @@ void MountTable::Refresh() {
         volume.number = numbers[index] = NumberFor(volume, before);
         volumes.push_back(std::move(volume));
     }
-    answers.clear();
     numbersOfMounts.clear();
     for (std::size_t i = 0; i < mounts.size(); ++i)
         numbersOfMounts[mounts[i].id] = listed[i] ? numbers[*listed[i]] : 0;
 }
 
-SInt16 MountTable::NumberOf(std::uint64_t mountId, dev_t device) {
-    constexpr std::size_t mostAnswers =
-        4096;  // more pairs than that are file systems with a device for each folder
+SInt16 MountTable::NumberOf(std::uint64_t mountId) {
     std::lock_guard const lock(mutex);
-    std::pair const key(mountId, device);
-    if (auto const found = answers.find(key); found != answers.end()) return found->second;
-    RefreshIfChanged();
-    if (answers.size() >= mostAnswers) answers.clear();
+    if (!WasJustChecked() || !numbersOfMounts.contains(mountId)) RefreshIfChanged();
     auto const number = numbersOfMounts.find(mountId);
-    return answers[key] = number == numbersOfMounts.end() ? 0 : number->second;
+    return number == numbersOfMounts.end() ? SInt16{0} : number->second;
 }
 
 std::vector<Volume> MountTable::Volumes() {

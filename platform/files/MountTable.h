@@ -4,19 +4,20 @@
 //
 // Listed are the file systems that have bytes, each once: the root first, the others in the order in which
 // they were mounted. The numbers go from -100 down and stay while the file system is mounted. The table is
-// read from /proc/self/mountinfo when it is first needed and when the kernel says that it has changed.
+// read when it is first needed and when the kernel says that it has changed.
 
 #include <CoreFoundation/CFBase.h>
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace Platform {
@@ -46,29 +47,42 @@ struct Volume {
     std::string source;
 };
 
-/// The process's table. Safe from any thread.
+/// Where a table of mounts comes from.
+class MountSource {
+  public:
+    virtual ~MountSource() = default;
+    /// All mounts, in the order in which they were mounted.
+    virtual std::vector<Mount> Read() = 0;
+    /// Whether they have changed since the last Read, or since it was asked last.
+    virtual bool HasChanged() = 0;
+};
+
+/// The volumes of a source and their numbers. Safe from any thread.
 class MountTable {
   public:
+    explicit MountTable(std::unique_ptr<MountSource> from) : source(std::move(from)) {}
+    /// The table of the process's mounts, as the kernel has them.
     static MountTable& Shared();
 
-    /// The number of the volume that an item is on, by what statx(2) says of the item; 0 when it is not
-    /// listed.
-    SInt16 NumberOf(std::uint64_t mountId, dev_t device);
+    /// The number of the volume that an item is on, by the mount that statx(2) says it is on; 0 when it is
+    /// not listed. A mount that has taken the id of one that was unmounted may pass for that one for 10 ms.
+    SInt16 NumberOf(std::uint64_t mountId);
     /// The volumes now, in their order.
     std::vector<Volume> Volumes();
 
   private:
+    using Clock = std::chrono::steady_clock;
+
     void RefreshIfChanged();
+    bool WasJustChecked() const;
     void Refresh();
     SInt16 NumberFor(Volume const& volume, std::vector<Volume> const& before);
-    bool HasChanged();
 
     std::mutex mutex;
-    int watched = -1;  // the kernel's table, open to be told of changes
+    std::unique_ptr<MountSource> source;
+    std::optional<Clock::time_point> lastCheck;  // when the source was asked for changes; empty before Read
     std::vector<Volume> volumes;
     std::map<std::uint64_t, SInt16> numbersOfMounts;
-    std::map<std::pair<std::uint64_t, dev_t>, SInt16>
-        answers;  // as NumberOf gave them since the last reading
     SInt16 lastNumber = -99;
 };
 

@@ -81,21 +81,22 @@ void FolderTable::Remember(FSVolumeRefNum volume, SInt32 number, std::string con
     std::lock_guard const lock(mutex);
     Key const key(volume, number);
     if (auto const known = index.find(key); known != index.end()) {
-        places[known->second].path = path;
+        folders.splice(folders.begin(), folders, known->second);
+        folders.front().path = path;
         return;
     }
-    Place& place = places[next];
-    if (auto const old = index.find(place.key); old != index.end() && old->second == next) index.erase(old);
-    place = {key, path};
-    index.emplace(key, next);
-    next = (next + 1) % places.size();
+    folders.push_front({key, path});
+    index.emplace(key, folders.begin());
+    if (folders.size() <= most) return;
+    index.erase(folders.back().key);
+    folders.pop_back();
 }
 
 std::optional<std::string> FolderTable::Find(FSVolumeRefNum volume, SInt32 number) const {
     std::lock_guard const lock(mutex);
     auto const found = index.find(Key(volume, number));
     if (found == index.end()) return std::nullopt;
-    return places[found->second].path;
+    return found->second->path;
 }
 
 }  // namespace Platform

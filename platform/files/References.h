@@ -1,11 +1,12 @@
 #pragma once
 
-// References to files and folders, and the folders that specifications name. Both tables have a fixed number
-// of places, used round and round, so that memory does not grow with the files that are met.
+// References to files and folders, and the folders that specifications name. Both tables are bounded, so that
+// memory does not grow with the files that are met.
 
 #include <Carbon/Files.h>
 
 #include <cstdint>
+#include <list>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -59,11 +60,12 @@ class ReferenceTable {
     std::uint64_t lastSerial = 0;
 };
 
-/// Remembers the folders that were named last in specifications, by volume and number. Safe from any thread.
+/// Remembers the folders that were named last in specifications, by volume and number; a folder that is
+/// named again counts as named last. Safe from any thread.
 class FolderTable {
   public:
-    explicit FolderTable(std::size_t capacity) : places(capacity) {}
-    /// The table of the process, with 1024 places.
+    explicit FolderTable(std::size_t capacity) : most(capacity) {}
+    /// The table of the process, of 1024 folders.
     static FolderTable& Shared();
 
     void Remember(FSVolumeRefNum volume, SInt32 number, std::string const& path);
@@ -72,14 +74,14 @@ class FolderTable {
 
   private:
     using Key = std::pair<FSVolumeRefNum, SInt32>;
-    struct Place {
+    struct Folder {
         Key key;
         std::string path;
     };
     mutable std::mutex mutex;
-    std::vector<Place> places;
-    std::map<Key, std::size_t> index;
-    std::size_t next = 0;
+    std::size_t most;
+    std::list<Folder> folders;  // the one named last in front
+    std::map<Key, std::list<Folder>::iterator> index;
 };
 
 }  // namespace Platform

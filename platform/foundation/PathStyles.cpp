@@ -34,7 +34,11 @@ std::size_t TakeSeparators(std::string_view& path, char separator) {
 }
 
 void Append(std::string& path, std::string_view name) {
-    path = path.empty() ? std::string(name) : JoinPaths(path, name);
+    if (path.empty()) {
+        path = name;
+    } else {
+        AppendName(path, name);
+    }
 }
 
 }  // namespace
@@ -67,8 +71,13 @@ std::string FolderOfPath(std::string_view path) {
 
 std::string JoinPaths(std::string_view folder, std::string_view rest) {
     std::string result(folder);
-    if (result.empty() || result.back() != '/') result += '/';
-    return result.append(rest);
+    AppendName(result, rest);
+    return result;
+}
+
+void AppendName(std::string& folder, std::string_view name) {
+    if (!folder.ends_with('/')) folder += '/';
+    folder += name;
 }
 
 std::optional<PosixPath> PosixPathOfHfs(std::string_view path, FindVolume const& mountPointOf) {

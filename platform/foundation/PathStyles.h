@@ -18,6 +18,9 @@ std::string_view LastComponent(std::string_view path);
 std::string FolderOfPath(std::string_view path);
 /// `rest` below `folder`, with one separator between them.
 std::string JoinPaths(std::string_view folder, std::string_view rest);
+/// Makes the path of a folder that of a name in it. Takes time for the name only, so that paths of many names
+/// can be put together.
+void AppendName(std::string& folder, std::string_view name);
 /// Whether a name is "." or "..".
 bool IsDots(std::string_view name);
 

@@ -60,6 +60,16 @@ TEST(FolderTable, KnownFolderTakesNoSecondPlace) {
     EXPECT_EQ("/two", table.Find(-100, 2));
 }
 
+TEST(FolderTable, FolderNamedAgainIsNamedLast) {
+    FolderTable table(2);
+    table.Remember(-100, 1, "/one");
+    table.Remember(-100, 2, "/two");
+    table.Remember(-100, 1, "/one");
+    table.Remember(-100, 3, "/three");
+    EXPECT_EQ("/one", table.Find(-100, 1));
+    EXPECT_EQ(std::nullopt, table.Find(-100, 2));
+}
+
 TEST(FolderTable, SameNumberOnAnotherVolumeIsAnotherFolder) {
     FolderTable table(2);
     table.Remember(-100, 1, "/one");

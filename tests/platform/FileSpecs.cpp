@@ -1,5 +1,7 @@
 // Specifications: a folder's number and a short name, and back.
 
+#include <Platform/Items.h>
+#include <stdlib.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -90,6 +92,31 @@ TEST(FileSpecs, RootsParentHasNumberOne) {
     }
 }
 
+// In /dev/shm the root has the number 1, which elsewhere stands for the parent of a root.
+TEST(FileSpecs, OfItemsInTheRootOfAVolumeLeadBackToThem) {
+    std::string pattern = "/dev/shm/zelq-XXXXXX";
+    std::string const path = mkdtemp(pattern.data());
+    std::string const target = Target(SpecOf(path));
+    std::filesystem::remove(path);
+    EXPECT_EQ(path, target);
+}
+
+// Roots of file systems often have the same number: the folder that holds a mount point must not be taken for
+// one of the file system that is mounted there.
+TEST(FileSpecs, NameTheVolumeOfTheFolder) {
+    EXPECT_EQ(SpecOf("/etc").vRefNum, SpecOf("/proc").vRefNum);
+    EXPECT_EQ("/proc", Target(SpecOf("/proc")));
+    TemporaryFolder const folder;
+    FSSpec const link = SpecOf(folder.Link("link", "/proc"));
+    EXPECT_EQ(CatalogOf(folder.Path(), kFSCatInfoVolume).volume, link.vRefNum);
+    EXPECT_EQ(folder.Path("link"), Target(link));
+}
+
+TEST(FileSpecs, OfTheRootAreTheSameWhenItsItemsHaveBeenNamed) {
+    SpecOf("/etc");
+    EXPECT_EQ("/", Target(SpecOf("/")));
+}
+
 TEST(FileSpecs, EmptyNameIsTheFolderItself) {
     TemporaryFolder const folder;
     FSSpec spec = SpecOf(folder.Write("file"));
@@ -118,6 +145,18 @@ TEST(FileSpecs, OfAFolderThatIsGoneAreNotFound) {
     EXPECT_EQ("(-120)", Target(spec));
     folder.Write("gone");
     EXPECT_EQ("(-120)", Target(spec));
+}
+
+TEST(FileSpecs, AreNotMadeWhenTheFolderCannotBeLookedAt) {
+    TemporaryFolder const folder;
+    FSRef const reference = ReferenceTo(folder.Write("file"));
+    static int looks;
+    looks = 0;
+    PlatformSetCheckIn([]() -> Boolean { return ++looks == 1; });
+    FSSpec spec;
+    OSErr const error = FSGetCatalogInfo(&reference, 0, nullptr, nullptr, &spec, nullptr);
+    PlatformSetCheckIn(nullptr);
+    EXPECT_EQ(userCanceledErr, error);
 }
 
 TEST(FileSpecs, OfAnItemThatIsGoneAreNotFound) {

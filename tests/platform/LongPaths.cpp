@@ -55,6 +55,20 @@ TEST(LongPaths, ThatLeadNowhereAreNotFound) {
     EXPECT_EQ(errFSNameTooLong, FSPathMakeRef(Bytes(nameTooLong.c_str()), &ignored, nullptr));
 }
 
+// Each of these takes minutes when a path is copied for each of its names.
+TEST(LongPaths, TakeTimeForTheirLengthOnly) {
+    constexpr int many = 1'000'000;
+    std::string names = "/..";
+    for (int i = 0; i < many; ++i) names += "/a";
+    FSRef ignored;
+    EXPECT_EQ(fnfErr, FSPathMakeRef(Bytes(names.c_str()), &ignored, nullptr));
+    Owned<CFStringRef> const colons(NewString(std::string(many, ':')));
+    Owned<CFURLRef> const up(
+        CFURLCreateWithFileSystemPath(kCFAllocatorDefault, colons, kCFURLHFSPathStyle, false));
+    Owned<CFStringRef> const path(CFURLCopyFileSystemPath(up, kCFURLPOSIXPathStyle));
+    EXPECT_EQ(3 * (many - 1) - 1, CFStringGetLength(path)) << "one \"..\" for each colon beyond the first";
+}
+
 TEST(LongPaths, LeakNoDescriptors) {
     DeepTree const tree;
     int const before = dup(0);

@@ -61,6 +61,10 @@ TEST_F(ResolvedLocations, LastComponentMayBeMissing) {
     EXPECT_EQ(folder.Path("here/missing"), Resolved(folder.Path("here/missing")));
     EXPECT_EQ(fnfErr, ErrorOf(folder.Path("here/missing/more")));
     EXPECT_EQ(dirNFErr, ErrorOf(folder.Path("here/file/more")));
+    EXPECT_EQ(fnfErr, ErrorOf(folder.Path("here/dangling/more")));
+    folder.Link("here/loop", "loop");
+    EXPECT_EQ(fnfErr, ErrorOf(folder.Path("here/loop/more")));
+    EXPECT_EQ(fnfErr, ErrorOf(folder.Path("here/loop/..")));
 }
 
 TEST_F(ResolvedLocations, EndOfThePathMayDemandAFolder) {

@@ -25,9 +25,12 @@ typedef struct FSRef {
     UInt8 hidden[80];
 } FSRef;
 
-/// A folder and a name in it. `parID` is the folder's inode number, its low 32 bits (1: the parent of a
-/// volume's root; 2: the root itself, when no folder with that number is remembered). `name` is at most 31
-/// bytes; a name that is longer, or not Mac Roman, is written `<start>#<inode number in hex><.ext>`.
+/// A folder and a name in it. `vRefNum` is the volume that the folder is on, also where another one is
+/// mounted on the item or a link leads to another one. `parID` is the folder's inode number, its low 32 bits.
+/// When no folder with that number is remembered, 1 is the parent of the volume's root and 2 the root itself.
+/// Folders on file systems that are not listed share the volume 0: of two with one number the one named last
+/// counts. `name` is at most 31 bytes; a name that is longer, or not Mac Roman, is written `<start>#<inode
+/// number in hex><.ext>`. The root's is "/".
 typedef struct FSSpec {
     FSVolumeRefNum vRefNum;
     SInt32 parID;
@@ -203,9 +206,8 @@ PLATFORM_API OSErr FSMakeFSRefUnicode(FSRef const* parentRef, UniCharCount nameL
 PLATFORM_API OSErr FSCompareFSRefs(FSRef const* ref1, FSRef const* ref2);
 
 /// A reference to the item at a POSIX path, which ends with a NUL; a relative one starts at the working
-/// directory.
-/// "." and ".." are resolved against the disk. `isDirectory` (optional) tells whether it is a folder.
-/// paramErr for the empty path; else what the file system says.
+/// directory. "." and ".." are resolved against the disk. `isDirectory` (optional) tells whether it is a
+/// folder. paramErr for the empty path; else what the file system says.
 PLATFORM_API OSStatus FSPathMakeRef(UInt8 const* path, FSRef* ref, Boolean* isDirectory);
 /// The same, with a choice of how a link at the end of the path is treated.
 PLATFORM_API OSStatus FSPathMakeRefWithOptions(UInt8 const* path, OptionBits options, FSRef* ref,

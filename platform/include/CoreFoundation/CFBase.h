@@ -4,17 +4,15 @@
 // platform.
 //
 // Conventions of all headers below CoreFoundation/, Carbon/ and Platform/:
-//  1. Ownership goes by name: a function with Create or Copy in its name gives the caller one reference,
-//  which the
-//     caller balances with CFRelease; one with Get lends.
-//  2. A reference argument must not be null unless the function says so. A result that is a reference is null
-//  when
-//     the function fails; there is no other sign of failure, and nothing of a failed call remains.
+//  1. Ownership goes by name: a function with Create or Copy in its name gives the caller one reference, to
+//     be balanced with CFRelease; one with Get lends.
+//  2. A reference argument must not be null unless the function says so. A result that is a reference is
+//     null when the function fails; there is no other sign of failure, and nothing of a failed call remains.
 //  3. `allocator` is kCFAllocatorDefault; any other value is ignored, there is one allocator here.
 //  4. Every function may be called from any thread. Objects are immutable, their counts are atomic.
 //  5. No exception leaves a function. Out of memory is a null reference, or the code memFullErr.
-//  6. An output argument that is a pointer may be null where its comment says "optional"; after a failure the
-//     outputs are undefined unless their comment says otherwise.
+//  6. An output argument that is a pointer may be null where its comment says "optional"; after a failure
+//     the outputs are undefined unless their comment says otherwise.
 //  7. The headers compile as C11 and as C++.
 
 #include <stdint.h>

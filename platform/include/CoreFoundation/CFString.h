@@ -56,9 +56,7 @@ PLATFORM_API void CFStringGetCharacters(CFStringRef string, CFRange range, UniCh
 
 /// Turns the units of `range` into bytes of `encoding` and returns how many units were converted.
 ///  - `buffer` null measures: `maxBufferLength` is ignored and the conversion runs to the end. Otherwise it
-///  stops
-///    before the first character whose bytes do not all fit. No terminator is written.
-///  - `usedBufferLength` (optional) receives the number of bytes.
+///    stops before the first character whose bytes do not all fit. No terminator is written.
 ///  - A character without form in the encoding becomes `lossByte`, or ends the conversion when that is 0. A
 ///    surrogate pair then counts as two characters. In Mac Roman a base and its combining marks are one
 ///    character: they are composed, and become one loss byte when no composed form exists.

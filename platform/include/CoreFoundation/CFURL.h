@@ -7,8 +7,7 @@
 // Path styles. POSIX: names with '/' between them, absolute with a '/' in front. HFS: names with ':' between
 // them and '/' for a POSIX ':' within a name; absolute unless it begins with ':', and then the first name is
 // that of a mounted volume, or "/" for the root. Each ':' beyond one goes one level up, a single one at the
-// end is ignored.
-// "." and ".." are no names in this style.
+// end is ignored. "." and ".." are no names in this style.
 
 #include <CoreFoundation/CFBase.h>
 #include <CoreFoundation/CFString.h>

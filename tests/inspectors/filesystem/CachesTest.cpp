@@ -2,6 +2,8 @@
 
 #include <Platform/Items.h>
 
+#include <functional>
+
 #include "Asking.h"
 
 namespace {
@@ -25,6 +27,14 @@ class Caches : public FileSystem {
         action();
         return lookUps != before;
     }
+    // Looks one item more up than an empty cache has slots for; the items are named "0", "1" and so on.
+    template <class Look>
+    static void ExpectToHold(int slots, Look const& look) {
+        for (int i = 0; i <= slots; ++i) EXPECT_TRUE(Asks([&] { look(std::to_string(i)); })) << i;
+        for (int i = 1; i <= slots; ++i) EXPECT_FALSE(Asks([&] { look(std::to_string(i)); })) << i;
+        EXPECT_TRUE(Asks([&] { look("0"); })) << "the oldest gave way";
+        EXPECT_TRUE(Asks([&] { look("1"); })) << "the oldest gave way, though it was used last";
+    }
     void Write(int count) const {
         for (int i = 0; i < count; ++i) here.Write(std::to_string(i));
     }
@@ -32,9 +42,6 @@ class Caches : public FileSystem {
         for (int i = 0; i < count; ++i) here.MakeFolder(std::to_string(i));
     }
 };
-
-// The item's number in the order of look-ups, as a name and a path.
-std::string Name(int number) { return std::to_string(number); }
 
 }  // namespace
 
@@ -69,55 +76,62 @@ TEST_F(Caches, AreClearedByTheirKinds) {
     here.Write("file");
     here.MakeFolder("folder");
     folder const parent = Here();
-    auto const lookForFiles = [&] {
-        FileNamed("file", parent);
-        posix_relative_file_of(Bytes("file"), 4, parent);
-        FileAt(here.Path("file"));
+    std::function<void()> const lookUpsOfEachKind[] = {
+        [&] { FileNamed("file", parent); },
+        [&] { posix_relative_file_of(Bytes("file"), 4, parent); },
+        [&] { FileAt(here.Path("file")); },
+        [&] { FolderNamed("folder", parent); },
+        [&] { posix_relative_folder_of(Bytes("folder"), 6, parent); },
+        [&] { FolderAt(here.Path("folder")); },
+        [&] { ItemNamed("file", parent); },
     };
-    auto const lookForFolders = [&] {
-        FolderNamed("folder", parent);
-        posix_relative_folder_of(Bytes("folder"), 6, parent);
-        FolderAt(here.Path("folder"));
+    auto const asking = [&] {
+        std::string result;
+        for (auto const& look : lookUpsOfEachKind) result += Asks(look) ? 'X' : '-';
+        return result;
     };
-    auto const lookForItems = [&] { ItemNamed("file", parent); };
-    auto const expect = [&](bool files, bool folders, bool items) {
-        EXPECT_EQ(files, Asks(lookForFiles));
-        EXPECT_EQ(folders, Asks(lookForFolders));
-        EXPECT_EQ(items, Asks(lookForItems));
-    };
-    expect(true, true, true);
+    EXPECT_EQ("XXXXXXX", asking());
+    EXPECT_EQ("-------", asking());
     ClearFileCaches(nullptr);
-    expect(true, false, false);
+    EXPECT_EQ("XXX----", asking());
     ClearFolderCaches(nullptr);
-    expect(false, true, false);
+    EXPECT_EQ("---XXX-", asking());
     ClearFileSystemObjectCache(nullptr);
-    expect(false, false, true);
+    EXPECT_EQ("------X", asking());
+}
+
+TEST_F(Caches, ClearedKeepTheirItemsUntilTheSlotIsUsedAgain) {
+    Write(2);
+    file const first = FileAt(here.Path("0"));
+    CFIndex const held = CFGetRetainCount(first.url);
+    ClearFileCaches(nullptr);
+    EXPECT_EQ(held, CFGetRetainCount(first.url));
+    FileAt(here.Path("1"));
+    EXPECT_EQ(held - 1, CFGetRetainCount(first.url));
 }
 
 TEST_F(Caches, OfFilesAndItemsHoldTheLastEight) {
     Write(9);
     folder const parent = Here();
-    for (int i = 0; i < 9; ++i) FileNamed(Name(i), parent);
-    for (int i = 0; i < 9; ++i) ItemNamed(Name(i), parent);
-    for (int i = 0; i < 9; ++i) FileAt(here.Path(Name(i)));
-    EXPECT_FALSE(Asks([&] { FileNamed("1", parent); }));
-    EXPECT_TRUE(Asks([&] { FileNamed("0", parent); }));
-    EXPECT_FALSE(Asks([&] { ItemNamed("1", parent); }));
-    EXPECT_TRUE(Asks([&] { ItemNamed("0", parent); }));
-    EXPECT_FALSE(Asks([&] { FileAt(here.Path("1")); }));
-    EXPECT_TRUE(Asks([&] { FileAt(here.Path("0")); }));
-    EXPECT_TRUE(Asks([&] { FileNamed("1", parent); })) << "the oldest gave way, though it was used last";
+    auto const relative = [&](std::string const& name) {
+        posix_relative_file_of(Bytes(name), name.size(), parent);
+    };
+    ExpectToHold(8, [&](std::string const& name) { FileNamed(name, parent); });
+    ExpectToHold(8, relative);
+    ExpectToHold(8, [&](std::string const& name) { FileAt(here.Path(name)); });
+    ExpectToHold(8, [&](std::string const& name) { ItemNamed(name, parent); });
 }
 
 TEST_F(Caches, OfFoldersHoldTheLastSixteen) {
     MakeFolders(17);
     folder const parent = Here();
-    for (int i = 0; i < 17; ++i) FolderNamed(Name(i), parent);
-    for (int i = 0; i < 17; ++i) posix_relative_folder_of(Bytes(Name(i)), Name(i).size(), parent);
-    EXPECT_FALSE(Asks([&] { FolderNamed("1", parent); }));
-    EXPECT_TRUE(Asks([&] { FolderNamed("0", parent); }));
-    EXPECT_FALSE(Asks([&] { posix_relative_folder_of(Bytes("1"), 1, parent); }));
-    EXPECT_TRUE(Asks([&] { posix_relative_folder_of(Bytes("0"), 1, parent); }));
+    auto const relative = [&](std::string const& name) {
+        posix_relative_folder_of(Bytes(name), name.size(), parent);
+    };
+    ClearFolderCaches(nullptr);
+    ExpectToHold(16, [&](std::string const& name) { FolderNamed(name, parent); });
+    ExpectToHold(16, relative);
+    ExpectToHold(16, [&](std::string const& name) { FolderAt(here.Path(name)); });
 }
 
 TEST_F(Caches, MindTheCaseAndTheFolder) {
@@ -151,9 +165,9 @@ TEST_F(Caches, KeepTheWholeKeyWhenANulEndsThePath) {
 TEST_F(Caches, AreUntouchedByLookUpsThatFail) {
     Write(8);
     folder const parent = Here();
-    for (int i = 0; i < 8; ++i) FileNamed(Name(i), parent);
+    for (int i = 0; i < 8; ++i) FileNamed(std::to_string(i), parent);
     EXPECT_THROW(FileNamed("missing", parent), NoSuchObject);
-    for (int i = 0; i < 8; ++i) EXPECT_FALSE(Asks([&] { FileNamed(Name(i), parent); }));
+    for (int i = 0; i < 8; ++i) EXPECT_FALSE(Asks([&] { FileNamed(std::to_string(i), parent); }));
     EXPECT_TRUE(Asks([&] { EXPECT_THROW(FileNamed("missing", parent), NoSuchObject); }));
 }
 

@@ -35,6 +35,12 @@ TEST_F(LookUpsByName, NameThatNoFileHasIsNoSuchObject) {
     }
 }
 
+TEST_F(LookUpsByName, InNoFolderIsNoSuchObjectButForFiles) {
+    EXPECT_THROW(FileNamed("a", folder()), DirectoryNotFoundError);
+    EXPECT_THROW(FolderNamed("a", folder()), NoSuchObject);
+    EXPECT_THROW(ItemNamed("a", folder()), NoSuchObject);
+}
+
 TEST_F(LookUpsByName, TakeAnyBytes) {
     std::string const longest(255, 'x');
     for (std::string const& name : {std::string("caf\xC3\xA9"), std::string("\xFF\xFE"), std::string("a:b"),

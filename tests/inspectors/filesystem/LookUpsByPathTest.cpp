@@ -1,3 +1,6 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "Asking.h"
 
 namespace {
@@ -72,6 +75,54 @@ TEST_F(LookUpsByPath, PathThatLeadsNowhereIsNoSuchObject) {
         EXPECT_THROW(hfs_folder_of_world(Bytes(path), path.size()), NoSuchObject) << path;
         EXPECT_THROW(RelativeHfsFile(path, Here()), NoSuchObject) << path;
     }
+}
+
+TEST_F(LookUpsByPath, LinksAreFollowedUnlessTheyLeadNowhere) {
+    here.Link("to folder", "a/b");
+    here.Link("to file", "to folder/file");
+    here.Link("dangling", "missing");
+    here.Link("loop", "loop");
+    EXPECT_EQ(here.Path("to file"), Path(RelativeFile("to file", Here())));
+    EXPECT_EQ(here.Path("to folder/file"), Path(RelativeFile("to folder/file", Here())));
+    EXPECT_EQ(here.Path("to folder"), Path(RelativeFolder("to folder/", Here())));
+    EXPECT_EQ(here.Path("a"), Path(RelativeFolder("to folder/..", Here())));
+    for (std::string const link : {"dangling", "loop"}) {
+        EXPECT_EQ(here.Path(link), Path(RelativeFile(link, Here())));
+        for (char const* end : {"/", "/.", "/..", "/file"})
+            EXPECT_THROW(RelativeFile(link + end, Here()), NoSuchObject) << link << end;
+    }
+}
+
+// What cannot be opened without waiting is looked up all the same.
+TEST_F(LookUpsByPath, PipesSocketsAndDevicesAreFiles) {
+    ASSERT_EQ(0, mkfifo(here.Path("pipe").c_str(), 0600));
+    ASSERT_EQ(0, mknod(here.Path("socket").c_str(), S_IFSOCK | 0600, 0));
+    for (std::string const& path : {here.Path("pipe"), here.Path("socket"), std::string("/dev/null")}) {
+        file const item = FileAt(path);
+        EXPECT_EQ(path, Path(item));
+        EXPECT_EQ(0u, type_of(item).code);
+    }
+}
+
+TEST_F(LookUpsByPath, FolderThatMayNotBeSearchedHasNoFiles) {
+    TemporaryFolder const outside;
+    outside.MakeFolder("closed");
+    outside.Write("closed/file");
+    ASSERT_EQ(0, chmod(outside.Path("closed").c_str(), 0));
+    uid_t const user = geteuid();
+    if (user == 0) {
+        ASSERT_EQ(0, chmod(outside.Path().c_str(), 0755));
+        ASSERT_EQ(0, seteuid(65534));
+    }
+    folder const closed = FolderAt(outside.Path("closed"));
+    EXPECT_THROW(FileAt(outside.Path("closed/file")), NoSuchObject);
+    EXPECT_THROW(RelativeFile("file", closed), NoSuchObject);
+    EXPECT_THROW(FileNamed("file", closed), NoSuchObject);
+    EXPECT_THROW(ItemNamed("file", closed), FailedToGetFileItem);
+    if (user == 0) {
+        ASSERT_EQ(0, seteuid(user));
+    }
+    ASSERT_EQ(0, chmod(outside.Path("closed").c_str(), 0700));
 }
 
 TEST_F(LookUpsByPath, NulEndsAPath) {

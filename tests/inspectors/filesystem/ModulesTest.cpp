@@ -1,8 +1,11 @@
 // The tables of the modules, row for row.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <span>
 
 #include "RegistrationLog.h"
 #include "Slot.h"
@@ -48,6 +51,12 @@ Rows LookUpRows(std::string const& kind) {
             row("", ":"),
             row("hfs ", ":"),
             row("posix ", ":")};
+}
+
+std::string RootInHfsStyle() {
+    Owned<CFURLRef> const root(NewURL("/"));
+    Owned<CFStringRef> const path(CFURLCopyFileSystemPath(root, kCFURLHFSPathStyle));
+    return NameBytes(path);
 }
 
 Rows operator+(Rows left, Rows const& right) {
@@ -115,29 +124,114 @@ TEST(FileSystemModules, FilesAndFoldersServeAsObjects) {
     EXPECT_EQ("/", Text(slot.Value()));
 }
 
-TEST(FileSystemModules, BarePathsArePosixPaths) {
+// Each row asks the function of its own: only one of the paths leads to the item.
+TEST(FileSystemModules, LookUpsAreThoseOfTheirPhrases) {
     TemporaryFolder const here;
-    here.MakeFolder("a");
-    here.Write("a/b");
-    FilesModule const files;
-    Registration const relative =
-        RegisteredAs("property \"relative file\" \"relative files\" [\"string\"] of \"folder\": \"file\"");
+    here.MakeFolder("a/folder");
+    here.Write("a/file");
     folder const base = FolderAt(here.Path());
-    inspector_string const path(Bytes("a/b"), 3);
-    Slot<file> slot;
-    relative.get(slot, &path, &base, nullptr, relative.context);
-    EXPECT_EQ(here.Path("a/b"), Path(slot.Value()));
-    slot.End();
+    folder const inner = FolderAt(here.Path("a"));
+    folder const sibling = FolderAt(here.Path("a/folder"));
+    FilesModule const files;
+    FoldersModule const folders;
+    FileSystemObjectsModule const objects;
+    struct Row {
+        std::string before;
+        std::string object;
+        folder const* asked;
+        std::string path;
+    };
+    std::string const root = RootInHfsStyle();
+    for (std::string const kind : {"file", "folder", "item"}) {
+        std::string const posix = here.Path("a/" + kind);
+        std::string hfs = root + posix;
+        std::replace(hfs.begin() + static_cast<std::ptrdiff_t>(root.size()), hfs.end(), '/', ':');
+        Row const rows[] = {{"", "folder", &inner, kind},
+                            {"sibling ", "filesystem object", &sibling, kind},
+                            {"relative ", "folder", &base, "a/" + kind},
+                            {"relative hfs ", "folder", &base, "a:" + kind},
+                            {"relative posix ", "folder", &base, "a/" + kind},
+                            {"", "", nullptr, posix},
+                            {"hfs ", "", nullptr, hfs},
+                            {"posix ", "", nullptr, posix}};
+        bool const isItem = kind == "item";
+        if (isItem) here.Write("a/item");
+        for (Row const& row : std::span(rows).first(isItem ? 2 : std::size(rows))) {
+            ClearFileCaches(nullptr);
+            ClearFolderCaches(nullptr);
+            ClearFileSystemObjectCache(nullptr);
+            std::string const phrase = row.before + kind;
+            std::string const of = row.object.empty() ? "" : " of \"" + row.object + "\"";
+            Registration const registration =
+                RegisteredAs("property \"" + phrase + "\" \"" + phrase + "s\" [\"string\"]" + of + ": \"" +
+                             (isItem ? "filesystem object" : kind) + "\"");
+            inspector_string const path(Bytes(row.path), static_cast<std::uint32_t>(row.path.size()));
+            Slot<filesystem_object> slot;
+            registration.get(slot, &path, row.asked, nullptr, registration.context);
+            EXPECT_EQ(posix, Path(slot.Value())) << phrase;
+            EXPECT_EQ(kind == "folder", slot.Value().info.IsFolder()) << phrase;
+            slot.End();
+        }
+    }
 }
+
+TEST(FileSystemModules, TimesTypesAndCreatorsAreThoseOfTheirPhrases) {
+    TemporaryFolder const here;
+    std::string const path = here.Write("file");
+    struct timespec const times[] = {{1'000'000'000, 0}, {1'100'000'000, 0}};
+    ASSERT_EQ(0, utimensat(AT_FDCWD, path.c_str(), times, 0));
+    here.SetAttribute("file", "user.com.apple.FinderInfo", "TEXTttxt" + std::string(24, '\0'));
+    ClearFileCaches(nullptr);
+    file const item = FileAt(path);
+    FilesModule const files;
+    FileSystemObjectsModule const objects;
+    auto const timeOf = [&](std::string const& row) {
+        Registration const registration = RegisteredAs("property " + row);
+        Slot<moment> slot;
+        registration.get(slot, nullptr, &item, nullptr, registration.context);
+        return slot.Value();
+    };
+    std::string const ofTime = kOfObject + "\"time\"";
+    EXPECT_EQ(creation_time_of(item), timeOf("\"creation time\" \"creation times\" " + ofTime + " pure"));
+    EXPECT_EQ(modification_time_of(item),
+              timeOf("\"modification time\" \"modification times\" " + ofTime + " pure"));
+    EXPECT_EQ(january_1_1904_GMT(), timeOf("\"backup time\" \"backup times\" " + ofTime));
+    EXPECT_NE(creation_time_of(item), modification_time_of(item));
+    auto const codeOf = [&](std::string const& row) {
+        Registration const registration = RegisteredAs("property " + row);
+        Slot<std::uint32_t> slot;
+        registration.get(slot, nullptr, &item, nullptr, registration.context);
+        return slot.Value();
+    };
+    EXPECT_EQ(0x54455854u, codeOf("\"type\" \"types\" of \"file\": \"file type\""));
+    EXPECT_EQ(0x74747874u, codeOf("\"creator\" \"creators\" of \"file\": \"file signature\""));
+}
+
+namespace {
+
+// A module's clearing function must make the look-up, which finds what is at `path`, ask again.
+template <class Module, class Look>
+void ExpectToForget(std::string const& path, Look const& look) {
+    Module const module;
+    Registration const cache = RegisteredAs("cache");
+    cache.clear(nullptr);
+    look();
+    std::filesystem::remove(path);
+    EXPECT_NO_THROW(look());
+    cache.clear(nullptr);
+    EXPECT_ANY_THROW(look());
+}
+
+}  // namespace
 
 TEST(FileSystemModules, ClearingForgetsWhatWasLookedUp) {
     TemporaryFolder const here;
-    FilesModule const files;
-    Registration const cache = RegisteredAs("cache");
-    std::string const path = here.Write("file");
-    FileAt(path);
-    std::filesystem::remove(path);
-    EXPECT_EQ(path, Path(FileAt(path)));
-    cache.clear(nullptr);
-    EXPECT_THROW(FileAt(path), NoSuchObject);
+    folder const parent = FolderAt(here.Path());
+    std::string const path = here.Path("name");
+    here.Write("name");
+    ExpectToForget<FilesModule>(path, [&] { FileAt(path); });
+    here.MakeFolder("name");
+    ExpectToForget<FoldersModule>(path, [&] { FolderAt(path); });
+    here.Write("name");
+    ExpectToForget<FileSystemObjectsModule>(path, [&] { ItemNamed("name", parent); });
 }
