@@ -44,11 +44,10 @@ FSRef MakeFSRef(CFURLRef url) {
 
 FSSpec MakeFSSpec(CFURLRef url) {
     FSRef const reference = MakeFSRef(url);
-    FSSpec specification;
-    OSErr const error =
-        FSGetCatalogInfo(&reference, kFSCatInfoNone, nullptr, nullptr, &specification, nullptr);
+    FSSpec fsSpec;
+    OSErr const error = FSGetCatalogInfo(&reference, kFSCatInfoNone, nullptr, nullptr, &fsSpec, nullptr);
     if (error != noErr) throw FailedToGetFileItem(error);
-    return specification;
+    return fsSpec;
 }
 
 AutoCFURL MakeURL(FSRef const& reference) {

@@ -116,9 +116,9 @@ FileLocation MakeRelativeFileLocation(FileLocation const& base, char const* path
     return Resolve(path, encoding, style, base.url);
 }
 
-FileLocation MakeFileLocation(FSSpec const& specification) {
+FileLocation MakeFileLocation(FSSpec const& fsSpec) {
     FSRef reference;
-    if (FSpMakeFSRef(&specification, &reference) != noErr) throw MakeFileLocationFailed();
+    if (FSpMakeFSRef(&fsSpec, &reference) != noErr) throw MakeFileLocationFailed();
     return FileLocation(MakeURL(reference));
 }
 

@@ -78,10 +78,10 @@ file_signature creator_of(file const& object) { return {object.CreatorType()}; }
 
 Fingerprinter& operator<<(Fingerprinter& print, file const& object) {
     FSCatalogInfo const& catalog = object.Info().catalog;
-    FSSpec const specification = MakeFSSpec(object.url);
+    FSSpec const fsSpec = MakeFSSpec(object.url);
     HFSUniStr255 const name = object.Name();
-    FingerprintBytewise(print, FSVolumeRefNum{specification.vRefNum});
-    FingerprintBytewise(print, SInt32{specification.parID});
+    FingerprintBytewise(print, FSVolumeRefNum{fsSpec.vRefNum});
+    FingerprintBytewise(print, SInt32{fsSpec.parID});
     Fingerprint_Byte_Range(print, &name, name.unicode + name.length);
     FingerprintBytewise(print, UInt64{catalog.dataLogicalSize});
     FingerprintBytewise(print, UInt64{catalog.rsrcLogicalSize});

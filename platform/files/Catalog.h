@@ -50,7 +50,7 @@ struct CatalogOptions {
 OSErr FillCatalogInfo(Location const& location, Item const& item, FSCatalogInfoBitmap whichInfo,
                       CatalogOptions options, FSCatalogInfo& info);
 
-/// The number by which specifications and catalog entries name the folder that holds the item at a path; 1
+/// The number by which FSSpecs and catalog entries name the folder that holds the item at a path; 1
 /// for the root.
 UInt32 ParentNumber(std::string const& path);
 /// The number of the volume that an item is on; 0 when it is not listed.

@@ -60,7 +60,7 @@ bool IsStillThere(std::string const& path, FSVolumeRefNum volume, SInt32 number)
     return static_cast<SInt32>(found.item.status.stx_ino) == number && VolumeOf(found.item) == volume;
 }
 
-// The folder that a specification means.
+// The folder that an FSSpec means.
 struct SpecifiedFolder {
     std::string path;
     bool isItem = false;  // it is the specified item itself, whatever name is given: a volume's root

@@ -1,6 +1,6 @@
 #pragma once
 
-// Specifications: a folder's number and a name of at most 31 Mac Roman bytes.
+// FSSpecs: a folder's number and a name of at most 31 Mac Roman bytes.
 
 #include <Carbon/Files.h>
 
@@ -11,11 +11,11 @@
 
 namespace Platform {
 
-/// The name that a specification gives to a file: its own in Mac Roman where that is possible, else
+/// The name that an FSSpec gives to a file: its own in Mac Roman where that is possible, else
 /// `<start>#<inode number in hex><.ext>`.
 std::string SpecName(std::string_view name, UInt32 inode);
 
-/// The specification of a found item; its folder is remembered. A result code: that of a folder which cannot
+/// The FSSpec of a found item; its folder is remembered. A result code: that of a folder which cannot
 /// be looked at any more.
 OSErr MakeSpec(FoundItem const& found, FSSpec& spec);
 

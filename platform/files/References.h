@@ -1,6 +1,6 @@
 #pragma once
 
-// References to files and folders, and the folders that specifications name. Both tables are bounded, so that
+// References to files and folders, and the folders that FSSpecs name. Both tables are bounded, so that
 // memory does not grow with the files that are met.
 
 #include <Carbon/Files.h>
@@ -60,7 +60,7 @@ class ReferenceTable {
     std::uint64_t lastSerial = 0;
 };
 
-/// Remembers the folders that were named last in specifications, by volume and number; a folder that is
+/// Remembers the folders that were named last in FSSpecs, by volume and number; a folder that is
 /// named again counts as named last. Safe from any thread.
 class FolderTable {
   public:

@@ -1,4 +1,4 @@
-// The tables behind references and specifications, with few places.
+// The tables behind references and FSSpecs, with few places.
 
 #include "files/References.h"
 

@@ -1,4 +1,4 @@
-// Specifications: a folder's number and a short name, and back.
+// FSSpecs: a folder's number and a short name, and back.
 
 #include <Platform/Items.h>
 #include <stdlib.h>
@@ -19,7 +19,7 @@ FSSpec SpecOf(std::string const& path) {
 
 std::string NameIn(FSSpec const& spec) { return {spec.name + 1, spec.name + 1 + spec.name[0]}; }
 
-// Where a specification leads: a path, or the code in parentheses.
+// Where an FSSpec leads: a path, or the code in parentheses.
 std::string Target(FSSpec const& spec) {
     FSRef reference;
     OSErr const error = FSpMakeFSRef(&spec, &reference);

@@ -41,7 +41,7 @@ class UStringRef {
 /// Whether two names are the same, unit for unit.
 EVALUATOR_API bool operator==(HFSUniStr255 const& left, HFSUniStr255 const& right);
 
-/// A reference to the item at a URL, and its specification. Throw FailedToGetFileItem when there is none.
+/// A reference to the item at a URL, and its FSSpec. Throw FailedToGetFileItem when there is none.
 EVALUATOR_API FSRef MakeFSRef(CFURLRef url);
 EVALUATOR_API FSSpec MakeFSSpec(CFURLRef url);
 /// The location of a referenced item. Throws FailedToGetFileItem for a stale reference.
@@ -141,8 +141,8 @@ EVALUATOR_API FileLocation MakeFileLocation(char const* path, unsigned long leng
 /// HFS path starts at the folder, with or without ':' in front.
 EVALUATOR_API FileLocation MakeRelativeFileLocation(FileLocation const& base, char const* path,
                                                     unsigned long encoding, CFURLPathStyle style);
-/// The location that a specification names. Throws MakeFileLocationFailed when there is no such item.
-EVALUATOR_API FileLocation MakeFileLocation(FSSpec const& specification);
+/// The location that an FSSpec names. Throws MakeFileLocationFailed when there is no such item.
+EVALUATOR_API FileLocation MakeFileLocation(FSSpec const& fsSpec);
 
 /// The bytes of a name.
 EVALUATOR_API std::string MakeUTF8String(HFSUniStr255 const& name);

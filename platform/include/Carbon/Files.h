@@ -184,7 +184,7 @@ static_assert(sizeof(FSCatalogInfo) == 144 && offsetof(FSCatalogInfo, volume) ==
 #endif
 
 /// What the catalog says of the referenced item. Every output is optional: `catalogInfo` gets the fields of
-/// `whichInfo`, `outName` the item's name ("/" for the root), `fsSpec` its specification, `parentRef` its
+/// `whichInfo`, `outName` the item's name ("/" for the root), `fsSpec` its FSSpec, `parentRef` its
 /// folder (all zero for the root, which no function accepts). fnfErr when the item is gone, errFSBadFSRef for
 /// a stale reference, errFSBadInfoBitmap for bits of `whichInfo` that mean nothing, paramErr for a null
 /// reference, and what the file system says. Attributes and companion files that hold metadata are read only
@@ -216,11 +216,11 @@ PLATFORM_API OSStatus FSPathMakeRefWithOptions(UInt8 const* path, OptionBits opt
 /// errFSNameTooLong when it does not fit, errFSBadFSRef for a stale reference.
 PLATFORM_API OSStatus FSRefMakePath(FSRef const* ref, UInt8* path, UInt32 maxPathSize);
 
-/// A reference to the item that the specification names. The layer remembers the 1024 folders that it last
-/// named in a specification; dirNFErr when the folder is not among them or is gone, fnfErr when it has no
+/// A reference to the item that the FSSpec names. The layer remembers the 1024 folders that it last
+/// named in an FSSpec; dirNFErr when the folder is not among them or is gone, fnfErr when it has no
 /// such item, nsvErr for an unknown volume's root.
 PLATFORM_API OSErr FSpMakeFSRef(FSSpec const* spec, FSRef* newRef);
-/// Fills a specification from its parts; the name is Mac Roman and no path. nsvErr for an unknown volume,
+/// Fills an FSSpec from its parts; the name is Mac Roman and no path. nsvErr for an unknown volume,
 /// dirNFErr for an unknown folder, bdNamErr for a name that is longer than 63 bytes or holds '/' or NUL.
 /// fnfErr when there is no such item; `spec` is filled nevertheless.
 PLATFORM_API OSErr FSMakeFSSpec(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Param fileName,

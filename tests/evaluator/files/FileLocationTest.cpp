@@ -90,13 +90,12 @@ TEST(References, LeadFromUrlsAndBack) {
     EXPECT_THROW(MakeURL(FSRef{}), FailedToGetFileItem);
 }
 
-TEST(Specifications, LeadFromUrlsAndBack) {
+TEST(FSSpecs, LeadFromUrlsAndBack) {
     TemporaryFolder const folder;
     std::string const path = folder.Write("file");
-    FSSpec const specification = MakeFSSpec(At(path).url);
-    EXPECT_EQ(path, Path(MacintoshPlatform::MakeFileLocation(specification)));
+    FSSpec const fsSpec = MakeFSSpec(At(path).url);
+    EXPECT_EQ(path, Path(MacintoshPlatform::MakeFileLocation(fsSpec)));
     unlink(path.c_str());
-    EXPECT_THROW(MacintoshPlatform::MakeFileLocation(specification),
-                 MacintoshPlatform::MakeFileLocationFailed);
+    EXPECT_THROW(MacintoshPlatform::MakeFileLocation(fsSpec), MacintoshPlatform::MakeFileLocationFailed);
     EXPECT_THROW(MakeFSSpec(At(path).url), FailedToGetFileItem);
 }

@@ -35,10 +35,10 @@ TEST_F(Fingerprints, OfAFileAreItsPlaceNameLengthsAndTimes) {
     file const item = FileAt(path);
     Recorder recorder;
     recorder << item;
-    FSSpec const specification = MakeFSSpec(item.url);
+    FSSpec const fsSpec = MakeFSSpec(item.url);
     ASSERT_EQ(7u, recorder.parts.size());
-    EXPECT_EQ(Memory(SInt16{specification.vRefNum}), recorder.parts[0]);
-    EXPECT_EQ(Memory(SInt32{specification.parID}), recorder.parts[1]);
+    EXPECT_EQ(Memory(SInt16{fsSpec.vRefNum}), recorder.parts[0]);
+    EXPECT_EQ(Memory(SInt32{fsSpec.parID}), recorder.parts[1]);
     EXPECT_EQ(Memory(UInt16{4}) + Memory(u'f') + Memory(u'i') + Memory(u'l') + Memory(u'e'),
               recorder.parts[2]);
     EXPECT_EQ(Memory(std::uint64_t{5}), recorder.parts[3]);
