@@ -5,20 +5,14 @@
 #include <fstream>
 
 #include "command/Running.h"
+#include "support/TemporaryFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// A folder of this test's own, gone at the end.
-class Folder {
-  public:
-    Folder() {
-        std::string pattern = fs::temp_directory_path() / "commandXXXXXX";
-        path = mkdtemp(pattern.data());
-    }
-    ~Folder() { fs::remove_all(path); }
-    fs::path path;
+struct Folder : TemporaryFolder {
+    fs::path const path{Path()};
 };
 
 TEST(Command, PrintsOneValueALine) {

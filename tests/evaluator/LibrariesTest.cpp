@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "evaluator/Asking.h"
+#include "support/TemporaryFolder.h"
 
 namespace {
 
@@ -31,14 +32,15 @@ std::string Refused(std::string const& name, std::string const& reasons) {
 // A copy of a library with other rights, gone at the end.
 class Copy {
   public:
-    explicit Copy(std::string const& name) {
-        std::string pattern = std::filesystem::temp_directory_path() / "librariesXXXXXX";
-        folder = mkdtemp(pattern.data());
-        file = folder / (name + ".dylib");
+    explicit Copy(std::string const& name) : folder(home.Path()), file(folder / (name + ".dylib")) {
         std::filesystem::copy(TestLibrary(name), file);
     }
-    ~Copy() { std::filesystem::remove_all(folder); }
-    std::filesystem::path folder, file;
+
+  private:
+    TemporaryFolder home;
+
+  public:
+    std::filesystem::path const folder, file;
 };
 
 TEST(Libraries, LoadUnloadLoadAgainAndReallyUnmap) {
