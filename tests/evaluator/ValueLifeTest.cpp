@@ -2,6 +2,7 @@
 // tests show as well that nothing is used after its end and nothing is lost.
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <thread>
 
@@ -120,6 +121,25 @@ TEST_F(ValueLife, AKeptValueMayBeLetGoOnAnotherThread) {
         return true;
     });
     std::thread([&] { kept.reset(); }).join();
+}
+
+TEST_F(ValueLife, AStreamOfValuesTakesNoMoreMemoryThanAFewOfThem) {
+#ifdef __SANITIZE_ADDRESS__
+    constexpr long mayGrow = 400 << 10;  // KiB; the sanitizer holds freed memory back for a while
+#else
+    constexpr long mayGrow = 2 << 10;  // KiB; a million values at once would take a hundred times that
+#endif
+    auto peak = [] {
+        rusage usage;
+        getrusage(RUSAGE_SELF, &usage);
+        return usage.ru_maxrss;
+    };
+    EXPECT_EQ(Answer("number of (names of ring twins of probes up to 1000) whose (it contains \"77\")"),
+              "19");
+    long const before = peak();
+    EXPECT_EQ(Answer("number of (names of ring twins of probes up to 1000000) whose (it contains \"77\")"),
+              "45739");
+    EXPECT_LT(peak() - before, mayGrow);
 }
 
 TEST_F(ValueLife, AConsumerMayStop) {
