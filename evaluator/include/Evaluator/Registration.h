@@ -16,6 +16,14 @@
 // A library registers while it is being loaded, from the constructors of its static objects, and withdraws
 // from their destructors. A constructor must not throw: nobody could catch it.
 //
+// It is a shared library linked with Evaluator.dylib and compiled with -fno-gnu-unique, without which the
+// loader might keep it mapped for ever. Its file belongs to the user or to root, and nobody else may write
+// it.
+//
+// A value stays where a call has made it, neither copied nor moved, until the destroy function of its own
+// type ends it. The host keeps what the call was given (direct object, index, operands) at least as long, so
+// a value may point into them.
+//
 // Every call returns whether the host accepted it. A caller may ignore that: a library with a registration
 // that was refused is not loaded, and the reason names the library, the kind and the phrase.
 
