@@ -30,13 +30,14 @@ struct InspectorTypeInfo {
     }
 };
 
-/// The record of a type. A base is the name of a type whose layout is a prefix of this one's.
+/// The record of a type. A base, if there is one, is the name of a type whose layout is a prefix of this
+/// one's.
 template <class T, int FingerprintingChoice = 0>
 class TypeRecord : Inspectors::HostArea<kTypeRecordSize> {
     using Info = InspectorTypeInfo<T, FingerprintingChoice>;
 
   public:
-    explicit TypeRecord(char const* name, char const* base = "") {
+    explicit TypeRecord(char const* name, char const* base = nullptr) {
         Register_Type(this, kTypeRecordSize, name, sizeof(T), Info::Destroy, base,
                       Info::RegisteredFingerprint());
     }

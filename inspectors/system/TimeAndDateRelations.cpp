@@ -1,10 +1,10 @@
 // The relations of times of day and of dates, none of which ever returns: each is defined as itself, so a
-// comparison uses up the evaluation's stack and ends the evaluation with an error. That they are registered,
-// and that no order of these types is defined anywhere, is part of what users may rely on.
+// comparison goes on until the stack that it runs on is exhausted. That they are registered, and that no
+// order of these types is defined anywhere, is part of what users may rely on.
 //
-// The calls have to be real ones. An optimiser would make a loop of them, which would hang where an error is
-// meant; so this file is compiled without the optimisation of calls at the end of a function (sources.cmake
-// beside it), and nothing else is in it.
+// The calls have to be real ones. An optimiser would make a loop of them, which would hang instead; so this
+// file is compiled without the optimisation of calls at the end of a function (sources.cmake beside it), and
+// nothing else is in it.
 
 #include "system/TimeAndDate.h"
 

@@ -1,6 +1,8 @@
 // The sizes that the contract between the host and an inspector library gives are those of a 32-bit machine.
 // This file is only compiled, for such a machine, and fails to compile where a size is another.
 
+#include <cstddef>
+
 #include "Evaluator/Context.h"
 #include "Evaluator/Fingerprint.h"
 #include "Evaluator/Values.h"
@@ -15,8 +17,15 @@ static_assert(sizeof(void*) == 4 && sizeof(unsigned long) == 4);
 static_assert(sizeof(inspector_string) == 8 && sizeof(ConstData) == 8 && sizeof(Data) == 8);
 static_assert(sizeof(integer) == 8 && sizeof(boolean) == 4);
 static_assert(sizeof(moment) == 8 && sizeof(time_interval) == 8);
+static_assert(offsetof(inspector_string, bytes) == 0 && offsetof(inspector_string, length) == 4);
 static_assert(sizeof(InspectorYieldContext) == 8);
+static_assert(offsetof(InspectorYieldContext, yieldTimeSlice) == 0 &&
+              offsetof(InspectorYieldContext, trickle) == 4);
 static_assert(sizeof(thetime) == 3 && sizeof(date) == 12);
+static_assert(offsetof(thetime, hour) == 0 && offsetof(thetime, minute) == 1 &&
+              offsetof(thetime, second) == 2);
+static_assert(offsetof(DateRecord, day) == 0 && offsetof(DateRecord, month) == 4 &&
+              offsetof(DateRecord, year) == 8);
 
 // A platform failure: the class's virtual functions and the 32-bit code.
 static_assert(sizeof(OSError) == 8 && sizeof(MemoryFullError) == 8);

@@ -3,18 +3,29 @@
 
 usage: symbols.py INSPECTORS EVALUATOR
 
-The inspector library exports its entry and the two data of the exclusion list and nothing else. No library of ours has
-a GNU-unique symbol, which would keep it mapped for ever.
+The inspector library exports its entry and the two data of the exclusion list and nothing else. The evaluator exports
+every service that an inspector library may call, by the very name and arguments that services.txt lists. No library of
+ours has a GNU-unique symbol, which would keep it mapped for ever.
 """
+import os
 import subprocess
 import sys
 
 
-def symbols(library):
+SERVICES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "services.txt")
+
+
+def symbols(library, *options):
     """Name to type letter, of what the library defines."""
-    lines = subprocess.run(["nm", "-D", "--defined-only", library], stdout=subprocess.PIPE, text=True,
+    lines = subprocess.run(["nm", "-D", "--defined-only", *options, library], stdout=subprocess.PIPE, text=True,
                            check=True).stdout.splitlines()
-    return {line.split()[2]: line.split()[1] for line in lines}
+    return {name: letter for _, letter, name in (line.split(maxsplit=2) for line in lines)}
+
+
+def missing_services(evaluator):
+    offered = symbols(evaluator, "--demangle")
+    with open(SERVICES, encoding="utf-8") as file:
+        return [line for line in file.read().splitlines() if line not in offered]
 
 
 def main():
@@ -25,6 +36,9 @@ def main():
              if not name.startswith(("__asan", "__ubsan", "__odr_asan"))}
     if found != expected:
         faults.append(f"the inspector library exports {found}, not {expected}")
+    missing = missing_services(sys.argv[2])
+    if missing:
+        faults.append("the evaluator does not export " + "; ".join(missing))
     for library, its in ((sys.argv[1], inspectors), (sys.argv[2], evaluator)):
         unique = [name for name, letter in its.items() if letter == "u"]
         if unique:

@@ -42,21 +42,50 @@ TEST(Exceptions, RememberTheCodeThatConstructedThem) {
     EXPECT_EQ(failure.Origin(), assigned.Origin());
 }
 
-TEST(Exceptions, KeepTheirHierarchy) {
-    EXPECT_TRUE((std::is_base_of_v<DebuggableException, NoSuchObject>));
-    EXPECT_TRUE((std::is_base_of_v<DebuggableException, DataOverflow>));
-    EXPECT_TRUE((std::is_base_of_v<DebuggableException, ParsingFailure>));
-    EXPECT_TRUE((std::is_base_of_v<DebuggableException, StringyLengthTooLong>));
-    EXPECT_TRUE((std::is_base_of_v<DebuggableException, ArithmeticOverflow>));
-    EXPECT_TRUE((std::is_base_of_v<DebuggableException, DivisionByZero>));
-    EXPECT_TRUE((std::is_base_of_v<DebuggableException, FileIOError>));
-    EXPECT_TRUE((std::is_base_of_v<FileIOError, FileNotFoundError>));
-    EXPECT_TRUE((std::is_base_of_v<FileIOError, EndOfFileError>));
-    EXPECT_TRUE((std::is_base_of_v<OSError, ProcessError>));
-    EXPECT_TRUE((std::is_base_of_v<FileError, NotAFileError>));
+namespace {
+template <class Base, class... Classes>
+constexpr bool isBaseOfAll = (std::is_base_of_v<Base, Classes> && ...);
+
+// A class of its own: derived from neither root.
+template <class... Classes>
+constexpr bool standAlone = ((!std::is_base_of_v<std::exception, Classes> &&
+                              !std::is_base_of_v<OSError, Classes>)&&...);
+}  // namespace
+
+TEST(Exceptions, OfTheEvaluatorHaveOneRoot) {
+    EXPECT_TRUE((std::is_base_of_v<std::exception, DebuggableException>));
+    EXPECT_TRUE((std::is_base_of_v<MacintoshPlatform::ExceptionDebuggingInfo, DebuggableException>));
+    EXPECT_TRUE((isBaseOfAll<DebuggableException, NoSuchObject, FileIOError, DataOverflow, ParsingFailure,
+                             StringyLengthTooLong, ArithmeticOverflow, DivisionByZero>));
+}
+
+TEST(Exceptions, OfThePlatformHaveAnother) {
+    EXPECT_TRUE((isBaseOfAll<OSError, MemoryError, FileError, ProcessError>));
     EXPECT_TRUE((std::is_base_of_v<MemoryError, MemoryFullError>));
+    EXPECT_TRUE((std::is_base_of_v<FileError, NotAFileError>));
     EXPECT_FALSE((std::is_base_of_v<std::exception, OSError>));
-    EXPECT_FALSE((std::is_base_of_v<std::exception, BadFileNameError>));
+}
+
+TEST(Exceptions, OfReadingFilesHaveTheirOwn) {
+    EXPECT_TRUE(
+        (isBaseOfAll<FileIOError, FileNotFoundError, DirectoryNotFoundError, FileNotOpenError, DiskFullError,
+                     FileLockError, FilePermissionError, FileBusyError, EndOfFileError>));
+}
+
+TEST(Exceptions, OfThePlatformsServicesAndOfInspectorsStandAlone) {
+    EXPECT_TRUE(
+        (standAlone<BadFileNameError, IllegalFileName, IllegalFileNameLength,
+                    CFURLCopyLastPathComponentFailed, CFURLCreateWithFileSystemPathFailed,
+                    CFURLCreateCopyDeletingLastPathComponentFailed, MacintoshPlatform::MakeFileLocationFailed,
+                    MacintoshPlatform::FailedToGetFileItem, MacintoshPlatform::CannotCreateSpecialFolder>));
+    EXPECT_TRUE((
+        standAlone<CFBundleGetInfoDictionaryFailed, CFBundleGetLocalInfoDictionaryFailed,
+                   CFDictionaryGetValueIfPresentFailed, DictionaryCreateFromXMLDataFailed, GenericCFCastError,
+                   KeyNotFoundInLine, FileReadingLoopEndOfFileError, VersionDataOutOfBounds>));
+}
+
+TEST(CFCastErrors, AreCaughtWhateverTheTypeThatWasWanted) {
+    EXPECT_THROW(throw CFCastError<struct __CFString const*>(), GenericCFCastError);
 }
 
 TEST(FileIOErrors, CarryADetailWord) {

@@ -78,6 +78,21 @@ TEST_F(ValueLife, WhatConstructAskedForStaysUntilTheStateHasEnded) {
     EXPECT_EQ(Answer("hoards of probes up to 3"), "");
 }
 
+TEST_F(ValueLife, AnIterationWithoutValuesEndsItsStateToo) {
+    EXPECT_EQ(Answer("ids of probes up to 0"), "");
+    EXPECT_EQ(Answer("living walk"), "0");
+}
+
+TEST_F(ValueLife, TheEvaluationsContextCarriesTheYieldHooks) {
+    auto compiled = Evaluator::Query::Compile("probe 1");
+    bool found = false;
+    compiled.query->Run([&](Evaluator::Result const&) {
+        found = dynamic_cast<InspectorYieldContext*>(Get_Generic_Inspector_Context()) != nullptr;
+        return true;
+    });
+    EXPECT_TRUE(found);
+}
+
 TEST_F(ValueLife, AConsumerMayLetGoOfItsQuery) {
     auto compiled = Evaluator::Query::Compile("names of probes up to 3");
     int count = 0;

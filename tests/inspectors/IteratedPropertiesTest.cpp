@@ -15,6 +15,10 @@ struct Limit {
 int statesAlive;
 int steps;
 
+// Where an iterator stands that has not been asked for its first value: a Next in First's place finds
+// nothing.
+constexpr long long beforeFirst = 1000;
+
 class CountingIterator {
   public:
     CountingIterator() { ++statesAlive; }
@@ -37,7 +41,7 @@ class CountingIterator {
     }
 
   private:
-    long long position = 0;
+    long long position = beforeFirst;
 };
 
 // Steps that are chosen by the record; the ones that count are virtual.
@@ -66,7 +70,7 @@ class SteppingIterator {
     }
 
   private:
-    long long position = 0;
+    long long position = beforeFirst;
 };
 
 class NegatingIterator : public SteppingIterator {

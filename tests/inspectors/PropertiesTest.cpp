@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <string>
+
 #include "RegistrationLog.h"
 #include "Slot.h"
 #include "frame/Types.h"

@@ -67,7 +67,7 @@ void ForgetWithdrawn() { withdrawn.clear(); }
 bool Register_Type(void* record, unsigned long recordSize, char const* name, unsigned long valueSize,
                    DestroyFunction destroy, char const* base, FingerprintFunction fingerprint) {
     Registration one;
-    one.row = "type" + Quoted(name) + Optional(" based on ", base);
+    one.row = "type" + Quoted(name) + (base == nullptr ? "" : " based on" + Quoted(base));
     one.record = record;
     one.recordSize = recordSize;
     one.valueSize = valueSize;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <deque>
 #include <memory>
 #include <vector>
@@ -138,6 +139,49 @@ TEST(SharingLink, IsAloneUntilItIsCopiedAndAgainAfterwards) {
         EXPECT_FALSE(copy.IsAlone());
     }
     EXPECT_TRUE(link.IsAlone());
+}
+
+namespace {
+
+// The two neighbours of a link as they lie in memory: the next one, then the previous one.
+struct Neighbours {
+    SharingLink const* next;
+    SharingLink const* prev;
+    friend bool operator==(Neighbours const&, Neighbours const&) = default;
+};
+
+Neighbours NeighboursOf(SharingLink const& link) {
+    static_assert(sizeof(Neighbours) == sizeof(SharingLink));
+    Neighbours neighbours;
+    std::memcpy(&neighbours, static_cast<void const*>(&link), sizeof neighbours);
+    return neighbours;
+}
+
+}  // namespace
+
+TEST(SharingLink, JoinsDirectlyAfterTheOther) {
+    SharingLink const first;
+    EXPECT_EQ((Neighbours{&first, &first}), NeighboursOf(first));
+    SharingLink const third(first);
+    {
+        SharingLink const second(first);
+        EXPECT_EQ((Neighbours{&second, &third}), NeighboursOf(first));
+        EXPECT_EQ((Neighbours{&third, &first}), NeighboursOf(second));
+        EXPECT_EQ((Neighbours{&first, &second}), NeighboursOf(third));
+    }
+    EXPECT_EQ((Neighbours{&third, &third}), NeighboursOf(first));
+    EXPECT_EQ((Neighbours{&first, &first}), NeighboursOf(third));
+}
+
+TEST(SharingLink, AssignedLeavesItsRingAndStandsDirectlyAfterTheOther) {
+    SharingLink moving;
+    SharingLink const left(moving);
+    SharingLink const first;
+    SharingLink const last(first);
+    moving = first;
+    EXPECT_EQ((Neighbours{&left, &left}), NeighboursOf(left));
+    EXPECT_EQ((Neighbours{&last, &first}), NeighboursOf(moving));
+    EXPECT_EQ((Neighbours{&moving, &last}), NeighboursOf(first));
 }
 
 TEST(SharingLink, SwapExchangesTheRings) {

@@ -161,7 +161,32 @@ class EVALUATOR_API FailedToGetFileItem {
   private:
     std::int32_t code;
 };
+/// A special folder that the platform does not know or cannot make.
+class EVALUATOR_API CannotCreateSpecialFolder {};
 }  // namespace MacintoshPlatform
+
+// Failures of inspectors. They have no base class either; most are caught where an inspector turns them into
+// another answer.
+
+/// A bundle has no information dictionary.
+class EVALUATOR_API CFBundleGetInfoDictionaryFailed {};
+/// A bundle has no information dictionary of the user's language.
+class EVALUATOR_API CFBundleGetLocalInfoDictionaryFailed {};
+/// A dictionary has no entry of that key.
+class EVALUATOR_API CFDictionaryGetValueIfPresentFailed {};
+/// Data that is no XML of a property list, or of one whose root is not a dictionary.
+class EVALUATOR_API DictionaryCreateFromXMLDataFailed {};
+/// A property-list value is not of the type that was wanted, whichever that was.
+class EVALUATOR_API GenericCFCastError {};
+/// A property-list value is not of this type of reference.
+template <class Reference>
+class EVALUATOR_API CFCastError : public GenericCFCastError {};
+/// A line of text does not hold the key that was looked for.
+class EVALUATOR_API KeyNotFoundInLine {};
+/// The end of the file was reached before that of the range that was to be read.
+class EVALUATOR_API FileReadingLoopEndOfFileError {};
+/// A number of a version is larger than its field.
+class EVALUATOR_API VersionDataOutOfBounds {};
 
 /// Throws the host's exception for a platform error code: MemoryFullError for -108, NotAFileError for -1302,
 /// OSError with the code for any other. Never returns.

@@ -5,14 +5,24 @@
 //
 // A registration names a record: an object of the library that lives from load to unload and whose address is
 // the registration's identity. A record begins with an area that is the host's alone; its size is the second
-// argument of the call and must be the one given here. The record is handed back as the last argument of
-// every call that the host makes, so that one adapter can serve many registrations. The host calls none of
-// the functions from inside a registration call.
+// argument of the call and must be the one given here. The `context`, which is the record's address again, is
+// handed back as the last argument of every call that the host makes, so that one adapter can serve many
+// registrations. The host calls none of the functions from inside a registration call.
 //
 // Types are named by text, and a name may be that of a type which another module, or another library,
-// registers later; an empty text means none. Phrases and type names must stay readable during the call only.
+// registers later; an empty text, or null, means none. Phrases and type names must stay readable during the
+// call only.
 //
-// // A library's constructors must not throw: nobody could catch it.
+// A library registers while it is being loaded, from the constructors of its static objects, and withdraws
+// from their destructors. A constructor must not throw: nobody could catch it.
+//
+// It is a shared library linked with Evaluator.dylib and compiled with -fno-gnu-unique, without which the
+// loader might keep it mapped for ever. Its file belongs to the user or to root, and nobody else may write
+// it.
+//
+// A value stays where a call has made it, neither copied nor moved, until the destroy function of its own
+// type ends it. The host keeps what the call was given (direct object, index, operands) at least as long, so
+// a value may point into them.
 //
 // Every call returns whether the host accepted it. A caller may ignore that: a library with a registration
 // that was refused is not loaded, and the reason names the library, the kind and the phrase.
@@ -65,8 +75,8 @@ using DependencyFunction = void (*)(Fingerprinter&);
 using ClearCacheFunction = void (*)(void*);
 
 /// Registers a type by its name. `valueSize` is the number of bytes of a value; `destroy` may be null for
-/// values that need no end; `base` is empty, or names a type whose layout is a prefix of this one's, so that
-/// a value of this type serves wherever the base is expected; `fingerprint` may be null.
+/// values that need no end; `base` is null, or names a type whose layout is a prefix of this one's, so that a
+/// value of this type serves wherever the base is expected; `fingerprint` may be null.
 EVALUATOR_API bool Register_Type(void* record, unsigned long recordSize, char const* name,
                                  unsigned long valueSize, DestroyFunction destroy, char const* base,
                                  FingerprintFunction fingerprint);
