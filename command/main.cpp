@@ -22,7 +22,7 @@ void PrintLine(std::string const& text) {
     std::fputc('\n', stdout);
 }
 
-// // Values are seen as they come also through a pipe, where standard output is not flushed at every line.
+// Values are seen as they come also through a pipe, where standard output is not flushed at every line.
 void FlushNowAndThen() {
     using Clock = std::chrono::steady_clock;
     static Clock::time_point last;

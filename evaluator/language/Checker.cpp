@@ -14,7 +14,7 @@ namespace {
 
 std::string Quoted(std::string_view text) { return fmt::format("\"{}\"", text); }
 
-// // An unknown phrase may be as long as a query.
+// An unknown phrase may be as long as a query.
 std::string Shortened(std::string const& phrase) {
     constexpr std::size_t enough = 80;
     return phrase.size() <= enough ? phrase : phrase.substr(0, enough) + "…";

@@ -8,9 +8,6 @@
 
 namespace Evaluator {
 
-/// A cursor over one value; null for none.
-inline CursorPointer OneValue(ValueRef value);
-
 /// Asks something of one object after the other. An object of which there is no such thing adds nothing.
 class EachOf : public Cursor {
   public:
@@ -51,6 +48,7 @@ class OneValueCursor : public Cursor {
     ValueRef only;
 };
 
+/// A cursor over one value; null for none.
 inline CursorPointer OneValue(ValueRef value) {
     return value ? std::make_unique<OneValueCursor>(std::move(value)) : nullptr;
 }

@@ -127,7 +127,7 @@ class CollectionCursor : public Cursor {
     CollectionCursor(Collection const& collection, bool asPlural)
         : collection(collection), asPlural(asPlural) {}
 
-    // // In a step, and asked as if plural, a member that is absent adds nothing and the next one is asked.
+    // In a step, and asked as if plural, a member that is absent adds nothing and the next one is asked.
     Step Next(Evaluation& evaluation, ValueRef& value) override {
         for (;;) {
             Step step = Step::absent;

@@ -67,7 +67,7 @@ class Registry {
 
     Entries entries;
     std::unordered_map<void*, Entries::iterator> byRecord;
-    std::unordered_map<std::string, Entry const*> byIdentity;  ///< see Identities in Registry.cpp
+    std::unordered_map<std::string, Entry const*> byIdentity;  ///< see Entry::Identities
     std::vector<std::string> problems;
     Library* registering = nullptr;
     std::uint64_t revision = 0;

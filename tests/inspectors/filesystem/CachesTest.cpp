@@ -87,17 +87,17 @@ TEST_F(Caches, AreClearedByTheirKinds) {
     };
     auto const asking = [&] {
         std::string result;
-        for (auto const& look : lookUpsOfEachKind) result += Asks(look) ? 'X' : '-';
+        for (auto const& look : lookUpsOfEachKind) result += Asks(look) ? '+' : '-';
         return result;
     };
-    EXPECT_EQ("XXXXXXX", asking());
+    EXPECT_EQ("+++++++", asking());
     EXPECT_EQ("-------", asking());
     ClearFileCaches(nullptr);
-    EXPECT_EQ("XXX----", asking());
+    EXPECT_EQ("+++----", asking());
     ClearFolderCaches(nullptr);
-    EXPECT_EQ("---XXX-", asking());
+    EXPECT_EQ("---+++-", asking());
     ClearFileSystemObjectCache(nullptr);
-    EXPECT_EQ("------X", asking());
+    EXPECT_EQ("------+", asking());
 }
 
 TEST_F(Caches, ClearedKeepTheirItemsUntilTheSlotIsUsedAgain) {
