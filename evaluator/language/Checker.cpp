@@ -94,7 +94,7 @@ class Checker {
         type->library = Core("string")->library;
         type->size = fields.size() * sizeof(Value*);
         for (TypeEntry const* field : fields) type->name += (type->name.empty() ? "(" : ", ") + field->name;
-        if (type->name.size() > kLimits.tupleName) type->name.resize(kLimits.tupleName);
+        if (type->name.size() > kTupleName) type->name.resize(kTupleName);
         type->name += ")";
         type->fields = std::move(fields);
         return *checked.tupleTypes.emplace_back(std::move(type));

@@ -15,25 +15,29 @@ class EachOf : public Cursor {
 
     Step Next(Evaluation& evaluation, ValueRef& value) final {
         for (;;) {
-            if (inner) {
-                Step step = inner->Next(evaluation, value);
-                if (step == Step::value) return step;
-                inner.reset();
-                if (step == Step::absent && !evaluation.MayPassAbsence()) return step;
-            }
-            ValueRef object;
-            if (Step step = objects->Next(evaluation, object); step != Step::value) return step;
-            inner = OpenOn(evaluation, object);
-            if (!inner && !evaluation.MayPassAbsence()) return Step::absent;
+            Step step = inner ? inner->Next(evaluation, value) : Step::end;
+            if (step == Step::value) return step;
+            inner.reset();
+            if (step == Step::absent && !evaluation.MayPassAbsence()) return step;
+            if (step = objects->Next(evaluation, object); step != Step::value) return step;
+            if (step = Of(evaluation, object, value, inner); step == Step::value) return step;
+            if (step == Step::absent && !evaluation.MayPassAbsence()) return step;
         }
     }
 
   protected:
-    /// The values that one object contributes; null when it is absent.
-    virtual CursorPointer OpenOn(Evaluation& evaluation, ValueRef const& object) = 0;
+    /// What one object contributes: one value, or absence, or `end` with a cursor over any number of values
+    /// in `more`.
+    virtual Step Of(Evaluation& evaluation, ValueRef const& object, ValueRef& value, CursorPointer& more) = 0;
+    /// For Of: the values of a cursor that was opened; null is absence.
+    static Step AllOf(CursorPointer opened, CursorPointer& more) {
+        more = std::move(opened);
+        return more ? Step::end : Step::absent;
+    }
 
   private:
     CursorPointer objects, inner;
+    ValueRef object;
 };
 
 class OneValueCursor : public Cursor {

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <mutex>
 #include <new>
@@ -16,6 +17,7 @@
 #include "core/Core.h"
 #include "language/Checker.h"
 #include "registry/Libraries.h"
+#include "stack/EvaluationStack.h"
 
 namespace Evaluator {
 namespace {
@@ -24,8 +26,8 @@ namespace {
 
 // Held by whoever evaluates, checks, loads or lets go of something that lives in inspector libraries. The
 // thread that holds it may come back, as a consumer does that lets go of a kept value.
-std::recursive_mutex evaluationLock;
-using Locked = std::lock_guard<std::recursive_mutex>;
+std::recursive_timed_mutex evaluationLock;
+using Locked = std::unique_lock<std::recursive_timed_mutex>;
 
 // ---- Uses of libraries
 
@@ -65,92 +67,159 @@ struct CompiledQuery {
     Uses const uses;
 };
 
+// Runs `function` on the evaluation's stack. Returns false where the stack was given up; then nothing that
+// the function owned is there any more, but for the values that were kept. What it throws passes through.
+template <class Function>
+bool OnEvaluationStack(std::size_t bytes, Function const& function) {
+    struct Errand {
+        Function const& function;
+        std::exception_ptr failure;
+    } errand{function, nullptr};
+    auto run = [](void* argument) {
+        auto& errand = *static_cast<Errand*>(argument);
+        try {
+            errand.function();
+        } catch (...) {
+            errand.failure = std::current_exception();
+        }
+    };
+    EvaluationStack& stack = EvaluationStack::Instance();
+    bool finished = stack.Run(bytes, run, &errand);
+    if (errand.failure) std::rethrow_exception(errand.failure);
+    if (finished) return true;
+    ForgetOwners();
+    FreeAllOwned();
+    while (!stack.Run(
+        bytes, [](void*) { EndForgotten(); }, nullptr)) {
+    }
+    return false;
+}
+
+// A value that outlives its evaluation, what it tells, and the query, whose literals it may point at.
 struct KeptValue {
-    KeptValue(std::shared_ptr<CompiledQuery> query, ValueRef value)
-        : query(std::move(query)), value(std::move(value)) {}
+    KeptValue(std::shared_ptr<CompiledQuery> query, Value* value, Result const& told)
+        : query(std::move(query)), value(value), result(told) {
+        ++value->references;
+        ++value->keeps;
+    }
     ~KeptValue() {
         Locked locked(evaluationLock);
-        value = {};
+        --value->keeps;
+        if (EvaluationStack::Instance().IsCurrent())
+            Release(value);
+        else
+            OnEvaluationStack(Limits().stackBytes, [&] { Release(value); });
         query.reset();
     }
+    KeptValue(KeptValue const&) = delete;
+    KeptValue& operator=(KeptValue const&) = delete;
+
     std::shared_ptr<CompiledQuery> query;
-    ValueRef value;
+    Value* const value;
+    Result const result;
 };
 
 // Hands the values of one evaluation to a consumer.
 class QueryRun {
   public:
-    QueryRun(std::shared_ptr<CompiledQuery> const& query, Consumer const& consumer)
+    QueryRun(std::shared_ptr<CompiledQuery> const& query, Consumer const& consumer, RunOptions const& options,
+             std::chrono::steady_clock::time_point begun)
         : query(query),
           checked(*query->checked),
           consumer(consumer),
-          evaluation(checked.bindings, checked.literals) {}
+          stackBytes(options.limits.stackBytes),
+          evaluation(checked.bindings, checked.literals, options, begun) {
+        result.query = &this->query;
+    }
 
     // What the consumer throws passes through; nothing else does.
     std::optional<Problem> Run() {
-        try {
-            return RunGuarded();
-        } catch (EvaluationError const& error) {
-            return error.problem;
-        } catch (ConsumerFailure const& failure) {
-            std::rethrow_exception(failure.exception);
-        } catch (MemoryFullError const&) {
-            return OutOfMemory();
-        } catch (std::bad_alloc const&) {
-            return OutOfMemory();
+        std::optional<Problem> problem;
+        bool finished = OnEvaluationStack(stackBytes, [&] {
+            problem = RunGuarded();
+            evaluation.LetGo();
+        });
+        if (!finished) {
+            evaluation.Forget();
+            problem = evaluation.WhyGivenUp();
         }
+        if (consumerFailure) std::rethrow_exception(consumerFailure);
+        if (Entry const* entry = TakeFailureToEnd(); entry && !problem)
+            problem = Problem{ProblemKind::evaluation,
+                              checked.root->range,
+                              fmt::format("{}: {}: it threw an exception where a value ends",
+                                          entry->library->name, entry->Describe()),
+                              {}};
+        return problem;
     }
 
   private:
-    struct ConsumerFailure {
-        std::exception_ptr exception;
-    };
-
-    Problem OutOfMemory() const { return {ProblemKind::limit, checked.root->range, "out of memory", {}}; }
+    struct ConsumerFailed {};
 
     std::optional<Problem> RunGuarded() {
+        try {
+            return Deliver();
+        } catch (EvaluationError const& error) {
+            return error.problem;
+        } catch (ConsumerFailed const&) {
+            return std::nullopt;
+        } catch (MemoryFullError const&) {
+        } catch (std::bad_alloc const&) {
+        }
+        return Problem{ProblemKind::limit, checked.root->range, "out of memory", {}};
+    }
+
+    std::optional<Problem> Deliver() {
         evaluation.ClearCaches(checked.root->range);
         CursorPointer cursor = checked.root->Open(evaluation);
         ValueRef value;
         Cursor::Step step = Cursor::Step::absent;
-        while (cursor && (step = cursor->Next(evaluation, value)) == Cursor::Step::value)
-            if (!Deliver(value)) return std::nullopt;
+        while (cursor && (step = cursor->Next(evaluation, value)) == Cursor::Step::value) {
+            evaluation.CheckIn(checked.root->range);
+            if (!consumer) continue;
+            checked.shown.Show(evaluation, value, checked.root->range, result);
+            if (!Consume()) return std::nullopt;
+        }
         if (step == Cursor::Step::end) return std::nullopt;
         return AsProblem(evaluation.absence);
     }
 
-    bool Deliver(ValueRef const& value) {
-        Result result;
-        result.text = checked.shown.Text(evaluation, value, checked.root->range);
-        result.value = value.Get();
-        result.query = &query;
-        if (!consumer) return true;
+    bool Consume() {
+        EvaluationStack::Foreign foreign;
         try {
             return consumer(result);
         } catch (...) {
-            throw ConsumerFailure{std::current_exception()};
+            consumerFailure = std::current_exception();
         }
+        throw ConsumerFailed();
     }
 
     std::shared_ptr<CompiledQuery> const query;  // the consumer may let go of the Query
     CheckedQuery const& checked;
     Consumer const& consumer;
+    std::size_t const stackBytes;
     Evaluation evaluation;
+    Result result;  // of one value after the other
+    std::exception_ptr consumerFailure;
 };
 
 // ---- Results
 
+ValueKind Result::Kind() const { return kind; }
 std::string Result::TypeName() const { return static_cast<Value const*>(value)->type->name; }
+std::string const& Result::Text() const { return text; }
+std::int64_t Result::Number() const { return number; }
+std::vector<Result> const& Result::Fields() const { return fields; }
 
-std::shared_ptr<KeptValue> Result::Keep() const {
-    auto* kept = static_cast<Value*>(value);
-    ++kept->references;
-    return std::make_shared<KeptValue>(*query, ValueRef::Adopt(kept));
+std::shared_ptr<Result const> Result::Keep() const {
+    Locked locked(evaluationLock);
+    auto kept = std::make_shared<KeptValue>(*query, static_cast<Value*>(value), *this);
+    return {kept, &kept->result};
 }
 
 // ---- Queries
 
-Query::Compiled Query::Compile(std::string_view text) {
+Query::Compiled Query::Compile(std::string_view text, [[maybe_unused]] Limits const& limits) {
     Locked locked(evaluationLock);
     RegisterCore();
     Compiled result;
@@ -167,13 +236,42 @@ Query::~Query() = default;
 bool Query::IsPlural() const { return compiled->checked->root->plural; }
 std::string Query::TypeName() const { return compiled->checked->root->type->name; }
 
-std::optional<Problem> Query::Run(Consumer const& consumer) const {
-    Locked locked(evaluationLock);
+namespace {
+
+// Waits for the lock, as long as the options allow. Returns the problem when they do not.
+std::optional<Problem> Wait(Locked& locked, RunOptions const& options, Range where,
+                            std::chrono::steady_clock::time_point begun) {
+    constexpr std::chrono::milliseconds betweenLooks{10};
+    while (!locked.try_lock_for(betweenLooks)) {
+        if (options.cancellation && options.cancellation->IsRequested())
+            return Problem{ProblemKind::cancelled, where, "the evaluation was cancelled", {}};
+        if (options.limits.time.count() > 0 &&
+            std::chrono::steady_clock::now() - begun >= options.limits.time)
+            return Problem{ProblemKind::limit, where,
+                           "the time limit was reached while another query was being evaluated",
+                           "allow more time"};
+    }
+    return std::nullopt;
+}
+
+RunOptions WithinBounds(RunOptions options) {
+    options.limits.stackBytes =
+        std::clamp<std::size_t>(options.limits.stackBytes, std::size_t{2} << 20, std::size_t{1} << 30);
+    return options;
+}
+
+}  // namespace
+
+std::optional<Problem> Query::Run(Consumer const& consumer, RunOptions const& asked) const {
+    auto const begun = std::chrono::steady_clock::now();
+    RunOptions const options = WithinBounds(asked);
+    Range const all = compiled->checked->root->range;
+    Locked locked(evaluationLock, std::defer_lock);
+    if (auto problem = Wait(locked, options, all, begun)) return problem;
     if (Evaluation::Running())
-        return Problem{ProblemKind::evaluation, compiled->checked->root->range,
-                       "another query is being evaluated",
+        return Problem{ProblemKind::evaluation, all, "another query is being evaluated",
                        "a consumer that is being handed a value cannot start a query"};
-    return QueryRun(compiled, consumer).Run();
+    return QueryRun(compiled, consumer, options, begun).Run();
 }
 
 // ---- Libraries
@@ -225,16 +323,24 @@ std::vector<std::string> LoadedLibraries() {
     return names;
 }
 
-std::vector<RegistrationInfo> Registrations() {
+namespace {
+
+std::vector<RegistrationInfo> Registered(bool withCore) {
     Locked locked(evaluationLock);
+    if (withCore) RegisterCore();
     std::vector<RegistrationInfo> infos;
     for (auto const& entry : Registry::Instance().All()) {
-        if (entry->library->IsCore()) continue;
+        if (entry->library->IsCore() && !withCore) continue;
         infos.push_back(entry->Info());
         infos.back().library = entry->library->name;
     }
     return infos;
 }
+
+}  // namespace
+
+std::vector<RegistrationInfo> Registrations() { return Registered(false); }
+std::vector<RegistrationInfo> AllRegistrations() { return Registered(true); }
 
 char const* Version() { return ZELQ_VERSION; }
 

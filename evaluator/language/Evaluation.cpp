@@ -1,16 +1,26 @@
 #include "language/Evaluation.h"
 
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
 #include <chrono>
 #include <new>
 #include <utility>
 
 #include "Evaluator/Exceptions.h"
+#include "Platform/Items.h"
 #include "language/Failures.h"
+#include "stack/EvaluationStack.h"
 
 namespace Evaluator {
 namespace {
 
 thread_local Evaluation* running = nullptr;
+// The same for whoever asks from another thread.
+std::atomic<Evaluation*> present{nullptr};
+
+// Thrown into an inspector that is to stop. Whether it arrives does not matter.
+struct EvaluationStopped {};
 
 moment PresentMoment() {
     auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
@@ -23,111 +33,219 @@ void Keep(Value& value, ValueRef const& first, ValueRef const& second) {
     if (!value.type->selfContained) KeepSources(value, first.Get(), second.Get());
 }
 
+std::optional<std::chrono::steady_clock::time_point> Deadline(std::chrono::steady_clock::time_point begun,
+                                                              std::chrono::nanoseconds time) {
+    using Clock = std::chrono::steady_clock;
+    if (time.count() <= 0) return std::nullopt;
+    return time < Clock::time_point::max() - begun ? begun + time : Clock::time_point::max();
+}
+
 }  // namespace
 
 Evaluation* Evaluation::Running() { return running; }
 
-Evaluation::Evaluation(std::size_t bindingCount, std::size_t literalCount)
-    : bindings(bindingCount), literals(literalCount), now(PresentMoment()) {
+Evaluation::Evaluation(std::size_t bindingCount, std::size_t literalCount, RunOptions const& options,
+                       std::chrono::steady_clock::time_point begun)
+    : bindings(bindingCount),
+      literals(literalCount),
+      now(PresentMoment()),
+      limits(options.limits),
+      cancellation(options.cancellation),
+      deadline(Deadline(begun, options.limits.time)),
+      watched(cancellation || deadline),
+      floor(EvaluationStack::Instance().Floor()) {
+    yieldTimeSlice = trickle = &GiveTime;
     running = this;
+    present = this;
+    PlatformSetCheckIn(&MayLookUp);
+}
+
+Evaluation::~Evaluation() {
+    PlatformSetCheckIn(nullptr);
+    present = nullptr;
+    running = nullptr;
+}
+
+void Evaluation::LetGo() {
+    bindings.clear();
+    literals.clear();
+}
+
+void Evaluation::Forget() {
+    for (auto* values : {&bindings, &literals})
+        for (ValueRef& value : *values) value.Detach();
+    LetGo();
 }
 
 void Evaluation::ClearCaches(Range where) {
     for (auto const& entry : Registry::Instance().All()) {
         if (entry->kind != EntryKind::cache) continue;
+        calling = where;
         try {
             static_cast<CacheEntry const&>(*entry).clear(nullptr);
         } catch (...) {
+            CheckIn(where);
             throw EvaluationError{FailureOf(*entry, where)};
         }
+        CheckIn(where);
     }
 }
 
-Evaluation::~Evaluation() {
-    bindings.clear();
-    literals.clear();
-    running = nullptr;
+// ---- Stopping
+
+bool Evaluation::ShouldStop() {
+    if (stopReason.load(std::memory_order_relaxed) != StopReason::none) return true;
+    if (cancellation && cancellation->IsRequested())
+        stopReason = StopReason::cancelled;
+    else if (deadline && std::chrono::steady_clock::now() >= *deadline)
+        stopReason = StopReason::time;
+    else
+        return false;
+    return true;
 }
 
-// Calls an inspector that makes `made`, whose memory is what it asks for meanwhile. Returns whether it made
-// it.
+Problem Evaluation::WhyStopped(Range where) const {
+    switch (stopReason) {
+        case StopReason::time:
+            return {ProblemKind::limit, where,
+                    fmt::format("the time limit of {} s was reached",
+                                std::chrono::duration<double>(limits.time).count()),
+                    "allow more time, or ask for less"};
+        case StopReason::inspectorMemory:
+            return {ProblemKind::limit, where,
+                    fmt::format("inspectors want more than {} bytes of memory at one time",
+                                limits.inspectorMemory),
+                    "ask about fewer or smaller things at once"};
+        default:
+            return {ProblemKind::cancelled, where, "the evaluation was cancelled", {}};
+    }
+}
+
+void Evaluation::Stop(Range where) const { throw EvaluationError{WhyStopped(where)}; }
+
+Problem Evaluation::WhyGivenUp() const {
+    if (stopReason != StopReason::none) return WhyStopped(calling);
+    return {ProblemKind::evaluation, calling, "the evaluation ran out of stack",
+            fmt::format("its limit is {} bytes, and what is marked here recurses deeper", limits.stackBytes)};
+}
+
+void Evaluation::InsistOnStopping() {
+    constexpr int patience = 1000;
+    EvaluationStack& stack = EvaluationStack::Instance();
+    if (stack.IsCurrent() && ++timesRefused > patience) stack.GiveUp();
+}
+
+void Evaluation::GiveTime(InspectorContext* context) {
+    auto& evaluation = static_cast<Evaluation&>(*context);
+    if (!evaluation.ShouldStop()) return;
+    evaluation.InsistOnStopping();
+    // Where lives end nothing may be thrown.
+    if (evaluation.making) throw EvaluationStopped();
+}
+
+unsigned char Evaluation::MayLookUp() {
+    Evaluation* evaluation = present;
+    if (!evaluation || !evaluation->ShouldStop()) return true;
+    evaluation->InsistOnStopping();
+    return false;
+}
+
+// ---- Calling inspectors
+
+// Calls an inspector that constructs `made`; the memory that it asks for meanwhile is `owner`'s. Returns
+// whether it made it.
 template <class Call>
-bool Evaluation::Guarded(Holder& made, Entry const& entry, Range where, Call const& call) {
-    struct Making {
-        Making(Holder*& place, Holder* holder) : place(place), before(std::exchange(place, holder)) {}
-        ~Making() { place = before; }
-        Holder*& place;
-        Holder* before;
-    } scope(making, &made);
-    MemoryBlock* const before = made.memory;
+bool Evaluation::Guarded(Holder& owner, Holder& made, Entry const& entry, Range where, Call const& call) {
+    calling = where;
+    if (static_cast<char const*>(__builtin_frame_address(0)) < floor) [[unlikely]]
+        throw EvaluationError{WhyGivenUp()};
+    MemoryBlock* const before = owner.memory;
+    making = &owner;
     try {
         call();
+        making = nullptr;
+        made.alive = true;
+        CheckIn(where);
         return true;
     } catch (NoSuchObject const&) {
+        making = nullptr;
+        CheckIn(where);
         Absent(where);
+    } catch (EvaluationError const&) {
+        throw;
     } catch (...) {
+        making = nullptr;
+        CheckIn(where);
         std::optional<std::string> missing = MissingItem();
         if (!missing) throw EvaluationError{FailureOf(entry, where)};
         absence = {Absence::Kind::missingItem, where, std::move(*missing)};
     }
-    made.FreeMemory(before);
+    owner.FreeMemory(before);
     return false;
 }
 
-ValueRef Evaluation::Ask(PropertyEntry const& property, TypeEntry const& result, ValueRef const& object,
-                         ValueRef const& index, Range where) {
-    ValueRef value = NewValue(result);
-    value->alive = Guarded(*value, property, where, [&] {
+void* Evaluation::Allocate(std::size_t size) {
+    if (!making) return nullptr;
+    std::size_t const inUse = InspectorMemoryInUse();
+    if (inUse > limits.inspectorMemory || size > limits.inspectorMemory - inUse) {
+        stopReason = StopReason::inspectorMemory;
+        return nullptr;
+    }
+    return making->Allocate(size);
+}
+
+bool Evaluation::Ask(ValueRef& value, PropertyEntry const& property, TypeEntry const& result,
+                     ValueRef const& object, ValueRef const& index, Range where) {
+    RenewValue(value, result);
+    bool there = Guarded(*value, *value, property, where, [&] {
         property.first(value->Bytes(), BytesOf(index), BytesOf(object), nullptr, property.context);
     });
-    if (!value->alive) return {};
-    Keep(*value, object, index);
-    return value;
+    if (there) Keep(*value, object, index);
+    return there;
 }
 
-ValueRef Evaluation::Convert(CastEntry const& cast, TypeEntry const& result, ValueRef const& source,
-                             Range where) {
-    ValueRef value = NewValue(result);
-    value->alive =
-        Guarded(*value, cast, where, [&] { cast.thunk(value->Bytes(), source->Bytes(), cast.context); });
-    if (!value->alive) return {};
-    Keep(*value, source, {});
-    return value;
+bool Evaluation::Convert(ValueRef& value, CastEntry const& cast, TypeEntry const& result,
+                         ValueRef const& source, Range where) {
+    RenewValue(value, result);
+    bool there = Guarded(*value, *value, cast, where,
+                         [&] { cast.thunk(value->Bytes(), source->Bytes(), cast.context); });
+    if (there) Keep(*value, source, {});
+    return there;
 }
 
-ValueRef Evaluation::Operate(OperatorEntry const& op, TypeEntry const& result, ValueRef const& left,
-                             ValueRef const& right, Range where) {
-    ValueRef value = NewValue(result);
-    value->alive = Guarded(*value, op, where,
-                           [&] { op.thunk(value->Bytes(), left->Bytes(), right->Bytes(), op.context); });
-    if (!value->alive) return {};
-    Keep(*value, left, right);
-    return value;
+bool Evaluation::Operate(ValueRef& value, OperatorEntry const& op, TypeEntry const& result,
+                         ValueRef const& left, ValueRef const& right, Range where) {
+    RenewValue(value, result);
+    bool there = Guarded(*value, *value, op, where,
+                         [&] { op.thunk(value->Bytes(), left->Bytes(), right->Bytes(), op.context); });
+    if (there) Keep(*value, left, right);
+    return there;
 }
 
 IterationRef Evaluation::Begin(PropertyEntry const& property, ValueRef const& object, ValueRef const& index,
                                Range where) {
     IterationRef iteration = NewIteration(property);
     KeepSources(*iteration, object.Get(), index.Get());
-    iteration->alive = Guarded(*iteration, property, where, [&] { property.construct(iteration->State()); });
-    return iteration->alive ? iteration : IterationRef();
+    bool there =
+        Guarded(*iteration, *iteration, property, where, [&] { property.construct(iteration->State()); });
+    return there ? iteration : IterationRef();
 }
 
 // What First asks for is the iteration's, what Next asks for its value's.
-ValueRef Evaluation::Step(IterationRef const& iteration, bool first, TypeEntry const& result, Range where) {
+bool Evaluation::Step(ValueRef& value, IterationRef const& iteration, bool first, TypeEntry const& result,
+                      Range where) {
     PropertyEntry const& property = *iteration->entry;
-    ValueRef value = NewValue(result);
+    RenewValue(value, result);
     Holder& owner = first ? static_cast<Holder&>(*iteration) : *value;
     auto const* object = static_cast<Value*>(iteration->sources[0]);
     auto const* index = static_cast<Value*>(iteration->sources[1]);
-    value->alive = Guarded(owner, property, where, [&] {
+    bool there = Guarded(owner, *value, property, where, [&] {
         (first ? property.first : property.next)(value->Bytes(), index ? index->Bytes() : nullptr,
                                                  object ? object->Bytes() : nullptr, iteration->State(),
                                                  property.context);
     });
-    if (!value->alive) return {};
-    if (!result.selfContained) KeepSources(*value, iteration.Get(), nullptr);
-    return value;
+    if (there && !result.selfContained) KeepSources(*value, iteration.Get(), nullptr);
+    return there;
 }
 
 Problem AsProblem(Absence const& absence) {

@@ -1,11 +1,17 @@
 #pragma once
 
-// Internal. One evaluation of a checked query: what it holds, and how it calls inspectors.
+// Internal. One evaluation of a checked query: what it holds, how it calls inspectors, and how it is stopped.
 //
 // Absence and failure are two channels. Absence (there is no such object) is an ordinary answer: a function
 // that evaluates returns nothing, and Evaluation::absence tells where and of which kind. Any other failure is
 // thrown as an EvaluationError and ends the evaluation.
+//
+// A stop (cancellation, a limit) is a mark on the evaluation, since some inspectors turn every exception into
+// another answer: after each call of an inspector the mark is looked at before the answer is believed.
 
+#include <atomic>
+#include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -15,6 +21,7 @@
 #include "Evaluator/Embedding.h"
 #include "Evaluator/Time.h"
 #include "registry/Vocabulary.h"
+#include "values/Owned.h"
 #include "values/Value.h"
 
 namespace Evaluator {
@@ -37,7 +44,9 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
   public:
     /// Begins an evaluation of a query with so many places for `it` and so many literals. There is at
     /// most one at a time, the one that Get_Generic_Inspector_Context answers on the thread that began it.
-    Evaluation(std::size_t bindings, std::size_t literals);
+    /// Whatever calls an inspector must happen on the evaluation's stack.
+    Evaluation(std::size_t bindings, std::size_t literals, RunOptions const& options,
+               std::chrono::steady_clock::time_point begun);
     ~Evaluation() override;
     Evaluation(Evaluation const&) = delete;
     Evaluation& operator=(Evaluation const&) = delete;
@@ -47,6 +56,10 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
 
     /// Asks every registered cache to be cleared. `where` is where a problem points.
     void ClearCaches(Range where);
+    /// Lets go of the values that the evaluation itself holds.
+    void LetGo();
+    /// Forgets those values, after the stack was given up and their owners were forgotten.
+    void Forget();
 
     /// What `it` stands for, one place for each `whose` and each step in parentheses.
     std::vector<ValueRef> bindings;
@@ -54,6 +67,7 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     std::vector<ValueRef> literals;
     /// One moment throughout the evaluation.
     moment const now;
+    Limits const& limits;
     Absence absence;
 
     /// While one of these lives, every form of absence is silent, as it is under `exists` and `otherwise`.
@@ -79,29 +93,83 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
         return {};
     }
 
-    // Each calls an inspector and gives its result; nothing when it answers that there is no such object.
+    // ---- Calling inspectors. Each makes its result in `value`, whatever that held, and returns whether
+    // there is one; none when the inspector answers that there is no such object. `value` is none of the
+    // arguments.
+
+    bool Ask(ValueRef& value, PropertyEntry const& property, TypeEntry const& result, ValueRef const& object,
+             ValueRef const& index, Range where);
+    bool Convert(ValueRef& value, CastEntry const& cast, TypeEntry const& result, ValueRef const& source,
+                 Range where);
+    bool Operate(ValueRef& value, OperatorEntry const& op, TypeEntry const& result, ValueRef const& left,
+                 ValueRef const& right, Range where);
+    /// The first value of an iteration, then each next one; none at its end.
+    bool Step(ValueRef& value, IterationRef const& iteration, bool first, TypeEntry const& result,
+              Range where);
+    // The same for who has no slot to use again; gives nothing when there is no such object.
     ValueRef Ask(PropertyEntry const& property, TypeEntry const& result, ValueRef const& object,
-                 ValueRef const& index, Range where);
-    ValueRef Convert(CastEntry const& cast, TypeEntry const& result, ValueRef const& source, Range where);
+                 ValueRef const& index, Range where) {
+        ValueRef value;
+        return Ask(value, property, result, object, index, where) ? value : ValueRef();
+    }
+    ValueRef Convert(CastEntry const& cast, TypeEntry const& result, ValueRef const& source, Range where) {
+        ValueRef value;
+        return Convert(value, cast, result, source, where) ? value : ValueRef();
+    }
     ValueRef Operate(OperatorEntry const& op, TypeEntry const& result, ValueRef const& left,
-                     ValueRef const& right, Range where);
-    /// The first value of an iteration, then each next one; nothing at its end.
-    ValueRef Step(IterationRef const& iteration, bool first, TypeEntry const& result, Range where);
+                     ValueRef const& right, Range where) {
+        ValueRef value;
+        return Operate(value, op, result, left, right, where) ? value : ValueRef();
+    }
     /// A fresh iteration over an object (may be nothing), its state constructed.
     IterationRef Begin(PropertyEntry const& property, ValueRef const& object, ValueRef const& index,
                        Range where);
 
-    /// Memory for the value or iteration that is being made; null when none is.
-    void* Allocate(std::size_t size) { return making ? making->Allocate(size) : nullptr; }
+    /// Memory for the value or iteration that is being made; null when none is, and where a limit stands
+    /// against it, which then is the reason to stop.
+    void* Allocate(std::size_t size);
+
+    // ---- Stopping
+
+    /// Throws an EvaluationError when the evaluation is to stop. For work of the host's own that goes on long
+    /// without a call of an inspector.
+    void CheckIn(Range where) {
+        if (IsWatched() && ShouldStop()) [[unlikely]]
+            Stop(where);
+    }
+    /// Whether it is to stop. May be called on any thread.
+    bool ShouldStop();
+    /// The problem to report when the stack was given up.
+    Problem WhyGivenUp() const;
 
   private:
-    /// Local time keeps one offset from universal time throughout an evaluation.
-    LocalOffsetHold const offset;
+    enum class StopReason : std::uint8_t { none, cancelled, time, inspectorMemory };
 
     template <class Call>
-    bool Guarded(Holder& made, Entry const& entry, Range where, Call const& call);
+    bool Guarded(Holder& owner, Holder& made, Entry const& entry, Range where, Call const& call);
+    bool IsWatched() const {
+        return watched || stopReason.load(std::memory_order_relaxed) != StopReason::none;
+    }
+    [[noreturn]] void Stop(Range where) const;
+    Problem WhyStopped(Range where) const;
+    /// What the platform asks before each look-up: false tells it to refuse.
+    static unsigned char MayLookUp();
+    /// What a long-running inspector calls from time to time. Throws when the evaluation is to stop.
+    static void GiveTime(InspectorContext* context);
+    /// Gives up the stack when an inspector has been told to stop again and again, and goes on.
+    void InsistOnStopping();
 
+    /// Local time keeps one offset from universal time throughout an evaluation.
+    LocalOffsetHold const offset;
+    Cancellation const* const cancellation;
+    std::optional<std::chrono::steady_clock::time_point> const deadline;
+    bool const watched;  ///< there is a cancellation or a deadline to look at
+    std::atomic<StopReason> stopReason{StopReason::none};
+    int timesRefused = 0;
+
+    char const* const floor;  ///< no inspector is called from a frame below it
     Holder* making = nullptr;
+    Range calling;  ///< the phrase whose inspector was called last
     bool lenient = false;
 };
 

@@ -48,6 +48,12 @@ ValueRef Expression::Evaluate(Evaluation& evaluation) const {
     return ExactlyOne(evaluation, Open(evaluation));
 }
 
+Truth Expression::Test(Evaluation& evaluation) const {
+    ValueRef truth = Evaluate(evaluation);
+    if (!truth) return Truth::absent;
+    return truth->As<boolean>() ? Truth::yes : Truth::no;
+}
+
 CursorPointer Expression::Open(Evaluation& evaluation) const { return OneValue(Evaluate(evaluation)); }
 
 ValueRef Expression::ExactlyOne(Evaluation& evaluation, CursorPointer cursor) const {

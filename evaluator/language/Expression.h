@@ -17,14 +17,18 @@
 namespace Evaluator {
 
 /// Produces the values of a plural expression, as they are asked for.
-class Cursor {
+class Cursor : public OwnedObject {
   public:
     enum class Step { value, end, absent };
     virtual ~Cursor() = default;
-    /// The next value in `value`, or the end, or absence in the midst of things.
+    /// The next value in `value`, or the end, or absence in the midst of things. What `value` held is given
+    /// up; its slot may be used again.
     virtual Step Next(Evaluation& evaluation, ValueRef& value) = 0;
 };
 using CursorPointer = std::unique_ptr<Cursor>;
+
+/// What a condition comes to.
+enum class Truth { no, yes, absent };
 
 class Expression {
   public:
@@ -33,6 +37,8 @@ class Expression {
 
     /// Exactly one value, or nothing when there is none; more than one is an EvaluationError.
     virtual ValueRef Evaluate(Evaluation& evaluation) const;
+    /// Of a singular boolean: its truth, without a value that holds it.
+    virtual Truth Test(Evaluation& evaluation) const;
     /// All values; null when something below is absent.
     virtual CursorPointer Open(Evaluation& evaluation) const;
     /// As Open, with the outermost step asked as if plural.

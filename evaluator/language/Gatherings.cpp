@@ -54,7 +54,7 @@ class Tuple : public Expression {
 
     ValueRef Evaluate(Evaluation& evaluation) const override {
         if (plural) return ExactlyOne(evaluation, Open(evaluation));
-        std::vector<ValueRef> values;
+        OwnedVector<ValueRef> values;
         for (ExpressionPointer const& field : fields) {
             values.push_back(field->Evaluate(evaluation));
             if (!values.back()) return {};
@@ -63,7 +63,7 @@ class Tuple : public Expression {
     }
     CursorPointer Open(Evaluation& evaluation) const override;
 
-    ValueRef Gather(std::vector<ValueRef> values) const {
+    ValueRef Gather(OwnedVector<ValueRef> values) const {
         ValueRef tuple = NewValue(*type);
         auto slots = static_cast<Value**>(tuple->Bytes());
         for (ValueRef& value : values) *slots++ = value.Detach();
@@ -103,8 +103,8 @@ class TupleCursor : public Cursor {
 
   private:
     Tuple const& tuple;
-    std::vector<CursorPointer> wheels;
-    std::vector<ValueRef> values;
+    OwnedVector<CursorPointer> wheels;
+    OwnedVector<ValueRef> values;
 };
 
 CursorPointer Tuple::Open(Evaluation& evaluation) const {

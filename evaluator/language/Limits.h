@@ -1,27 +1,16 @@
 #pragma once
 
-// Internal. The bounds that a query is held to, each with its reason.
+// Internal. The bounds that a query is held to where nobody set others; and one that nobody can set.
 
 #include <cstddef>
 
+#include "Evaluator/Embedding.h"
+
 namespace Evaluator {
 
-struct Limits {
-    /// Bytes of a query. Far beyond what a person writes; bounds the work of reading one.
-    std::size_t queryLength = 1 << 20;
-    /// Depth of the syntax tree. Reading, checking and evaluating descend it on the native stack.
-    std::size_t nesting = 400;
-    /// Bytes of a tuple's text. A tuple may hold one value many times over, so that its text outgrows any
-    /// memory.
-    std::size_t tupleText = 16 << 20;
-    /// Bytes of a tuple type's name, beyond which it is cut; it too can double with every level.
-    std::size_t tupleName = 500;
-    /// Problems reported of one query; more would not be read.
-    std::size_t problems = 5;
-    /// Suggestions in one hint.
-    std::size_t suggestions = 3;
-};
-
 inline constexpr Limits kLimits;
+
+/// Bytes of a tuple type's name, beyond which it is cut: it can double with every level.
+inline constexpr std::size_t kTupleName = 500;
 
 }  // namespace Evaluator

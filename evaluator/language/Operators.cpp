@@ -15,8 +15,8 @@ class Cast : public Expression {
 
     ValueRef Evaluate(Evaluation& evaluation) const override {
         if (plural) return ExactlyOne(evaluation, Open(evaluation));
-        ValueRef source = operand->Evaluate(evaluation);
-        return source ? Convert(evaluation, source) : ValueRef();
+        ValueRef value, source = operand->Evaluate(evaluation);
+        return source && Convert(evaluation, value, source) ? value : ValueRef();
     }
     CursorPointer Open(Evaluation& evaluation) const override {
         return plural ? Each(operand->Open(evaluation)) : Expression::Open(evaluation);
@@ -24,8 +24,8 @@ class Cast : public Expression {
     CursorPointer OpenAsPlural(Evaluation& evaluation) const override {
         return Each(operand->OpenAsPlural(evaluation));
     }
-    ValueRef Convert(Evaluation& evaluation, ValueRef const& source) const {
-        return evaluation.Convert(entry, *type, source, range);
+    bool Convert(Evaluation& evaluation, ValueRef& value, ValueRef const& source) const {
+        return evaluation.Convert(value, entry, *type, source, range);
     }
 
   private:
@@ -40,8 +40,8 @@ class EachCast : public EachOf {
     EachCast(Cast const& cast, CursorPointer sources) : EachOf(std::move(sources)), cast(cast) {}
 
   private:
-    CursorPointer OpenOn(Evaluation& evaluation, ValueRef const& source) override {
-        return OneValue(cast.Convert(evaluation, source));
+    Step Of(Evaluation& evaluation, ValueRef const& source, ValueRef& value, CursorPointer&) override {
+        return cast.Convert(evaluation, value, source) ? Step::value : Step::absent;
     }
     Cast const& cast;
 };

@@ -474,10 +474,10 @@ class Parser {
 }  // namespace
 
 SyntaxPointer Parse(std::string_view query, Vocabulary const& vocabulary) {
-    if (query.size() > kLimits.queryLength)
+    if (query.size() > kLimits.queryBytes)
         throw SyntaxError{{ProblemKind::limit,
                            {0, 0},
-                           fmt::format("the query is longer than {} bytes", kLimits.queryLength),
+                           fmt::format("the query is longer than {} bytes", kLimits.queryBytes),
                            "ask about fewer things at once"}};
     return Parser(query, vocabulary).ParseQuery();
 }

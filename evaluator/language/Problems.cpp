@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <array>
+
 #include "Evaluator/Embedding.h"
 #include "language/Printable.h"
 #include "registry/Words.h"
@@ -38,18 +40,30 @@ Excerpt LineOf(std::string_view query, Range range) {
 
 }  // namespace
 
-std::string Render(Problem const& problem, std::string_view query) {
-    std::string text = fmt::format("error: {}\n", Printable(problem.message));
+std::string_view NameOf(ProblemKind kind) {
+    constexpr std::array<std::string_view, 6> names{"syntax", "meaning",   "evaluation",
+                                                    "limit",  "cancelled", "library"};
+    return names.at(static_cast<std::size_t>(kind));
+}
+
+std::string Render(Problem const& problem, std::string_view query, Colour colour) {
+    auto painted = [&](std::string_view code, std::string text) {
+        return colour == Colour::ansi ? fmt::format("\033[{}m{}\033[0m", code, text) : text;
+    };
+    constexpr std::string_view boldRed = "1;31", bold = "1", green = "32";
+    std::string text = fmt::format("{} {}\n", painted(boldRed, "error:"),
+                                   painted(bold, std::string(Printable(problem.message))));
     if (problem.kind != ProblemKind::library) {
         Excerpt excerpt = LineOf(query, problem.range);
         std::string_view before = excerpt.line.substr(0, excerpt.range.begin);
         std::string_view meant =
             excerpt.line.substr(excerpt.range.begin, excerpt.range.end - excerpt.range.begin);
         std::size_t width = std::max<std::size_t>(1, Columns(Printable(meant)));
-        text += fmt::format("  {}\n  {:{}}^{:~<{}}\n", Printable(excerpt.line), "",
-                            Columns(Printable(before)), "", width - 1);
+        text += fmt::format("  {}\n  {:{}}{}\n", Printable(excerpt.line), "", Columns(Printable(before)),
+                            painted(boldRed, "^" + std::string(width - 1, '~')));
     }
-    if (!problem.hint.empty()) text += fmt::format("  hint: {}\n", Printable(problem.hint));
+    if (!problem.hint.empty())
+        text += fmt::format("  {} {}\n", painted(green, "hint:"), Printable(problem.hint));
     return text;
 }
 

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "language/Limits.h"
+#include "values/TimeText.h"
 
 namespace Evaluator {
 namespace {
@@ -10,6 +10,18 @@ namespace {
 std::string Bytes(Value const& value) {
     auto const& text = value.As<inspector_string>();
     return std::string(text.begin(), text.end());
+}
+
+// What a program can make of the core's own types.
+ValueKind KindOf(TypeEntry const& type) {
+    constexpr std::pair<std::string_view, ValueKind> kinds[] = {{"string", ValueKind::string},
+                                                                {"integer", ValueKind::integer},
+                                                                {"boolean", ValueKind::boolean},
+                                                                {"time", ValueKind::time},
+                                                                {"time interval", ValueKind::interval}};
+    for (auto const& [name, kind] : kinds)
+        if (type.name == name) return kind;
+    return ValueKind::other;
 }
 
 }  // namespace
@@ -39,6 +51,7 @@ void Shown::SettleAll(Vocabulary const& vocabulary, TypeEntry const& type,
 // A cast or a name that leads to a type which nobody registered is none.
 void Shown::Settle(Vocabulary const& vocabulary, TypeEntry const& type) {
     Way way;
+    way.kind = KindOf(type);
     way.isString = vocabulary.Serves(type, *string);
     CastEntry const* cast = vocabulary.FindCast("string", type);
     if (cast && cast->target == string->name) way.cast = cast;
@@ -49,8 +62,42 @@ void Shown::Settle(Vocabulary const& vocabulary, TypeEntry const& type) {
     ways.emplace(&type, way);
 }
 
-std::string Shown::Text(Evaluation& evaluation, ValueRef const& value, Range where) const {
-    if (!value->type->fields.empty()) return OfFields(evaluation, *value, where);
+void Shown::Show(Evaluation& evaluation, ValueRef const& value, Range where, Result& result) const {
+    result.value = value.Get();
+    result.fields.clear();
+    result.number = 0;
+    if (!value->type->fields.empty()) return ShowFields(evaluation, *value, where, result);
+    Way const& way = ways.at(value->type);
+    result.kind = way.kind;
+    switch (way.kind) {
+        case ValueKind::string: {
+            auto const& text = value->As<inspector_string>();
+            result.text.assign(text.begin(), text.end());
+            break;
+        }
+        case ValueKind::integer:
+            result.number = value->As<integer>();
+            result.text = fmt::format_int(result.number).c_str();
+            break;
+        case ValueKind::boolean:
+            result.number = value->As<boolean>();
+            result.text = result.number ? "true" : "false";
+            break;
+        case ValueKind::time:
+            result.number = value->As<moment>().SinceEpoch().microseconds;
+            result.text = TimeText(value->As<moment>());
+            break;
+        case ValueKind::interval:
+            result.number = value->As<time_interval>().Microseconds();
+            result.text = IntervalText(value->As<time_interval>());
+            break;
+        default:
+            ShowOther(evaluation, value, way, where, result);
+    }
+}
+
+void Shown::ShowOther(Evaluation& evaluation, ValueRef const& value, Way const& way, Range where,
+                      Result& result) const {
     // A cast or a name that answers "no such object" gives way to what comes next; any other word is a
     // problem.
     auto given = [&](ValueRef const& text) {
@@ -58,32 +105,43 @@ std::string Shown::Text(Evaluation& evaluation, ValueRef const& value, Range whe
             throw EvaluationError{AsProblem(evaluation.absence)};
         return static_cast<bool>(text);
     };
-    Way const& way = ways.at(value->type);
     if (way.cast)
-        if (ValueRef text = evaluation.Convert(*way.cast, *string, value, where); given(text))
-            return Bytes(*text);
-    if (way.isString) return Bytes(*value);
-    if (way.name)
-        if (ValueRef name = evaluation.Ask(*way.name, *string, value, {}, where); given(name))
-            return value->type->name + " " + Bytes(*name);
-    return value->type->name;
+        if (ValueRef text = evaluation.Convert(*way.cast, *string, value, where); given(text)) {
+            result.text = Bytes(*text);
+            return;
+        }
+    if (way.isString) {
+        result.text = Bytes(*value);
+        return;
+    }
+    ValueRef name;
+    if (way.name) name = evaluation.Ask(*way.name, *string, value, {}, where);
+    result.text = value->type->name + (way.name && given(name) ? " " + Bytes(*name) : "");
 }
 
-std::string Shown::OfFields(Evaluation& evaluation, Value const& tuple, Range where) const {
-    auto fields = static_cast<Value* const*>(tuple.Bytes());
-    std::string text;
-    for (std::size_t i = 0; i < tuple.type->fields.size(); ++i) {
-        ++fields[i]->references;
-        ValueRef field = ValueRef::Adopt(fields[i]);
-        std::string shown = Text(evaluation, field, where);
-        text += (i ? ", " : "") + (field->type->fields.empty() ? shown : "(" + shown + ")");
-        if (text.size() > kLimits.tupleText)
+void Shown::ShowFields(Evaluation& evaluation, Value const& tuple, Range where, Result& result) const {
+    std::size_t const count = tuple.type->fields.size();
+    result.kind = ValueKind::tuple;
+    result.fields.resize(count, Result());
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        Result& field = result.fields[i];
+        field.query = result.query;
+        Show(evaluation, ValueRef::Share(tuple.Fields()[i]), where, field);
+        length += field.text.size() + 2;
+        if (length > evaluation.limits.textBytes)
             throw EvaluationError{
                 {ProblemKind::limit, where,
-                 fmt::format("the text of a tuple is longer than {} bytes", kLimits.tupleText),
+                 fmt::format("the text of a tuple is longer than {} bytes", evaluation.limits.textBytes),
                  "ask for fewer fields at once"}};
     }
-    return text;
+    result.text.clear();
+    result.text.reserve(length);
+    for (std::size_t i = 0; i < count; ++i) {
+        Result const& field = result.fields[i];
+        result.text += i ? ", " : "";
+        result.text += field.kind == ValueKind::tuple ? "(" + field.text + ")" : field.text;
+    }
 }
 
 void Shown::AddLibraries(std::vector<Library*>& libraries) const {

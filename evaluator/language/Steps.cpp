@@ -18,8 +18,7 @@ class IterationCursor : public Cursor {
     // NoSuchObject from First or Next is the end; an item that the platform misses is not.
     Step Next(Evaluation& evaluation, ValueRef& value) override {
         if (ended) return Step::end;
-        value = evaluation.Step(iteration, std::exchange(first, false), result, where);
-        if (value) return Step::value;
+        if (evaluation.Step(value, iteration, std::exchange(first, false), result, where)) return Step::value;
         ended = true;
         iteration->EndState();
         return evaluation.absence.kind == Absence::Kind::noSuchObject ? Step::end : Step::absent;
@@ -42,6 +41,8 @@ class Property : public Expression {
           object(std::move(object)),
           index(std::move(index)) {}
 
+    PropertyEntry const& entry;
+
     ValueRef Evaluate(Evaluation& evaluation) const override {
         if (plural) return ExactlyOne(evaluation, Open(evaluation));
         ValueRef asked, indexed;
@@ -62,6 +63,7 @@ class Property : public Expression {
 
     std::string SingularPhrase() const override { return plural ? entry.singular : std::string(); }
 
+    /// The values of one object; null when it is absent.
     CursorPointer OpenOn(Evaluation& evaluation, ValueRef const& asked, ValueRef const& indexed) const {
         if (entry.kind == EntryKind::property) {
             ValueRef value = evaluation.Ask(entry, *type, asked, indexed, range);
@@ -83,7 +85,6 @@ class Property : public Expression {
     }
     CursorPointer OpenEach(Evaluation& evaluation) const;
 
-    PropertyEntry const& entry;
     ExpressionPointer object, index;
 };
 
@@ -93,8 +94,10 @@ class EachProperty : public EachOf {
         : EachOf(std::move(objects)), property(property), indexed(std::move(indexed)) {}
 
   private:
-    CursorPointer OpenOn(Evaluation& evaluation, ValueRef const& object) override {
-        return property.OpenOn(evaluation, object, indexed);
+    Step Of(Evaluation& evaluation, ValueRef const& object, ValueRef& value, CursorPointer& more) override {
+        if (property.entry.IsIterated()) return AllOf(property.OpenOn(evaluation, object, indexed), more);
+        bool there = evaluation.Ask(value, property.entry, *property.type, object, indexed, property.range);
+        return there ? Step::value : Step::absent;
     }
     Property const& property;
     ValueRef indexed;
@@ -113,8 +116,8 @@ class ParenthesisStep : public Expression {
     ParenthesisStep(Range range, ExpressionPointer inside, std::size_t binding, ExpressionPointer object)
         : Expression(range, *inside->type, inside->plural || object->plural),
           inside(std::move(inside)),
-          object(std::move(object)),
-          binding(binding) {}
+          binding(binding),
+          object(std::move(object)) {}
 
     ValueRef Evaluate(Evaluation& evaluation) const override {
         if (plural) return ExactlyOne(evaluation, Open(evaluation));
@@ -131,11 +134,13 @@ class ParenthesisStep : public Expression {
         return asPlural ? inside->OpenAsPlural(evaluation) : inside->Open(evaluation);
     }
 
+    ExpressionPointer const inside;
+    std::size_t const binding;
+
   private:
     CursorPointer OpenInside(Evaluation& evaluation, bool asPlural) const;
 
-    ExpressionPointer inside, object;
-    std::size_t binding;
+    ExpressionPointer object;
 };
 
 class EachParenthesis : public EachOf {
@@ -144,8 +149,11 @@ class EachParenthesis : public EachOf {
         : EachOf(std::move(objects)), step(step), asPlural(asPlural) {}
 
   private:
-    CursorPointer OpenOn(Evaluation& evaluation, ValueRef const& object) override {
-        return step.OpenOn(evaluation, object, asPlural);
+    Step Of(Evaluation& evaluation, ValueRef const& object, ValueRef& value, CursorPointer& more) override {
+        if (asPlural || step.inside->plural) return AllOf(step.OpenOn(evaluation, object, asPlural), more);
+        evaluation.bindings[step.binding] = object;
+        value = step.inside->Evaluate(evaluation);
+        return value ? Step::value : Step::absent;
     }
     ParenthesisStep const& step;
     bool asPlural;
@@ -167,13 +175,20 @@ class FilterCursor : public Cursor {
     FilterCursor(CursorPointer candidates, std::size_t binding, Expression const& condition)
         : candidates(std::move(candidates)), binding(binding), condition(condition) {}
 
+    // Candidates are pulled into the place of `it`, so that the slot of one that is left out serves the next.
     Step Next(Evaluation& evaluation, ValueRef& value) override {
+        ValueRef& it = evaluation.bindings[binding];
         for (;;) {
-            if (Step step = candidates->Next(evaluation, value); step != Step::value) return step;
-            evaluation.bindings[binding] = value;
-            ValueRef truth = condition.Evaluate(evaluation);
-            if (truth && truth->As<boolean>()) return Step::value;
-            if (!truth && !evaluation.MayPassAbsence()) return Step::absent;
+            if (Step step = candidates->Next(evaluation, it); step != Step::value) return step;
+            switch (condition.Test(evaluation)) {
+                case Truth::yes:
+                    std::swap(value, it);
+                    return Step::value;
+                case Truth::no:
+                    break;
+                case Truth::absent:
+                    if (!evaluation.MayPassAbsence()) return Step::absent;
+            }
         }
     }
 

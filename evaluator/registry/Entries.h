@@ -11,6 +11,7 @@
 
 #include "Evaluator/Embedding.h"
 #include "Evaluator/Registration.h"
+#include "Evaluator/Values.h"
 
 namespace Evaluator {
 
@@ -23,6 +24,7 @@ struct Library {
     std::string path;        ///< resolved path; empty for the core
     void* handle = nullptr;  ///< of dlopen(3); null for the core
     long uses = 0;           ///< compiled queries, kept values and evaluations that need it mapped
+    ConstData code = {};     ///< where its instructions lie; empty for the core
 
     bool IsCore() const { return path.empty(); }
 };

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <fmt/format.h>
+#include <link.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,6 +31,31 @@ std::string ResolvedPath(std::filesystem::path const& file) {
     std::error_code error;
     std::filesystem::path resolved = std::filesystem::canonical(file, error);
     return error ? file.string() : resolved.string();
+}
+
+// The executable segments of a library that was loaded, from the first to the last.
+ConstData CodeOf(void* handle) {
+    struct Search {
+        link_map const* wanted = nullptr;
+        std::uintptr_t begin = 0, end = 0;
+    } search;
+    if (dlinfo(handle, RTLD_DI_LINKMAP, &search.wanted) != 0) return {};
+    dl_iterate_phdr(
+        [](dl_phdr_info* info, std::size_t, void* data) {
+            auto& search = *static_cast<Search*>(data);
+            if (info->dlpi_addr != search.wanted->l_addr) return 0;
+            for (int i = 0; i < info->dlpi_phnum; ++i) {
+                auto const& segment = info->dlpi_phdr[i];
+                if (segment.p_type != PT_LOAD || !(segment.p_flags & PF_X)) continue;
+                std::uintptr_t begin = info->dlpi_addr + segment.p_vaddr;
+                search.begin = search.begin ? std::min(search.begin, begin) : begin;
+                search.end = std::max<std::uintptr_t>(search.end, begin + segment.p_memsz);
+            }
+            return 1;
+        },
+        &search);
+    return {reinterpret_cast<unsigned char const*>(search.begin),
+            reinterpret_cast<unsigned char const*>(search.end)};
 }
 
 }  // namespace
@@ -68,11 +94,20 @@ std::vector<std::string> Libraries::Load(std::filesystem::path const& file) {
         problems.insert(problems.begin(), refused("it breaks the contract of inspector libraries").front());
     else if (!registry.Holds(library))  // also where the file is loaded already, by another name
         problems = refused("it registers nothing");
-    if (problems.empty()) return {};
+    if (problems.empty()) {
+        library.code = CodeOf(library.handle);
+        return {};
+    }
     if (library.handle) dlclose(library.handle);  // withdraws what it could register
     registry.Forget(library);
     loaded.pop_back();
     return problems;
+}
+
+bool Libraries::HoldCode(void const* address) const {
+    auto* byte = static_cast<unsigned char const*>(address);
+    return std::any_of(loaded.begin(), loaded.end(),
+                       [&](Library const& one) { return byte >= one.code.begin() && byte < one.code.end(); });
 }
 
 std::optional<std::string> Libraries::Unload(std::string_view name) {

@@ -22,6 +22,8 @@ class Libraries {
     /// Unloads the library of that file name, or says why not.
     std::optional<std::string> Unload(std::string_view name);
     std::list<Library> const& Loaded() const { return loaded; }
+    /// Whether the address lies in the code of a loaded library. Allocates nothing; a signal handler may ask.
+    bool HoldCode(void const* address) const;
 
   private:
     // A list, so that the libraries stay where they are: entries point at them.

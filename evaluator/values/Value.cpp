@@ -1,104 +1,82 @@
 #include "values/Value.h"
 
-#include <array>
-#include <cstdlib>
 #include <new>
 
 #include "Evaluator/Exceptions.h"
+#include "values/Slots.h"
 
 namespace Evaluator {
 namespace {
 
-// Slots of up to kLargestPooledSlot bytes are kept in lists by size and used again, so that a stream of
-// values takes no memory from the system. At most kMostSpareSlots of a size are kept, so that a burst is
-// given back. The address sanitizer should see every slot's real end of life: no pool then.
-#ifdef __SANITIZE_ADDRESS__
-constexpr std::size_t kMostSpareSlots = 0;
-#else
-constexpr std::size_t kMostSpareSlots = 64;
-#endif
-constexpr std::size_t kSlotStep = 32;
-constexpr std::size_t kLargestPooledSlot = 512;
-
-struct SpareSlot {
-    SpareSlot* next;
-};
-struct SpareList {
-    SpareSlot* first = nullptr;
-    std::size_t count = 0;
-};
-std::array<SpareList, kLargestPooledSlot / kSlotStep + 1> spares;
-
-constexpr std::size_t RoundedUp(std::size_t size) { return (size + kSlotStep - 1) / kSlotStep * kSlotStep; }
-
-void* AllocateSlot(std::size_t size) {
-    size = RoundedUp(size);
-    if (size <= kLargestPooledSlot) {
-        SpareList& list = spares[size / kSlotStep];
-        if (SpareSlot* slot = list.first) {
-            list.first = slot->next;
-            --list.count;
-            return slot;
-        }
-    }
-    if (void* slot = std::malloc(size)) return slot;
-    throw MemoryFullError();
-}
-
-void FreeSlot(void* memory, std::size_t size) {
-    size = RoundedUp(size);
-    if (size <= kLargestPooledSlot && spares[size / kSlotStep].count < kMostSpareSlots) {
-        SpareList& list = spares[size / kSlotStep];
-        list.first = new (memory) SpareSlot{list.first};
-        ++list.count;
-        return;
-    }
-    std::free(memory);
-}
+Holder* newest = nullptr;
+std::size_t memoryInUse = 0;
+Entry const* failedToEnd = nullptr;
 
 template <class T>
 T* NewHolder(std::size_t payload) {
     std::size_t size = sizeof(T) + payload;
     T* holder = new (AllocateSlot(size)) T;
     holder->size = static_cast<std::uint32_t>(size);
+    holder->older = newest;
+    if (newest) newest->newer = holder;
+    newest = holder;
     return holder;
 }
 
-void EndLife(Holder& holder) {
-    if (holder.isIteration) {
-        static_cast<Iteration&>(holder).EndState();
-        return;
+void FreeHolder(Holder* holder) {
+    holder->FreeMemory();
+    (holder->newer ? holder->newer->older : newest) = holder->older;
+    if (holder->older) holder->older->newer = holder->newer;
+    FreeSlot(holder, holder->size);
+}
+
+// Calls what the library gave to end a life. Nothing may be thrown where lives end; who throws is noted.
+void Destroy(Entry const& entry, DestroyFunction destroy, void* bytes) {
+    try {
+        destroy(bytes);
+    } catch (...) {
+        failedToEnd = &entry;
     }
-    if (!holder.alive) return;
+}
+
+std::size_t FieldsOf(Holder const& holder) {
+    if (holder.isIteration || !holder.alive) return 0;
+    return static_cast<Value const&>(holder).type->fields.size();
+}
+
+void EndLife(Holder& holder) {
+    if (holder.isIteration) return static_cast<Iteration&>(holder).EndState();
     auto& value = static_cast<Value&>(holder);
-    auto fields = static_cast<Value**>(value.Bytes());
-    for (std::size_t i = 0; i < value.type->fields.size(); ++i) Release(fields[i]);
-    if (value.type->destroy) value.type->destroy(value.Bytes());
+    if (std::exchange(value.alive, false) && value.type->destroy)
+        Destroy(*value.type, value.type->destroy, value.Bytes());
 }
 
 }  // namespace
 
 void* Holder::Allocate(std::size_t bytes) {
-    void* block = std::malloc(sizeof(MemoryBlock) + bytes);
-    if (!block) throw MemoryFullError();
-    memory = new (block) MemoryBlock{memory};
+    std::size_t size = sizeof(MemoryBlock) + bytes;
+    memory = new (AllocateSlot(size)) MemoryBlock{memory, size};
+    memoryInUse += size;
     return memory + 1;
 }
 
 void Holder::FreeMemory(MemoryBlock* until) {
-    while (memory != until) std::free(std::exchange(memory, memory->next));
+    while (memory != until) {
+        MemoryBlock* block = std::exchange(memory, memory->next);
+        memoryInUse -= block->size;
+        FreeSlot(block, block->size);
+    }
 }
 
 void Iteration::EndState() {
-    if (std::exchange(alive, false)) entry->destroy(State());
+    if (std::exchange(alive, false)) Destroy(*entry, entry->destroy, State());
 }
 
-void Release(Holder* holder) {
-    if (--holder->references > 0) return;
-    EndLife(*holder);
-    holder->FreeMemory();
+void End(Holder* holder) {
     Holder* sources[2] = {holder->sources[0], holder->sources[1]};
-    FreeSlot(holder, holder->size);
+    for (std::size_t i = 0; i < FieldsOf(*holder); ++i) Release(static_cast<Value*>(holder)->Fields()[i]);
+    if (holder->alive) EndLife(*holder);
+    FreeHolder(holder);
     for (Holder* source : sources)
         if (source) Release(source);
 }
@@ -107,6 +85,15 @@ ValueRef NewValue(TypeEntry const& type) {
     auto* value = NewHolder<Value>(type.size);
     value->type = &type;
     return ValueRef::Adopt(value);
+}
+
+void RenewValue(ValueRef& value, TypeEntry const& type) {
+    if (!value || value->type != &type || !type.selfContained || value->references != 1) {
+        value = NewValue(type);
+        return;
+    }
+    value->alive = false;
+    value->FreeMemory();
 }
 
 IterationRef NewIteration(PropertyEntry const& entry) {
@@ -121,6 +108,32 @@ void KeepSources(Holder& holder, Holder* first, Holder* second) {
         if (source) ++source->references;
     holder.sources[0] = first;
     holder.sources[1] = second;
+}
+
+std::size_t InspectorMemoryInUse() { return memoryInUse; }
+
+Entry const* TakeFailureToEnd() { return std::exchange(failedToEnd, nullptr); }
+
+// What a holder needs is older than itself, so one pass from the newest to the oldest finds all that is
+// needed.
+void ForgetOwners() {
+    for (Holder* holder = newest; holder; holder = holder->older) holder->references = holder->keeps;
+    for (Holder* holder = newest; holder; holder = holder->older) {
+        if (holder->references == 0) continue;
+        for (Holder* source : holder->sources)
+            if (source) ++source->references;
+        for (std::size_t i = 0; i < FieldsOf(*holder); ++i)
+            ++static_cast<Value*>(holder)->Fields()[i]->references;
+    }
+}
+
+// Nobody pulls the values of an iteration any more, so the states of those that stay are ended too.
+void EndForgotten() {
+    for (Holder *holder = newest, *older; holder; holder = older) {
+        older = holder->older;
+        if (holder->references == 0 || holder->isIteration) EndLife(*holder);
+        if (holder->references == 0) FreeHolder(holder);
+    }
 }
 
 }  // namespace Evaluator

@@ -8,6 +8,10 @@
 // for an iteration. When the last owner lets go, the type's Destroy is called first, then the memory is
 // freed, then what it was made from is let go.
 //
+// Owners are counted, and all that live are in one list, the newest first. Where an evaluation's stack is
+// given up, its frames' counts are wrong for ever; then the list tells what must end (ForgetOwners,
+// EndForgotten).
+//
 // Not locked: everything here happens under the evaluation lock.
 
 #include <cstddef>
@@ -21,16 +25,19 @@ namespace Evaluator {
 /// One piece of inspector memory; the bytes follow it.
 struct alignas(std::max_align_t) MemoryBlock {
     MemoryBlock* next;
+    std::size_t size;  ///< with this header
 };
 
 /// What values and iterations have in common: owners, inspector memory and sources.
 struct Holder {
     std::uint32_t references = 1;
+    std::uint32_t keeps = 0;  ///< those of the references that outlive the evaluation
+    std::uint32_t size = 0;
     bool isIteration = false;
     bool alive = false;  ///< the bytes hold a value, or a state, whose life must be ended
-    std::uint32_t size = 0;
     MemoryBlock* memory = nullptr;
-    Holder* sources[2] = {nullptr, nullptr};
+    Holder* sources[2] = {nullptr, nullptr};  ///< each older than this
+    Holder *older = nullptr, *newer = nullptr;
 
     void* Allocate(std::size_t bytes);
     /// Frees what was allocated since `until` was the latest block.
@@ -47,6 +54,8 @@ struct alignas(std::max_align_t) Value : Holder {
     T const& As() const {
         return *static_cast<T const*>(Bytes());
     }
+    /// Of a tuple: its fields' values, older than itself.
+    Value* const* Fields() const { return static_cast<Value* const*>(Bytes()); }
 };
 
 /// An iteration: the state of an iterated property, which follows it, and what its values keep.
@@ -59,8 +68,12 @@ struct alignas(std::max_align_t) Iteration : Holder {
     void EndState();
 };
 
+/// Ends a holder that nobody owns any more, and lets go of what it keeps.
+void End(Holder* holder);
 /// Lets go of a holder for one owner; ends it with the last.
-void Release(Holder* holder);
+inline void Release(Holder* holder) {
+    if (--holder->references == 0) End(holder);
+}
 
 /// One owner's hold on a value or an iteration; may hold nothing.
 template <class T>
@@ -72,6 +85,11 @@ class Ref {
         Ref ref;
         ref.held = holder;
         return ref;
+    }
+    /// One more reference.
+    static Ref Share(T* holder) {
+        ++holder->references;
+        return Adopt(holder);
     }
     Ref(Ref const& other) : held(other.held) {
         if (held) ++held->references;
@@ -101,9 +119,12 @@ using IterationRef = Ref<Iteration>;
 
 /// A slot for a value of the type; not alive yet.
 ValueRef NewValue(TypeEntry const& type);
+/// Makes `value` a slot for a value of the type that is not alive yet: the one that it held, when that is
+/// bits of the same type and nobody else holds it.
+void RenewValue(ValueRef& value, TypeEntry const& type);
 /// An iteration whose state is not constructed yet.
 IterationRef NewIteration(PropertyEntry const& entry);
-/// Makes `holder` keep `first` and `second` (either may be empty) alive as long as itself.
+/// Makes `holder` keep `first` and `second` (either may be null) alive as long as itself.
 void KeepSources(Holder& holder, Holder* first, Holder* second);
 
 /// A value of a type that the host knows by its C++ type.
@@ -115,6 +136,17 @@ ValueRef MakeValue(TypeEntry const& type, T const& value) {
     return ref;
 }
 
-///
+/// Bytes of inspector memory in use.
+std::size_t InspectorMemoryInUse();
+
+/// The registration whose Destroy has thrown since the last call, the latest if there are several; null for
+/// none. What it threw is lost.
+Entry const* TakeFailureToEnd();
+
+/// After a stack was given up: only what was kept, and what that needs, has owners from now on.
+void ForgetOwners();
+/// Ends all that has no owners, the newest first. Where that is given up again, the next call goes on behind
+/// the one that could not be ended.
+void EndForgotten();
 
 }  // namespace Evaluator

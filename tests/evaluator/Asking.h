@@ -20,15 +20,15 @@ inline void PrintTo(Outcome const& outcome, std::ostream* out) {
     *out << "\n" << outcome.problems;
 }
 
-inline Outcome Ask(std::string_view text) {
+inline Outcome Ask(std::string_view text, Evaluator::RunOptions const& options = {}) {
     Outcome outcome;
-    auto [query, problems] = Evaluator::Query::Compile(text);
+    auto [query, problems] = Evaluator::Query::Compile(text, options.limits);
+    auto consumer = [&](Evaluator::Result const& result) {
+        outcome.values.push_back(result.Text());
+        return true;
+    };
     if (query)
-        if (auto problem = query->Run([&](Evaluator::Result const& result) {
-                outcome.values.push_back(result.Text());
-                return true;
-            }))
-            problems.push_back(*problem);
+        if (auto problem = query->Run(consumer, options)) problems.push_back(*problem);
     for (Evaluator::Problem const& problem : problems) outcome.problems += Evaluator::Render(problem, text);
     return outcome;
 }

@@ -207,7 +207,7 @@ TEST_F(Parsing, NestingIsBounded) {
 }
 
 TEST_F(Parsing, LengthIsBounded) {
-    std::string longest(kLimits.queryLength - 1, ' ');
+    std::string longest(kLimits.queryBytes - 1, ' ');
     EXPECT_EQ(Tree("1" + longest), "1");
     EXPECT_EQ(Failure("11" + longest), "error: the query is longer than 1048576 bytes\n  11" +
                                            std::string(158, ' ') +

@@ -53,7 +53,7 @@ TEST_F(ValueLife, WhatFirstAskedForStaysWhileAnyValueOfTheIterationLives) {
 }
 
 TEST_F(ValueLife, AKeptValueOutlivesItsEvaluationWithAllThatItNeeds) {
-    std::vector<std::shared_ptr<Evaluator::KeptValue>> kept;
+    std::vector<std::shared_ptr<Evaluator::Result const>> kept;
     {
         auto compiled = Evaluator::Query::Compile("parts of ring twins of probes up to 3; part of probe 9");
         ASSERT_TRUE(compiled.query);
@@ -130,7 +130,7 @@ TEST_F(ValueLife, AnotherThreadIsNotInTheEvaluation) {
 
 TEST_F(ValueLife, AKeptValueMayBeLetGoOnAnotherThread) {
     auto compiled = Evaluator::Query::Compile("part of probe 1");
-    std::shared_ptr<Evaluator::KeptValue> kept;
+    std::shared_ptr<Evaluator::Result const> kept;
     compiled.query->Run([&](Evaluator::Result const& result) {
         kept = result.Keep();
         return true;

@@ -1,6 +1,7 @@
 #pragma once
 
-// How a program uses the evaluator: load inspector libraries, compile a query, run it, receive its values.
+// How a program uses the evaluator: load inspector libraries, compile a query once, run it as often as
+// wanted, receive its values one at a time.
 //
 //     Evaluator::LoadInspectors(Evaluator::StandardInspectorsFolder());
 //     auto compiled = Evaluator::Query::Compile("name of file \"/etc/hosts\"");
@@ -10,6 +11,8 @@
 // thread waits for the first. Nothing here throws, but std::bad_alloc where a problem cannot be told for want
 // of memory, and what a consumer throws, which passes through Run.
 
+#include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -24,6 +27,8 @@
 
 namespace Evaluator {
 
+// ---- Problems
+
 /// Bytes of a query, from begin up to, not including, end.
 struct Range {
     std::size_t begin = 0;
@@ -36,8 +41,11 @@ enum class ProblemKind {
     meaning,     ///< an unknown phrase, wrong types, a plural where one value is needed
     evaluation,  ///< the query was sound, and its evaluation failed
     limit,       ///< a limit was reached; the message names it
+    cancelled,   ///< the evaluation was cancelled
     library,     ///< a library could not be loaded or unloaded; has no range
 };
+/// The name of the kind as it is written above.
+EVALUATOR_API std::string_view NameOf(ProblemKind kind);
 
 /// What went wrong, as data. The texts are the host's own and outlive every library.
 struct Problem {
@@ -47,43 +55,111 @@ struct Problem {
     std::string hint;  ///< empty: none
 };
 
+enum class Colour { none, ansi };
 /// The problem as a person reads it: the message, the line of the query with a caret under the range, the
 /// hint. Control characters are shown escaped. Ends with a line end.
-EVALUATOR_API std::string Render(Problem const& problem, std::string_view query);
+EVALUATOR_API std::string Render(Problem const& problem, std::string_view query,
+                                 Colour colour = Colour::none);
+
+// ---- Limits
+
+/// The bounds that a query is held to. A bound that is reached is a problem of kind `limit`, which names it
+/// and its value.
+struct Limits {
+    // While it is read and checked.
+
+    /// Bytes of a query. Far beyond what a person writes; bounds the work of reading one.
+    std::size_t queryBytes = 1 << 20;
+    /// Depth of the syntax tree, at most 400: reading, checking and evaluating descend it on the stack.
+    std::size_t nesting = 400;
+    /// Problems reported of one query; more would not be read.
+    std::size_t problems = 5;
+    /// Suggestions in one hint.
+    std::size_t suggestions = 3;
+
+    // While it is evaluated.
+
+    /// Time from the call of Run; zero: none.
+    std::chrono::nanoseconds time{0};
+    /// Bytes of the stack that an evaluation runs on, from 2 MiB to 1 GiB. It bounds how deep inspectors
+    /// recurse.
+    std::size_t stackBytes = 8 << 20;
+    /// Bytes of one text that the language makes ("&", "concatenation", a tuple's text): a few bytes of query
+    /// can double a text again and again.
+    std::size_t textBytes = 256 << 20;
+    /// Bytes of the memory that inspectors have asked for and that is in use at one time.
+    std::size_t inspectorMemory = std::size_t{1} << 30;
+    /// Values that "sorted values", "unique values" or "last values" hold at one time.
+    std::size_t gatheredValues = 10'000'000;
+};
+
+// ---- Queries
 
 struct CompiledQuery;
-struct KeptValue;
 
-/// One value, for as long as the consumer that was handed it runs.
+/// What a value is to a program: one of the core's types, or something that only its library understands.
+enum class ValueKind { string, integer, boolean, time, interval, tuple, other };
+
+/// One value. What it tells was settled when it was made: asking it calls no inspector.
 class EVALUATOR_API Result {
   public:
-    /// The value as text, in bytes: by its cast to string, its nearest base that is a string, or its type and
-    /// name.
-    std::string const& Text() const { return text; }
-    /// The name of the type that it was made with.
+    ValueKind Kind() const;
+    /// The name of the type that it was made with; a tuple's is its fields' in parentheses.
     std::string TypeName() const;
-    /// The value, kept beyond the evaluation. Until it is let go, the libraries that made it cannot be
-    /// unloaded.
-    std::shared_ptr<KeptValue> Keep() const;
+    /// The value as text, in bytes: by its cast to string, its nearest base that is a string, or its type and
+    /// name. A tuple's fields stand with ", " between.
+    std::string const& Text() const;
+    /// Of an integer: its value; of a boolean: 1 or 0; of a time: microseconds since 1970 in universal time;
+    /// of an interval: microseconds; else 0.
+    std::int64_t Number() const;
+    /// Of a tuple: its fields, two or more; else none.
+    std::vector<Result> const& Fields() const;
+    /// The value, kept beyond the consumer's call and the evaluation. Until it is let go, the libraries that
+    /// made it cannot be unloaded.
+    std::shared_ptr<Result const> Keep() const;
 
   private:
+    friend class Shown;
     friend class QueryRun;
     Result() = default;
-    std::string text;
+    ValueKind kind = ValueKind::other;
     void* value = nullptr;
+    std::int64_t number = 0;
+    std::string text;
+    std::vector<Result> fields;
     std::shared_ptr<CompiledQuery> const* query = nullptr;
 };
 
 /// Receives the values as they are found. Returns whether it wants more. An empty one lets every value
-/// pass.
+/// pass. It is called on the thread that called Run, on the evaluation's stack, of which at least 256 KiB are
+/// left.
 using Consumer = std::function<bool(Result const&)>;
+
+/// Ends evaluations from outside. Request may be called from any thread and from a signal handler.
+class Cancellation {
+  public:
+    void Request() noexcept { requested.store(true, std::memory_order_relaxed); }
+    void Clear() noexcept { requested.store(false, std::memory_order_relaxed); }
+    bool IsRequested() const noexcept { return requested.load(std::memory_order_relaxed); }
+
+  private:
+    std::atomic<bool> requested{false};
+    static_assert(std::atomic<bool>::is_always_lock_free);
+};
+
+struct RunOptions {
+    Limits limits;
+    /// Looked at throughout the evaluation, and while it waits for another to end. May be null; must outlive
+    /// Run.
+    Cancellation const* cancellation = nullptr;
+};
 
 /// A query that was found sound. While it lives, the libraries that it uses cannot be unloaded.
 class EVALUATOR_API Query {
   public:
     struct Compiled;
     /// Reads and checks a query.
-    static Compiled Compile(std::string_view text);
+    static Compiled Compile(std::string_view text, Limits const& limits = {});
 
     Query(Query&&) noexcept;
     Query& operator=(Query&&) noexcept;
@@ -96,18 +172,20 @@ class EVALUATOR_API Query {
     /// Evaluates the query and hands its values over one at a time. Returns the problem that ended it early,
     /// after the values already handed over. A consumer that starts a query while it is being handed a value
     /// gets one.
-    std::optional<Problem> Run(Consumer const& consumer) const;
+    std::optional<Problem> Run(Consumer const& consumer, RunOptions const& options = {}) const;
 
   private:
     explicit Query(std::shared_ptr<CompiledQuery> compiled);
     std::shared_ptr<CompiledQuery> compiled;
 };
 
-/// What Compile gives: a query, or the problems found (up to five).
+/// What Compile gives: a query, or the problems found.
 struct Query::Compiled {
     std::optional<Query> query;
     std::vector<Problem> problems;
 };
+
+// ---- Libraries and vocabulary
 
 /// The folder `Inspectors` beside the evaluator's own library.
 EVALUATOR_API std::filesystem::path StandardInspectorsFolder();
@@ -136,6 +214,10 @@ struct RegistrationInfo {
 };
 /// All registrations of the loaded libraries, in the order in which they were made.
 EVALUATOR_API std::vector<RegistrationInfo> Registrations();
+
+/// All that a query may use: the registrations of the core, then those of the loaded libraries. The phrases
+/// that take many ("number", "sum", …) are the language's own and no registrations.
+EVALUATOR_API std::vector<RegistrationInfo> AllRegistrations();
 
 /// The version of the evaluator, such as "0.1.0".
 EVALUATOR_API char const* Version();

@@ -1,0 +1,210 @@
+// An inspector library made for the tests of what a host must bear: recursion without end, loops without end,
+// exceptions swallowed, memory hoarded, values that will not end. Each behaviour is one phrase.
+
+#include <csignal>
+#include <string>
+#include <vector>
+
+#include "Carbon/Files.h"
+#include "Evaluator/Context.h"
+#include "Evaluator/Text.h"
+#include "Platform/Items.h"
+#include "frame/Adapters.h"
+
+namespace {
+
+long livingTroubles = 0;
+long livingRounds = 0;
+
+class trouble {
+  public:
+    explicit trouble(long long kind) : kind(kind) { ++livingTroubles; }
+    trouble(trouble const& other) : kind(other.kind) { ++livingTroubles; }
+    ~trouble() { --livingTroubles; }
+    long long kind;
+};
+
+// Throws when it ends.
+struct grudge {};
+// Recurses without end when it ends.
+struct abyss {};
+// Goes on for ever when it ends, but gives the host its time.
+struct lingerer {};
+
+void GiveTime() {
+    auto* hooks = dynamic_cast<InspectorYieldContext*>(Get_Generic_Inspector_Context());
+    if (hooks && hooks->trickle) hooks->trickle(Get_Generic_Inspector_Context());
+}
+void YieldTime() {
+    auto* hooks = dynamic_cast<InspectorYieldContext*>(Get_Generic_Inspector_Context());
+    if (hooks && hooks->yieldTimeSlice) hooks->yieldTimeSlice(Get_Generic_Inspector_Context());
+}
+
+// Not inlined and not turned into a loop: each call takes its frame.
+template <std::size_t bytes>
+[[gnu::noinline]] long Recurse(long depth) {
+    volatile char frame[bytes];
+    frame[0] = static_cast<char>(depth);
+    if (depth == 0) return frame[0];
+    long below = Recurse<bytes>(depth - 1);
+    return below + frame[0];
+}
+[[gnu::noinline]] std::size_t RecurseWithTexts(std::string const& text) {
+    if (text.empty()) return 0;  // it never is
+    std::string longer = text + "x";
+    Allocate_Inspector_Memory(40);
+    std::vector<std::string> copies(3, longer);
+    return RecurseWithTexts(longer.substr(0, 100)) + copies.size();
+}
+[[gnu::noinline]] long RecurseHandling(long depth) {
+    try {
+        throw NoSuchObject();
+    } catch (NoSuchObject const&) {
+        return RecurseHandling(depth + 1) + 1;
+    }
+}
+constexpr long kForEver = 1L << 60;
+
+trouble trouble_numbered(unsigned long long kind) { return trouble(static_cast<long long>(kind)); }
+integer kind_of(trouble const& object) { return object.kind; }
+integer living_troubles() { return livingTroubles; }
+integer living_rounds() { return livingRounds; }
+
+integer small_frames_of(trouble const&) { return Recurse<64>(kForEver); }
+integer large_frames_of(trouble const&) { return Recurse<64 << 10>(kForEver); }
+integer texts_of(trouble const&) { return static_cast<long long>(RecurseWithTexts("x")); }
+integer handlers_of(trouble const&) { return RecurseHandling(0); }
+// Takes so many KiB of stack and gives them back.
+integer stack_kilobytes_of(trouble const& object) {
+    Recurse<1 << 10>(object.kind);
+    return object.kind;
+}
+
+// Goes on until the host ends it by an exception.
+integer patience_of(trouble const&) {
+    for (;;) GiveTime();
+}
+integer yielding_of(trouble const&) {
+    for (;;) YieldTime();
+}
+// Takes the host's exception for an answer.
+integer denial_of(trouble const&) {
+    try {
+        for (;;) GiveTime();
+    } catch (...) {
+        throw NoSuchObject();
+    }
+}
+integer excuse_of(trouble const& object) {
+    try {
+        for (;;) GiveTime();
+    } catch (...) {
+        return object.kind;
+    }
+}
+// Does not care.
+[[noreturn]] void StayDeaf() {
+    for (;;) try {
+            GiveTime();
+        } catch (...) {
+        }
+}
+integer deafness_of(trouble const&) { StayDeaf(); }
+// Looks things up for ever, whatever the platform answers.
+struct Root {
+    Root() {
+        unsigned char const path = '/';
+        url = CFURLCreateFromFileSystemRepresentation(nullptr, &path, 1, true);
+    }
+    ~Root() { CFRelease(url); }
+    CFURLRef url;
+} root;
+integer search_of(trouble const&) {
+    for (;;) {
+        FSCatalogInfo info;
+        PlatformGetItem(root.url, kFSCatInfoNone, nullptr, &info);
+    }
+}
+
+inspector_string memory_of(integer const& bytes) {
+    auto size = static_cast<unsigned int>(static_cast<long long>(bytes));
+    return {static_cast<unsigned char*>(Allocate_Inspector_Memory(size)), size};
+}
+integer hoard_of(trouble const& object) {
+    try {
+        for (;;) Allocate_Inspector_Memory(1 << 20);
+    } catch (...) {
+        return object.kind;  // as if nothing had happened
+    }
+}
+
+grudge grudge_of(trouble const&) { return {}; }
+abyss abyss_of(trouble const&) { return {}; }
+lingerer lingerer_of(trouble const&) { return {}; }
+
+void EndGrudge(void const*) { throw 42; }
+void EndAbyss(void const*) { Recurse<64>(kForEver); }
+void EndLingerer(void const*) {
+    for (;;) GiveTime();
+}
+
+// Troubles 1, 2, 3 … without end.
+class rounds {
+  public:
+    rounds() { ++livingRounds; }
+    ~rounds() { --livingRounds; }
+    trouble First() { return trouble(++count); }
+    trouble Next() { return trouble(++count); }
+
+  private:
+    long long count = 0;
+};
+// Never comes to its first value, and lets nothing stop it.
+class nothing {
+  public:
+    trouble First() { StayDeaf(); }
+    trouble Next() { return trouble(0); }
+};
+
+// A type whose Destroy is not its destructor's business.
+struct RawType {
+    RawType(char const* name, DestroyFunction destroy) {
+        Register_Type(record, kTypeRecordSize, name, 1, destroy, "", nullptr);
+    }
+    ~RawType() { Unregister_Type(record); }
+    alignas(16) unsigned char record[kTypeRecordSize];
+};
+
+struct Module {
+    TypeRecord<trouble> type{"trouble"};
+    RawType grudgeType{"grudge", EndGrudge};
+    RawType abyssType{"abyss", EndAbyss};
+    RawType lingererType{"lingerer", EndLingerer};
+    NumberedGlobalProperty<trouble> numbered{"trouble", "troubles", "trouble", trouble_numbered};
+    GlobalProperty<integer> living{"living trouble", "living troubles", "integer", living_troubles};
+    GlobalProperty<integer> livingRound{"living round", "living rounds", "integer", living_rounds};
+    Property<trouble, integer> kind{"kind", "kinds", "trouble", "integer", kind_of};
+    Property<trouble, integer> small{"small frame", "small frames", "trouble", "integer", small_frames_of};
+    Property<trouble, integer> large{"large frame", "large frames", "trouble", "integer", large_frames_of};
+    Property<trouble, integer> texts{"text frame", "text frames", "trouble", "integer", texts_of};
+    Property<trouble, integer> handlers{"handler frame", "handler frames", "trouble", "integer", handlers_of};
+    Property<trouble, integer> kilobytes{"stack kilobyte", "stack kilobytes", "trouble", "integer",
+                                         stack_kilobytes_of};
+    Property<trouble, integer> patience{"patience", "patiences", "trouble", "integer", patience_of};
+    Property<trouble, integer> yielding{"yielding", "yieldings", "trouble", "integer", yielding_of};
+    Property<trouble, integer> denial{"denial", "denials", "trouble", "integer", denial_of};
+    Property<trouble, integer> excuse{"excuse", "excuses", "trouble", "integer", excuse_of};
+    Property<trouble, integer> deafness{"deafness", "deafnesses", "trouble", "integer", deafness_of};
+    Property<trouble, integer> search{"search", "searches", "trouble", "integer", search_of};
+    Property<trouble, integer> hoard{"hoard", "hoards", "trouble", "integer", hoard_of};
+    Property<trouble, grudge> grudges{"grudge", "grudges", "trouble", "grudge", grudge_of};
+    Property<trouble, abyss> abysses{"abyss", "abysses", "trouble", "abyss", abyss_of};
+    Property<trouble, lingerer> lingerers{"lingerer", "lingerers", "trouble", "lingerer", lingerer_of};
+    PropertyByIndexOfWorld<inspector_string, integer> memory{"memory", "memories", "integer", "string",
+                                                             memory_of};
+    IteratedGlobalProperty<rounds, trouble> round{"round", "rounds", "trouble"};
+    IteratedGlobalProperty<nothing, trouble> never{"never", "nevers", "trouble"};
+};
+Module module;
+
+}  // namespace

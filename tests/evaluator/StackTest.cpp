@@ -1,0 +1,172 @@
+// Inspectors that exhaust the stack end their evaluation and nothing else.
+
+#include <pthread.h>
+#include <sys/resource.h>
+
+#include <csetjmp>
+#include <csignal>
+
+#include "evaluator/NastyTest.h"
+
+namespace {
+
+class Stack : public NastyTest {};
+
+std::string RanOut(std::string const& query, std::string const& caret, std::size_t limit = 8 << 20) {
+    return "error: the evaluation ran out of stack\n  " + query + "\n  " + caret + "\n  hint: its limit is " +
+           std::to_string(limit) + " bytes, and what is marked here recurses deeper\n";
+}
+
+TEST_F(Stack, EndlessRecursionEndsTheEvaluationWithAnError) {
+    EXPECT_EQ(Ask("small frame of trouble 1").problems, RanOut("small frame of trouble 1", "^~~~~~~~~~~"));
+}
+
+TEST_F(Stack, TheGuardIsWiderThanLargeFrames) {
+    EXPECT_EQ(Ask("large frame of trouble 1").problems, RanOut("large frame of trouble 1", "^~~~~~~~~~~"));
+}
+
+// The recursion is met inside the C library's memory functions as often as not.
+TEST_F(Stack, TheCLibraryIsNotLeftInTheMidstOfThings) {
+    for (int i = 0; i < 20; ++i)
+        ASSERT_EQ(Ask("text frame of trouble 1").problems, RanOut("text frame of trouble 1", "^~~~~~~~~~"));
+}
+
+TEST_F(Stack, ExceptionsThatWereBeingHandledAreForgotten) {
+    EXPECT_EQ(Ask("handler frame of trouble 1").problems,
+              RanOut("handler frame of trouble 1", "^~~~~~~~~~~~~"));
+    EXPECT_EQ(std::uncaught_exceptions(), 0);
+    EXPECT_FALSE(std::current_exception());
+}
+
+TEST_F(Stack, ValuesThatWereDeliveredStay) {
+    Outcome outcome = Ask("(if kind of it < 3 then kind of it else small frame of it) of rounds");
+    EXPECT_EQ(outcome.values, (std::vector<std::string>{"1", "2"}));
+    EXPECT_EQ(outcome.problems.substr(0, 39), "error: the evaluation ran out of stack\n");
+}
+
+TEST_F(Stack, WhatTheEvaluationHeldIsEndedOnce) {
+    EXPECT_EQ(Ask("((trouble 1, it, (trouble 2; trouble 3) whose (small frame of it > 0)) of rounds) whose "
+                  "(exists small frame of trouble 9)")
+                  .problems.substr(0, 39),
+              "error: the evaluation ran out of stack\n");
+    EXPECT_EQ(Answer("living trouble; living round"), "0|0");
+}
+
+TEST_F(Stack, KeptValuesSurviveWithWhatTheyNeed) {
+    std::vector<std::shared_ptr<Evaluator::Result const>> kept;
+    {
+        auto compiled = Evaluator::Query::Compile(
+            "(trouble 5; it; trouble (kind of it); trouble (small frame of it)) of trouble 4");
+        ASSERT_TRUE(compiled.query);
+        auto problem = compiled.query->Run([&](Evaluator::Result const& result) {
+            if (kept.size() < 3) kept.push_back(result.Keep());
+            return true;
+        });
+        ASSERT_TRUE(problem);
+        EXPECT_EQ(problem->message, "the evaluation ran out of stack");
+    }
+    ASSERT_EQ(kept.size(), 3u);
+    EXPECT_EQ(Answer("living trouble"), "3");
+    kept.erase(kept.begin());
+    EXPECT_EQ(Answer("living trouble"), "2");
+    kept.clear();
+    EXPECT_EQ(Answer("living trouble"), "0");
+}
+
+TEST_F(Stack, ADestroyThatRecursesEndsTheEvaluationToo) {
+    EXPECT_EQ(Ask("exists abyss of trouble 1").problems.substr(0, 39),
+              "error: the evaluation ran out of stack\n");
+    EXPECT_EQ(Ask("(abyss of trouble 1, abyss of trouble 2, trouble 3)").problems.substr(0, 39),
+              "error: the evaluation ran out of stack\n");
+}
+
+TEST_F(Stack, ADestroyThatRecursesBringsNoKeptValueDown) {
+    auto compiled = Evaluator::Query::Compile("abyss of trouble 1");
+    ASSERT_TRUE(compiled.query);
+    std::shared_ptr<Evaluator::Result const> kept;
+    compiled.query->Run([&](Evaluator::Result const& result) {
+        kept = result.Keep();
+        return true;
+    });
+    EXPECT_EQ(Answer("living trouble"), "1");
+    kept.reset();
+    EXPECT_EQ(Answer("living trouble"), "0");
+}
+
+TEST_F(Stack, ADestroyThatThrowsIsReported) {
+    EXPECT_EQ(Ask("exists grudge of trouble 1").problems,
+              "error: NastyInspectors.dylib: type \"grudge\": it threw an exception where a value ends\n"
+              "  exists grudge of trouble 1\n  ^~~~~~\n");
+}
+
+// The limit is the caller's; just below it there is no problem, just above it there is.
+TEST_F(Stack, TheLimitIsAnOption) {
+    Evaluator::RunOptions options;
+    options.limits.stackBytes = 4 << 20;
+    EXPECT_EQ(Ask("stack kilobyte of trouble 2500", options), (Outcome{{"2500"}, ""}));
+    EXPECT_EQ(Ask("stack kilobyte of trouble 4100", options).problems,
+              RanOut("stack kilobyte of trouble 4100", "^~~~~~~~~~~~~~", 4 << 20));
+    EXPECT_EQ(Ask("stack kilobyte of trouble 4100").values.size(), 1u);
+    options.limits.stackBytes = 1;  // as little as there may be
+    EXPECT_EQ(Ask("kind of trouble 1", options), (Outcome{{"1"}, ""}));
+}
+
+// However deep the query, its inspectors find the room that they may count on.
+TEST_F(Stack, TheDeepestQueryLeavesRoomForAnInspector) {
+    for (std::string_view step : {"(%) of trouble 1", "(%; 1) whose (it > 0) of trouble 1", "- %", "(1, %)",
+                                  "if true then % else 0", "% otherwise 0"}) {
+        std::string query = "stack kilobyte of trouble 200";
+        for (int i = 0; i < 180; ++i) {
+            std::string outer(step);
+            query = outer.replace(outer.find('%'), 1, query);
+        }
+        Evaluator::RunOptions options;
+        options.limits.stackBytes = 2 << 20;
+        Outcome outcome = Ask(query, options);
+        if (outcome.problems.empty()) {
+            EXPECT_GT(outcome.values.size(), 0u) << step;
+        } else {
+            EXPECT_EQ(outcome.problems.substr(0, 39), "error: the evaluation ran out of stack\n") << step;
+        }
+    }
+}
+
+TEST_F(Stack, AThreadWithASmallStackCanAsk) {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, 256 << 10);
+    std::string answer;
+    pthread_t thread;
+    auto ask = [](void* answer) -> void* {
+        *static_cast<std::string*>(answer) = Answer("stack kilobyte of trouble 3000");
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, ask, &answer), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+    EXPECT_EQ(answer, "3000");
+}
+
+// The evaluation's handling of faults is gone when it is over, and others' faults are never taken for its
+// own.
+TEST_F(Stack, TheProgramsOwnHandlerIsRestored) {
+    static volatile std::sig_atomic_t faults;
+    static sigjmp_buf back;
+    faults = 0;
+    struct sigaction mine {
+    }, before{};
+    mine.sa_handler = [](int) {
+        faults = faults + 1;
+        siglongjmp(back, 1);
+    };
+    ASSERT_EQ(sigaction(SIGSEGV, &mine, &before), 0);
+    EXPECT_EQ(Ask("small frame of trouble 1").values.size(), 0u);
+    EXPECT_EQ(faults, 0);
+    if (sigsetjmp(back, 1) == 0) raise(SIGSEGV);
+    EXPECT_EQ(faults, 1);
+    struct sigaction after {};
+    sigaction(SIGSEGV, &before, &after);
+    EXPECT_EQ(after.sa_handler, mine.sa_handler);
+}
+
+}  // namespace
