@@ -20,11 +20,11 @@ std::string NormalPhrase(std::string_view phrase);
 
 /// A library that registers: the core, or one that was loaded.
 struct Library {
-    std::string name;        ///< file name, or "core"
-    std::string path;        ///< resolved path; empty for the core
-    void* handle = nullptr;  ///< of dlopen(3); null for the core
-    long uses = 0;           ///< compiled queries, kept values and evaluations that need it mapped
-    ConstData code = {};     ///< where its instructions lie; empty for the core
+    std::string name;                  ///< file name, or "core"
+    std::string path;                  ///< resolved path; empty for the core
+    void* handle = nullptr;            ///< of dlopen(3); null for the core
+    long uses = 0;                     ///< compiled queries, kept values and evaluations that need it mapped
+    std::vector<ConstData> code = {};  ///< where its instructions lie, in whole pages; empty for the core
 
     bool IsCore() const { return path.empty(); }
 };
