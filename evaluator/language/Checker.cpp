@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "language/Limits.h"
+#include "language/Many.h"
 #include "language/Parser.h"
+#include "language/Signs.h"
 #include "language/Suggestions.h"
 
 namespace Evaluator {
@@ -18,13 +20,6 @@ std::string Quoted(std::string_view text) { return fmt::format("\"{}\"", text); 
 std::string Shortened(std::string const& phrase) {
     constexpr std::size_t enough = 80;
     return phrase.size() <= enough ? phrase : phrase.substr(0, enough) + "…";
-}
-
-// "a file", "an integer".
-std::string WithArticle(TypeEntry const& type) {
-    if (!type.fields.empty()) return "a tuple";
-    bool vowel = std::string_view("aeiou").find(type.name[0]) != std::string_view::npos;
-    return (vowel ? "an " : "a ") + type.name;
 }
 
 class Checker {
@@ -205,8 +200,8 @@ class Checker {
             if (!index || !Singular(*syntax.index, *index, "")) return nullptr;
             if (!index->type->fields.empty()) return Report(syntax.index->range, "a tuple is no index");
         }
-        if (syntax.text == kNumberOf.singular || syntax.text == kNumberOf.plural)
-            return CheckNumber(syntax, std::move(object), std::move(index));
+        if (PhraseOfMany const* phrase = FindPhraseOfMany(syntax.text))
+            return CheckMany(syntax, *phrase, std::move(object), std::move(index));
         TypeEntry const* ofType = object ? object->type : nullptr;
         TypeEntry const* indexType = index ? index->type : nullptr;
         std::optional<PropertyMatch> match;
@@ -218,13 +213,85 @@ class Checker {
                             std::move(index));
     }
 
-    ExpressionPointer CheckNumber(Syntax const& syntax, ExpressionPointer object, ExpressionPointer index) {
-        if (index) return Report(syntax.index->range, fmt::format("\"{}\" takes no index", syntax.text));
+    // ---- Phrases that take many
+
+    ExpressionPointer CheckMany(Syntax const& syntax, PhraseOfMany const& phrase, ExpressionPointer object,
+                                ExpressionPointer index) {
+        if (index && (phrase.index.empty() || !vocabulary.Serves(*index->type, *Core(phrase.index))))
+            return ReportIndexOfMany(syntax, phrase);
         if (!object)
             return Report(syntax.sign, fmt::format("\"{}\" of what?", syntax.text),
-                          "number of files of folder \"/etc\"");
-        return MakeNumber(syntax.sign, *Core("integer"), syntax.text == kNumberOf.plural, std::move(object));
+                          std::string(phrase.example));
+        Many many{syntax.sign, &phrase, syntax.text == phrase.plural, object->type, nullptr, nullptr,
+                  nullptr,     {}};
+        if (phrase.what == TakesMany::number) many.type = Core("integer");
+        if (!HasWhatItNeeds(syntax, phrase.offers, *object->type, many)) return nullptr;
+        many.source = std::move(object);
+        many.index = std::move(index);
+        return MakeMany(std::move(many));
     }
+
+    ExpressionPointer ReportIndexOfMany(Syntax const& syntax, PhraseOfMany const& phrase) {
+        std::string takes = "no index";
+        if (!phrase.index.empty()) takes += fmt::format(", or {} as index", WithArticle(*Core(phrase.index)));
+        return Report(syntax.index->range, fmt::format("\"{}\" takes {}", syntax.text, takes));
+    }
+
+    // Whether the type offers what the phrase needs, which is then noted in `many`; reports when not.
+    bool HasWhatItNeeds(Syntax const& syntax, Offers needed, TypeEntry const& type, Many& many) {
+        switch (needed) {
+            case Offers::anything:
+                return true;
+            case Offers::addition:
+                return OneOf(syntax, type, {"integer", "time interval"}, many) && Adds(*many.type, many);
+            case Offers::text:
+                return OneOf(syntax, type, {"string"}, many);
+            case Offers::equality:
+                return Compares(syntax, kRelationEqual, type, many);
+            case Offers::order:
+                return Compares(syntax, kRelationLess, type, many);
+        }
+        return false;
+    }
+
+    bool OneOf(Syntax const& syntax, TypeEntry const& type, std::vector<std::string> const& wanted,
+               Many& many) {
+        for (std::string const& name : wanted)
+            if (vocabulary.Serves(type, *Core(name))) {
+                many.type = Core(name);
+                return true;
+            }
+        Report(syntax.sign, fmt::format("\"{}\" is of {}s, and this is {}", syntax.text,
+                                        fmt::join(wanted, "s or "), WithArticle(type)));
+        return false;
+    }
+
+    bool Adds(TypeEntry const& type, Many& many) {
+        many.plus = vocabulary.FindOperator(kOperatorPlus, type, type);
+        return many.plus != nullptr;
+    }
+
+    bool Compares(Syntax const& syntax, int code, TypeEntry const& type, Many& many) {
+        try {
+            many.comparison = Compare(code, type);
+            return true;
+        } catch (NotComparable const& why) {
+            Report(syntax.sign, fmt::format("\"{}\" has to compare, and {}", syntax.text, why.message),
+                   why.hint.empty()
+                       ? fmt::format("ask for something of each that has \"{}\": {} of names of …",
+                                     SignOf(code), syntax.text)
+                       : why.hint);
+            return false;
+        }
+    }
+
+    Comparison Compare(int code, TypeEntry const& type) {
+        Comparison comparison(vocabulary, code, type);
+        comparison.AddLibraries(checked.libraries);
+        return comparison;
+    }
+
+    // ---- Unknown phrases
 
     // A phrase that the object does not have with that index. What the hint says depends on how near the
     // query came: the same phrase with another index, the same phrase of other types, another phrase of this
@@ -370,37 +437,6 @@ class Checker {
 
     // ---- Operators
 
-    static std::string_view NameOf(int code) {
-        switch (code) {
-            case kOperatorPlus:
-                return "+";
-            case kOperatorMinus:
-                return "-";
-            case kOperatorTimes:
-                return "*";
-            case kOperatorDividedBy:
-                return "/";
-            case kOperatorMod:
-                return "mod";
-            case kOperatorJoin:
-                return "&";
-            case kRelationEqual:
-                return "=";
-            case kRelationLess:
-                return "<";
-            case kRelationLessOrEqual:
-                return "<=";
-            case kRelationContains:
-                return "contains";
-            case kRelationStartsWith:
-                return "starts with";
-            case kRelationEndsWith:
-                return "ends with";
-            default:
-                return "?";
-        }
-    }
-
     // Both operands, checked and singular; false when something was reported.
     bool CheckOperands(Syntax const& syntax, ExpressionPointer& left, ExpressionPointer& right) {
         std::vector<ExpressionPointer> parts = CheckParts(syntax);
@@ -419,7 +455,7 @@ class Checker {
         OperatorEntry const* entry = nullptr;
         if (left.fields.empty() && right.fields.empty()) entry = vocabulary.FindOperator(code, left, right);
         if (!entry)
-            Report(syntax.sign, fmt::format("there is no \"{}\" of {} and {}", NameOf(code),
+            Report(syntax.sign, fmt::format("there is no \"{}\" of {} and {}", SignOf(code),
                                             WithArticle(left), WithArticle(right)));
         return entry;
     }
@@ -428,14 +464,38 @@ class Checker {
         ExpressionPointer left, right;
         if (!CheckOperands(syntax, left, right)) return nullptr;
         Relation const& relation = syntax.relation;
+        if (!left->type->fields.empty() && !right->type->fields.empty())
+            return CheckTupleRelation(syntax, std::move(left), std::move(right));
         OperatorEntry const* entry = relation.exchanged
                                          ? FindOperator(syntax, relation.code, *right->type, *left->type)
                                          : FindOperator(syntax, relation.code, *left->type, *right->type);
         if (!entry) return nullptr;
-        ExpressionPointer result = MakeOperator(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)),
-                                                relation.exchanged, std::move(left), std::move(right));
-        return relation.negated ? MakeNot(syntax.sign, *Core("boolean"), std::move(result))
-                                : std::move(result);
+        return Negated(syntax, MakeOperator(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)),
+                                            relation.exchanged, std::move(left), std::move(right)));
+    }
+
+    ExpressionPointer Negated(Syntax const& syntax, ExpressionPointer relation) {
+        return syntax.relation.negated ? MakeNot(syntax.sign, *Core("boolean"), std::move(relation))
+                                       : std::move(relation);
+    }
+
+    ExpressionPointer CheckTupleRelation(Syntax const& syntax, ExpressionPointer left,
+                                         ExpressionPointer right) {
+        int const code = syntax.relation.code;
+        bool const compares = code == kRelationEqual || code == kRelationLess || code == kRelationLessOrEqual;
+        if (!compares || left->type != right->type)
+            return Report(syntax.sign,
+                          fmt::format("there is no \"{}\" of {} and {}", SignOf(syntax.relation),
+                                      left->type->name, right->type->name),
+                          "tuples whose fields have the same types compare with = != < <= > >=");
+        try {
+            Comparison comparison = Compare(code, *left->type);
+            return Negated(syntax,
+                           MakeTupleRelation(syntax.sign, *Core("boolean"), std::move(comparison),
+                                             syntax.relation.exchanged, std::move(left), std::move(right)));
+        } catch (NotComparable const& why) {
+            return Report(syntax.sign, "these tuples do not compare: " + why.message, why.hint);
+        }
     }
 
     ExpressionPointer CheckArithmetic(Syntax const& syntax) {

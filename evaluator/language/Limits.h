@@ -16,6 +16,14 @@ struct Limits {
     std::size_t tupleText = 16 << 20;
     /// Bytes of a tuple type's name, beyond which it is cut; it too can double with every level.
     std::size_t tupleName = 500;
+    /// Values that "sorted values", "unique values" and "last values" hold at one time; they take memory
+    /// until the last is handed out.
+    std::size_t gatheredValues = 10'000'000;
+    /// Bytes of a text that "&" and "concatenation" put together. Texts can double with every step.
+    std::size_t textBytes = 256 << 20;
+    /// Fields of a tuple that is compared, those within its fields included; they too double with every
+    /// level.
+    std::size_t comparedFields = 1000;
     /// Problems reported of one query; more would not be read.
     std::size_t problems = 5;
     /// Suggestions in one hint.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "registry/PhrasesOfMany.h"
 #include "registry/Words.h"
 
 namespace Evaluator {
@@ -72,8 +73,9 @@ Vocabulary::Vocabulary(Registry const& registry) {
                 break;
         }
     }
-    for (std::string_view phrase : {kNumberOf.singular, kNumberOf.plural})
-        properties.try_emplace(std::string(phrase));
+    for (PhraseOfMany const& row : kPhrasesOfMany)
+        for (std::string_view phrase : {row.singular, row.plural})
+            properties.try_emplace(std::string(phrase));
     Grow(longestPhrase, properties);
     Grow(longestCastPhrase, casts);
 }
