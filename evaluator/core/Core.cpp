@@ -57,7 +57,7 @@ void RegisterOperators(std::span<OperatorRow const> rows) {
 }
 
 void RegisterAll() {
-    for (CorePart const& part : {Texts(), Numbers(), Times()}) {
+    for (CorePart const& part : {Texts(), Numbers(), Times(), VocabularyItself()}) {
         RegisterTypes(part.types);
         RegisterProperties(part.properties);
         RegisterIterated(part.iterated);

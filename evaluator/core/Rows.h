@@ -56,7 +56,8 @@ struct CorePart {
 };
 CorePart Numbers();  ///< integers and booleans
 CorePart Texts();
-CorePart Times();  ///< times and time intervals
+CorePart Times();             ///< times and time intervals
+CorePart VocabularyItself();  ///< types and properties
 
 // ---- Names of types
 

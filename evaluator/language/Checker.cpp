@@ -298,7 +298,7 @@ class Checker {
     // type.
     ExpressionPointer ReportUnknownPhrase(Syntax const& syntax, TypeEntry const* object,
                                           TypeEntry const* index) {
-        for (PropertyMatch const& match : vocabulary.WithPhrase(syntax.text)) ReferencesOf(*match.entry);
+        vocabulary.RequireTypesOfProperties(syntax.text);
         if (object && !object->fields.empty())
             return Report(syntax.sign, "a tuple has no properties",
                           "ask its fields instead, in a step in parentheses");
@@ -314,13 +314,6 @@ class Checker {
         std::string hint = owners.empty() ? SuggestNearest(syntax.text, PhrasesOf(object))
                                           : fmt::format("it is a property of {}", JoinWithAnd(owners));
         return Report(syntax.sign, std::move(message), std::move(hint));
-    }
-
-    // Throws UnknownType when the property names a type that nobody registered.
-    void ReferencesOf(PropertyEntry const& entry) const {
-        vocabulary.Result(entry);
-        for (std::string const& name : {entry.object, entry.index})
-            if (!name.empty()) vocabulary.Named(entry, name);
     }
 
     // "no index", "a string as index": what the phrase of that object takes. Empty when it does not have it.
@@ -452,11 +445,18 @@ class Checker {
 
     OperatorEntry const* FindOperator(Syntax const& syntax, int code, TypeEntry const& left,
                                       TypeEntry const& right) {
-        OperatorEntry const* entry = nullptr;
-        if (left.fields.empty() && right.fields.empty()) entry = vocabulary.FindOperator(code, left, right);
+        OperatorEntry const* entry = Operator(code, left, right);
         if (!entry)
             Report(syntax.sign, fmt::format("there is no \"{}\" of {} and {}", SignOf(code),
                                             WithArticle(left), WithArticle(right)));
+        return entry;
+    }
+
+    // Null when there is none, which the caller reports.
+    OperatorEntry const* Operator(int code, TypeEntry const& left, TypeEntry const& right) const {
+        if (!left.fields.empty() || !right.fields.empty()) return nullptr;
+        OperatorEntry const* entry = vocabulary.FindOperator(code, left, right);
+        if (!entry) vocabulary.RequireTypesOfOperators(code);
         return entry;
     }
 
@@ -516,9 +516,7 @@ class Checker {
         int code = number ? kOperatorMinus : kOperatorTimes;
         ExpressionPointer factor =
             MakeLiteral(syntax.sign, *Core("integer"), checked.literals++, integer(number ? 0 : -1));
-        OperatorEntry const* entry = nullptr;
-        if (operand->type->fields.empty())
-            entry = vocabulary.FindOperator(code, *factor->type, *operand->type);
+        OperatorEntry const* entry = Operator(code, *factor->type, *operand->type);
         if (!entry)
             return Report(syntax.sign, fmt::format("there is no \"-\" of {}", WithArticle(*operand->type)));
         return MakeOperator(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)), false,
@@ -535,6 +533,7 @@ class Checker {
     }
 
     ExpressionPointer ReportUnknownCast(Syntax const& syntax, TypeEntry const& source) {
+        vocabulary.RequireTypesOfCasts(syntax.text);
         if (source.name == syntax.text)
             return Report(syntax.sign, fmt::format("{} is {} already", "this", WithArticle(source)));
         std::vector<Alternatives> casts;

@@ -65,9 +65,11 @@ Comparison::Comparison(Vocabulary const& vocabulary, int code, TypeEntry const& 
 
 void Comparison::Settle(Vocabulary const& vocabulary, TypeEntry const& type) {
     entry = vocabulary.FindOperator(code, type, type);
-    if (!entry)
+    if (!entry) {
+        vocabulary.RequireTypesOfOperators(code);
         throw NotComparable{
             fmt::format("there is no \"{0}\" of {1} and {1}", SignOf(code), WithArticle(type)), {}};
+    }
     truth = vocabulary.Result(*entry);
     TypeEntry const* left = vocabulary.Type(entry->left);
     native = entry->library->IsCore() && entry->left == entry->right && left->order;

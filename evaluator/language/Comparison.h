@@ -17,7 +17,8 @@ struct NotComparable {
 
 class Comparison {
   public:
-    /// `code` is that of equal, less, or less or equal. Throws NotComparable.
+    /// `code` is that of equal, less, or less or equal. Throws NotComparable, and
+    /// UnknownType where a relation names a type that nobody registered.
     Comparison(Vocabulary const& vocabulary, int code, TypeEntry const& type);
 
     /// Whether the relation holds; nothing when there is no answer.

@@ -52,6 +52,9 @@ inspector_string name_of(stone const& object) {
     std::string name = "stone " + std::to_string(object.Number());
     return MakeString(ConstData(reinterpret_cast<unsigned char const*>(name.data()), name.size()));
 }
+inspector_string name_of_pebble(pebble const& object) { return name_of(object); }
+integer shine_of(pebble const&) { return 1; }
+integer pebble_as_integer(pebble const& object) { return -object.Number(); }
 integer living_stones() { return livingStones; }
 integer counted_stones() { return countedStones; }
 
@@ -82,6 +85,11 @@ struct Module {
     Property<stone, integer> number{"mark", "marks", "stone", "integer", number_of};
     Property<cloud, integer> cloudNumber{"mark", "marks", "cloud", "integer", number_of_cloud};
     Property<stone, inspector_string> name{"name", "names", "stone", "string", name_of};
+    Property<pebble, integer> shine{"shine", "shines", "pebble", "integer", shine_of};
+    Property<pebble, inspector_string> pebbleName{"name", "names", "pebble", "string", name_of_pebble};
+    Cast<stone, inspector_string> text{"string", "stone", "string", name_of};
+    Cast<stone, integer> asNumber{"integer", "stone", "integer", number_of};
+    Cast<pebble, integer> pebbleAsNumber{"integer", "pebble", "integer", pebble_as_integer};
     GlobalProperty<integer> living{"living stone", "living stones", "integer", living_stones};
     GlobalProperty<integer> counted{"counted stone", "counted stones", "integer", counted_stones};
     RelationEqual<stone, stone> equal{"stone", "stone"};
