@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "language/Bracketed.h"
 #include "language/Limits.h"
 #include "language/Many.h"
 #include "language/Parser.h"
@@ -557,27 +558,54 @@ void Tidy(std::vector<Library*>& libraries) {
     libraries.erase(std::unique(libraries.begin(), libraries.end()), libraries.end());
 }
 
-}  // namespace
+// One way to read a query; `checked` is null when it is not sound that way.
+struct CheckedReading {
+    SyntaxPointer syntax;
+    std::unique_ptr<CheckedQuery> checked;
+};
 
-std::unique_ptr<CheckedQuery> Check(std::string_view query, std::vector<Problem>& problems) {
+CheckedReading CheckAs(std::string_view query, Reading reading, std::optional<Range>& fork,
+                       std::vector<Problem>& problems) {
     Vocabulary const& vocabulary = Vocabulary::Present();
+    CheckedReading result;
     auto checked = std::make_unique<CheckedQuery>();
     try {
-        SyntaxPointer syntax = Parse(query, vocabulary);
-        checked->root = Checker(vocabulary, *checked, problems).CheckQuery(*syntax);
-        if (!checked->root) return nullptr;
+        result.syntax = Parse(query, vocabulary, reading, fork);
+        checked->root = Checker(vocabulary, *checked, problems).CheckQuery(*result.syntax);
+        if (!checked->root) return result;
         checked->shown = Shown(vocabulary, *checked->root->type);
     } catch (SyntaxError const& error) {
         problems.push_back(error.problem);
-        return nullptr;
+        return result;
     } catch (UnknownType const& unknown) {
         problems.push_back({ProblemKind::meaning, {0, query.size()}, unknown.what(), {}});
-        return nullptr;
+        return result;
     }
-
     checked->shown.AddLibraries(checked->libraries);
     Tidy(checked->libraries);
-    return checked;
+    result.checked = std::move(checked);
+    return result;
+}
+
+}  // namespace
+
+// Problems are those of the reading with the longest phrase, which is what the rules promise.
+std::unique_ptr<CheckedQuery> Check(std::string_view query, std::vector<Problem>& problems) {
+    std::optional<Range> fork, sameFork;
+    std::vector<Problem> longestProblems, shorterProblems;
+    CheckedReading longest = CheckAs(query, Reading::longestPhrase, fork, longestProblems);
+    CheckedReading shorter;
+    if (fork) shorter = CheckAs(query, Reading::shorterPhrase, sameFork, shorterProblems);
+    if (longest.checked && shorter.checked) {
+        problems.push_back({ProblemKind::meaning, *fork,
+                            fmt::format("the query can be read in two ways: {}, and {}",
+                                        Bracketed(*longest.syntax), Bracketed(*shorter.syntax)),
+                            "the second can be asked for with its parentheses"});
+        return nullptr;
+    }
+    if (shorter.checked) return std::move(shorter.checked);
+    if (!longest.checked) problems.insert(problems.end(), longestProblems.begin(), longestProblems.end());
+    return std::move(longest.checked);
 }
 
 }  // namespace Evaluator
