@@ -312,7 +312,7 @@ class Checker {
                           fmt::format("it is a property of {}", JoinWithAnd(owners)));
         std::string message = fmt::format("{} has no property \"{}\"", owner, Shortened(syntax.text));
         if (index) message += fmt::format(" with {} as index", WithArticle(*index));
-        std::string hint = owners.empty() ? SuggestNearest(syntax.text, PhrasesOf(object))
+        std::string hint = owners.empty() ? SuggestNearest(syntax.text, PhrasesOf(object, syntax.text))
                                           : fmt::format("it is a property of {}", JoinWithAnd(owners));
         return Report(syntax.sign, std::move(message), std::move(hint));
     }
@@ -345,10 +345,15 @@ class Checker {
         return owners;
     }
 
-    std::vector<Alternatives> PhrasesOf(TypeEntry const* object) const {
+    // The phrases that the object has. Those that every plural has are worth a word only when they are near.
+    std::vector<Alternatives> PhrasesOf(TypeEntry const* object, std::string_view text) const {
         std::vector<Alternatives> phrases;
         for (PropertyEntry const* entry : vocabulary.PropertiesOf(object))
             phrases.push_back({entry->singular, entry->plural});
+        for (PhraseOfMany const& row : kPhrasesOfMany)
+            if (Alternatives forms{std::string(row.singular), std::string(row.plural)};
+                object && IsNear(text, forms))
+                phrases.push_back(std::move(forms));
         return phrases;
     }
 

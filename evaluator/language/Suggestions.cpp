@@ -12,6 +12,9 @@
 namespace Evaluator {
 namespace {
 
+// The work of comparing grows with the square of the length.
+constexpr std::size_t kLongestCompared = 200;
+
 // Insertions, deletions, replacements and exchanges of neighbours that turn one text into the other.
 std::size_t EditDistance(std::string_view from, std::string_view to) {
     std::vector<std::size_t> before(to.size() + 1), last(to.size() + 1), row(to.size() + 1);
@@ -38,9 +41,15 @@ std::string JoinWithAnd(std::vector<std::string> const& texts) {
     return fmt::format("{} and {}", fmt::join(texts.begin(), texts.end() - 1, ", "), texts.back());
 }
 
+bool IsNear(std::string_view text, Alternatives const& phrases) {
+    constexpr std::size_t slips = 2;
+    return text.size() <= kLongestCompared &&
+           std::any_of(phrases.begin(), phrases.end(),
+                       [&](std::string const& phrase) { return EditDistance(text, phrase) <= slips; });
+}
+
 std::string SuggestNearest(std::string_view text, std::vector<Alternatives> const& candidates) {
-    constexpr std::size_t longestCompared = 200;  // the work grows with the square of the length
-    if (text.size() > longestCompared) return {};
+    if (text.size() > kLongestCompared) return {};
     std::set<std::pair<std::size_t, std::string>>
         near;  // nearest first, then in alphabetical order; each once
     for (Alternatives const& alternatives : candidates) {

@@ -16,6 +16,9 @@ using Alternatives = std::vector<std::string>;
 /// Empty when there are none. Names at most as many as the limit on suggestions allows.
 std::string SuggestNearest(std::string_view text, std::vector<Alternatives> const& candidates);
 
+/// Whether one of the phrases is the text but for a slip or two.
+bool IsNear(std::string_view text, Alternatives const& phrases);
+
 /// `a, b and c`.
 std::string JoinWithAnd(std::vector<std::string> const& texts);
 

@@ -242,6 +242,17 @@ TEST_F(Many, WithAnIndexThatTheyDoNotTake) {
               "  first values (1; 2) of (1; 2)\n                ^~~~\n");
 }
 
+TEST_F(Many, AreSuggestedWhenTheyAreNearlyMet) {
+    EXPECT_EQ(Ask("nubmer of (1; 2)").problems,
+              "error: an integer has no property \"nubmer\"\n"
+              "  nubmer of (1; 2)\n  ^~~~~~\n  hint: \"number\" is one\n");
+    EXPECT_EQ(Ask("sorted valuse of \"a\"").problems,
+              "error: a string has no property \"sorted valuse\"\n"
+              "  sorted valuse of \"a\"\n  ^~~~~~~~~~~~~\n"
+              "  hint: \"sorted value\" is one; so are \"lengths\" and \"substring after\"\n");
+    EXPECT_EQ(Ask("nubmer").problems.find("\"number\""), std::string::npos);
+}
+
 TEST_F(Many, AnAbsentIndexIsAbsence) {
     for (std::string phrase : {"first value", "last value"})
         EXPECT_EQ(Answer(phrase + " (\"x\" as integer) of (1; 2) otherwise 9"), "9");
@@ -254,6 +265,8 @@ TEST_F(Many, WhatIsHeldAtOnceIsBounded) {
     std::string query = "last values 20000000 of (5) of integers up to 10000001";
     EXPECT_EQ(Ask("number of " + query).problems,
               limit + "  number of " + query + "\n            ^~~~~~~~~~~\n" + hint);
+    query = "sorted values of (5) of integers up to 10000001";
+    EXPECT_EQ(Ask(query).problems, limit + "  " + query + "\n  ^~~~~~~~~~~~~\n" + hint);
     EXPECT_EQ(Answer("number of last values 20000000 of (5) of integers up to 10000000"), "10000000");
 }
 

@@ -40,6 +40,11 @@ TEST_F(Readings, TheOneThatIsSoundIsTaken) {
 
 TEST_F(Readings, TheShorterOneMayBeTheOnlyOneOfTheGrammar) { EXPECT_EQ(Answer("tally mod tally"), "0"); }
 
+TEST_F(Readings, CastsHaveTwoLikeSteps) {
+    EXPECT_EQ(Answer("4 as noise contains"), "8");
+    EXPECT_EQ(Answer("4 as noise contains \"b\""), "true");
+}
+
 TEST_F(Readings, AMinusMayMakeTwo) {
     EXPECT_EQ(Ask("tally mod -4").problems,
               "error: the query can be read in two ways: ((tally mod) - 4), and ((tally) mod -4)\n"
