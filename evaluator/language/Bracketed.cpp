@@ -52,25 +52,6 @@ std::string Parenthesis(Syntax const& syntax) {
     return IsBracketed(Ungrouped(syntax)) ? text : InParentheses(text);
 }
 
-// A text as a literal, in the language's own escapes. What is not UTF-8 is written byte by byte.
-std::string Quoted(std::string_view text) {
-    static constexpr std::string_view meanings = "\"\\\b\f\n\r\t", letters = "\"\\bfnrt";
-    std::string quoted = "\"";
-    for (std::size_t at = 0; at < text.size();) {
-        std::size_t length = Utf8SequenceLength(text.substr(at));
-        auto byte = static_cast<unsigned char>(text[at]);
-        std::size_t which = meanings.find(text[at]);
-        if (which != std::string_view::npos)
-            quoted += {'\\', letters[which]};
-        else if (length == 0 || byte < 0x20 || byte == 0x7F)
-            quoted += fmt::format("\\x{:02x}", byte);
-        else
-            quoted += text.substr(at, length);
-        at += std::max<std::size_t>(length, 1);
-    }
-    return quoted + "\"";
-}
-
 std::string Index(Syntax const& index) {
     Syntax const& value = Ungrouped(index);
     bool const bare =
@@ -117,11 +98,30 @@ std::string Choice(Syntax const& syntax) {
 
 }  // namespace
 
+// In the language's own escapes. What is not UTF-8 is written byte by byte.
+std::string QuotedLiteral(std::string_view text) {
+    static constexpr std::string_view meanings = "\"\\\b\f\n\r\t", letters = "\"\\bfnrt";
+    std::string quoted = "\"";
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t length = Utf8SequenceLength(text.substr(at));
+        auto byte = static_cast<unsigned char>(text[at]);
+        std::size_t which = meanings.find(text[at]);
+        if (which != std::string_view::npos)
+            quoted += {'\\', letters[which]};
+        else if (length == 0 || byte < 0x20 || byte == 0x7F)
+            quoted += fmt::format("\\x{:02x}", byte);
+        else
+            quoted += text.substr(at, length);
+        at += std::max<std::size_t>(length, 1);
+    }
+    return quoted + "\"";
+}
+
 std::string Bracketed(Syntax const& any) {
     Syntax const& syntax = Ungrouped(any);
     switch (syntax.kind) {
         case SyntaxKind::string:
-            return Quoted(syntax.text);
+            return QuotedLiteral(syntax.text);
         case SyntaxKind::integer:
             return std::to_string(syntax.number);
         case SyntaxKind::truth:

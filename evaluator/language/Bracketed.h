@@ -3,6 +3,7 @@
 // Internal. How a query was read, as a query.
 
 #include <string>
+#include <string_view>
 
 #include "language/Syntax.h"
 
@@ -11,5 +12,8 @@ namespace Evaluator {
 /// The query with all its parentheses, such as `(name of (file "/etc/hosts"))`: every operator, every index
 /// and every "of" stands in its own. It is read as the same tree, parentheses that only group aside.
 std::string Bracketed(Syntax const& syntax);
+
+/// A string's bytes as a literal of the language.
+std::string QuotedLiteral(std::string_view text);
 
 }  // namespace Evaluator

@@ -612,9 +612,11 @@ std::unique_ptr<CheckedQuery> Check(std::string_view query, Limits const& limits
                             "the second can be asked for with its parentheses"});
         return nullptr;
     }
-    if (shorter.checked) return std::move(shorter.checked);
-    if (!longest.checked) problems.insert(problems.end(), longestProblems.begin(), longestProblems.end());
-    return std::move(longest.checked);
+    if (!longest.checked && !shorter.checked)
+        problems.insert(problems.end(), longestProblems.begin(), longestProblems.end());
+    CheckedReading& sound = shorter.checked ? shorter : longest;
+    if (sound.checked) sound.checked->syntax = std::move(sound.syntax);
+    return std::move(sound.checked);
 }
 
 }  // namespace Evaluator

@@ -10,12 +10,14 @@
 
 #include "language/Expression.h"
 #include "language/Shown.h"
+#include "language/Syntax.h"
 
 namespace Evaluator {
 
 /// A query that is sound.
 struct CheckedQuery {
     std::vector<std::unique_ptr<TypeEntry>> tupleTypes;  ///< types that this query alone knows
+    SyntaxPointer syntax;
     ExpressionPointer root;
     std::size_t bindings = 0;  ///< places for `it`
     std::size_t literals = 0;

@@ -43,6 +43,12 @@ class TupleRelation : public Expression {
     }
 
   private:
+    void Explain(Explanation& explanation) const override {
+        explanation.words = SignOf(comparison.Code());
+        AddPart(explanation, exchanged ? right : left);
+        AddPart(explanation, exchanged ? left : right);
+    }
+
     Comparison comparison;
     ExpressionPointer left, right;
     bool exchanged;

@@ -21,6 +21,7 @@ class Comparison {
     /// UnknownType where a relation names a type that nobody registered.
     Comparison(Vocabulary const& vocabulary, int code, TypeEntry const& type);
 
+    int Code() const { return code; }
     /// Whether the relation holds; nothing when there is no answer.
     std::optional<bool> Holds(Evaluation& evaluation, ValueRef const& left, ValueRef const& right,
                               Range where) const;

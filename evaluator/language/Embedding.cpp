@@ -15,6 +15,7 @@
 
 #include "Evaluator/Exceptions.h"
 #include "core/Core.h"
+#include "language/Bracketed.h"
 #include "language/Checker.h"
 #include "registry/Libraries.h"
 #include "stack/EvaluationStack.h"
@@ -241,6 +242,9 @@ Query::~Query() = default;
 
 bool Query::IsPlural() const { return compiled->checked->root->plural; }
 std::string Query::TypeName() const { return compiled->checked->root->type->name; }
+
+std::string Query::Bracketed() const { return Evaluator::Bracketed(*compiled->checked->syntax); }
+Explanation Query::Explain() const { return compiled->checked->root->Explained(); }
 
 namespace {
 

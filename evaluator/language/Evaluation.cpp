@@ -222,6 +222,19 @@ bool Evaluation::Operate(ValueRef& value, OperatorEntry const& op, TypeEntry con
     return there;
 }
 
+bool Evaluation::Compute(void* result, OperatorEntry const& op, void const* left, void const* right,
+                         Range where) {
+    try {
+        op.thunk(result, left, right, op.context);
+        return true;
+    } catch (NoSuchObject const&) {
+        Absent(where);
+        return false;
+    } catch (...) {
+        throw EvaluationError{FailureOf(op, where)};
+    }
+}
+
 IterationRef Evaluation::Begin(PropertyEntry const& property, ValueRef const& object, ValueRef const& index,
                                Range where) {
     IterationRef iteration = NewIteration(property);

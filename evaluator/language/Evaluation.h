@@ -103,6 +103,8 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
                  Range where);
     bool Operate(ValueRef& value, OperatorEntry const& op, TypeEntry const& result, ValueRef const& left,
                  ValueRef const& right, Range where);
+    /// An operator of the core's own, whose result is bits and nothing else, computed where `result` points.
+    bool Compute(void* result, OperatorEntry const& op, void const* left, void const* right, Range where);
     /// The first value of an iteration, then each next one; none at its end.
     bool Step(ValueRef& value, IterationRef const& iteration, bool first, TypeEntry const& result,
               Range where);

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "language/Bracketed.h"
 #include "language/Cursors.h"
 
 namespace Evaluator {
@@ -18,8 +19,21 @@ class Literal : public Expression {
         if (!made) made = Make();
         return made;
     }
+    void const* Look(Evaluation& evaluation, Sight&) const override {
+        ValueRef& made = evaluation.literals[place];
+        if (!made) made = Make();
+        return made->Bytes();
+    }
 
   private:
+    void Explain(Explanation& explanation) const override {
+        if (auto const* number = std::get_if<integer>(&content))
+            explanation.words = std::to_string(static_cast<long long>(*number));
+        else if (auto const* truth = std::get_if<boolean>(&content))
+            explanation.words = *truth ? "true" : "false";
+        else
+            explanation.words = QuotedLiteral(std::get<std::string>(content));
+    }
     ValueRef Make() const {
         if (auto const* number = std::get_if<integer>(&content)) return MakeValue(*type, *number);
         if (auto const* truth = std::get_if<boolean>(&content)) return MakeValue(*type, *truth);
@@ -37,8 +51,13 @@ class It : public Expression {
     It(Range range, TypeEntry const& type, std::size_t binding)
         : Expression(range, type, false), binding(binding) {}
     ValueRef Evaluate(Evaluation& evaluation) const override { return evaluation.bindings[binding]; }
+    void const* Look(Evaluation& evaluation, Sight&) const override {
+        return evaluation.bindings[binding]->Bytes();
+    }
 
   private:
+    void Explain(Explanation& explanation) const override { explanation.words = "it"; }
+
     std::size_t binding;
 };
 
@@ -48,10 +67,24 @@ ValueRef Expression::Evaluate(Evaluation& evaluation) const {
     return ExactlyOne(evaluation, Open(evaluation));
 }
 
+Explanation Expression::Explained() const {
+    Explanation explanation;
+    explanation.range = range;
+    explanation.typeName = type->name;
+    explanation.plural = plural;
+    Explain(explanation);
+    return explanation;
+}
+
+void const* Expression::Look(Evaluation& evaluation, Sight& sight) const {
+    sight.value = Evaluate(evaluation);
+    return sight.value ? sight.value->Bytes() : nullptr;
+}
+
 Truth Expression::Test(Evaluation& evaluation) const {
-    ValueRef truth = Evaluate(evaluation);
-    if (!truth) return Truth::absent;
-    return truth->As<boolean>() ? Truth::yes : Truth::no;
+    Sight sight;
+    auto const* truth = static_cast<boolean const*>(Look(evaluation, sight));
+    return truth ? AsTruth(*truth) : Truth::absent;
 }
 
 CursorPointer Expression::Open(Evaluation& evaluation) const { return OneValue(Evaluate(evaluation)); }

@@ -29,6 +29,13 @@ using CursorPointer = std::unique_ptr<Cursor>;
 
 /// What a condition comes to.
 enum class Truth { no, yes, absent };
+inline Truth AsTruth(bool truth) { return truth ? Truth::yes : Truth::no; }
+
+/// Where the bytes of a value stand that is only looked at: in a value, or here.
+struct Sight {
+    ValueRef value;
+    alignas(std::max_align_t) unsigned char bytes[16];
+};
 
 class Expression {
   public:
@@ -37,7 +44,12 @@ class Expression {
 
     /// Exactly one value, or nothing when there is none; more than one is an EvaluationError.
     virtual ValueRef Evaluate(Evaluation& evaluation) const;
-    /// Of a singular boolean: its truth, without a value that holds it.
+    // Evaluate for who looks at the value once: what the host computes itself takes no value to hold it.
+
+    /// The bytes of the one value, or null when there is none; they stay for as long as `sight` and what `it`
+    /// stands for do.
+    virtual void const* Look(Evaluation& evaluation, Sight& sight) const;
+    /// Of a singular boolean: its truth.
     virtual Truth Test(Evaluation& evaluation) const;
     /// All values; null when something below is absent.
     virtual CursorPointer Open(Evaluation& evaluation) const;
@@ -47,11 +59,24 @@ class Expression {
     /// Of a property that was asked in the plural: how to ask for one.
     virtual std::string SingularPhrase() const { return {}; }
 
+    /// This expression and its parts for a reader.
+    Explanation Explained() const;
+
     Range const range;            ///< where messages about it point
     TypeEntry const* const type;  ///< of its values, or a base of theirs
     bool const plural;
 
   protected:
+    /// Fills in the words, the registration if there is one, and the parts.
+    virtual void Explain(Explanation& explanation) const = 0;
+    static void AddRegistration(Explanation& explanation, Entry const& entry) {
+        explanation.registration = entry.Describe();
+        explanation.library = entry.library->name;
+    }
+    static void AddPart(Explanation& explanation, std::unique_ptr<Expression> const& part) {
+        if (part) explanation.parts.push_back(part->Explained());
+    }
+
     /// The one value of the cursor (null: absent), for an expression of which exactly one is wanted.
     ValueRef ExactlyOne(Evaluation& evaluation, CursorPointer cursor) const;
 };

@@ -15,16 +15,24 @@ class Exists : public Expression {
     Exists(Range range, TypeEntry const& boolean, ExpressionPointer operand)
         : Expression(range, boolean, false), operand(std::move(operand)) {}
 
-    // Every form of absence is "no".
     ValueRef Evaluate(Evaluation& evaluation) const override {
+        return MakeValue(*type, boolean(IsFound(evaluation)));
+    }
+    Truth Test(Evaluation& evaluation) const override { return AsTruth(IsFound(evaluation)); }
+
+  private:
+    void Explain(Explanation& explanation) const override {
+        explanation.words = "exists";
+        AddPart(explanation, operand);
+    }
+    // Every form of absence is "no".
+    bool IsFound(Evaluation& evaluation) const {
         Evaluation::Lenience lenience(evaluation);
         CursorPointer cursor = operand->OpenAsPlural(evaluation);
         ValueRef value;
-        bool found = cursor && cursor->Next(evaluation, value) == Cursor::Step::value;
-        return MakeValue(*type, boolean(found));
+        return cursor && cursor->Next(evaluation, value) == Cursor::Step::value;
     }
 
-  private:
     ExpressionPointer operand;
 };
 
@@ -47,6 +55,12 @@ class Tuple : public Expression {
     ValueRef Gather(OwnedVector<ValueRef> values) const { return MakeTupleValue(*type, std::move(values)); }
 
     std::vector<ExpressionPointer> const fields;
+
+  private:
+    void Explain(Explanation& explanation) const override {
+        explanation.words = ",";
+        for (ExpressionPointer const& field : fields) AddPart(explanation, field);
+    }
 };
 
 // Every combination of the fields' values, the last field fastest: an odometer whose wheels are cursors. A
@@ -95,6 +109,12 @@ class Collection : public Expression {
 
     std::vector<ExpressionPointer> const members;
     bool const ofStep;
+
+  private:
+    void Explain(Explanation& explanation) const override {
+        explanation.words = ";";
+        for (ExpressionPointer const& member : members) AddPart(explanation, member);
+    }
 };
 
 class CollectionCursor : public Cursor {
@@ -162,6 +182,11 @@ class Choice : public Expression {
         return truth->As<boolean>() ? then.get() : otherwise.get();
     }
 
+    void Explain(Explanation& explanation) const override {
+        explanation.words = "if";
+        for (auto const* part : {&condition, &then, &otherwise}) AddPart(explanation, *part);
+    }
+
     ExpressionPointer condition, then, otherwise;
 };
 
@@ -211,6 +236,12 @@ class Fallback : public Expression {
         CursorPointer cursor = left->Open(evaluation);
         bool found = cursor && cursor->Next(evaluation, first) == Cursor::Step::value;
         return found ? std::move(cursor) : nullptr;
+    }
+
+    void Explain(Explanation& explanation) const override {
+        explanation.words = "otherwise";
+        AddPart(explanation, left);
+        AddPart(explanation, right);
     }
 
     ExpressionPointer left, right;

@@ -23,6 +23,11 @@ class ManyExpression : public Expression {
     }
 
   protected:
+    void Explain(Explanation& explanation) const final {
+        explanation.words = plural ? many.phrase->plural : many.phrase->singular;
+        AddPart(explanation, many.index);
+        AddPart(explanation, many.source);
+    }
     // Calls `take` with each value; `take` answers whether to go on. Whether the end was reached.
     template <class Take>
     bool ForEach(Evaluation& evaluation, Take take) const {

@@ -5,6 +5,7 @@
 #include "language/Bounds.h"
 #include "language/Cursors.h"
 #include "language/Expression.h"
+#include "language/Signs.h"
 
 namespace Evaluator {
 namespace {
@@ -31,6 +32,11 @@ class Cast : public Expression {
 
   private:
     CursorPointer Each(CursorPointer sources) const;
+    void Explain(Explanation& explanation) const override {
+        explanation.words = "as " + entry.phrase;
+        AddRegistration(explanation, entry);
+        AddPart(explanation, operand);
+    }
 
     CastEntry const& entry;
     ExpressionPointer operand;
@@ -59,9 +65,11 @@ class Operator : public Expression {
           entry(entry),
           left(std::move(left)),
           right(std::move(right)),
-          exchanged(exchanged) {}
+          exchanged(exchanged),
+          computed(entry.library->IsCore() && result.selfContained) {}
 
     ValueRef Evaluate(Evaluation& evaluation) const override {
+        if (computed) return Computed(evaluation);
         ValueRef first = left->Evaluate(evaluation);
         if (!first) return {};
         ValueRef second = right->Evaluate(evaluation);
@@ -75,10 +83,37 @@ class Operator : public Expression {
                          : evaluation.Operate(entry, *type, first, second, range);
     }
 
+    void const* Look(Evaluation& evaluation, Sight& sight) const override {
+        if (!computed) return Expression::Look(evaluation, sight);
+        return Compute(evaluation, sight.bytes) ? sight.bytes : nullptr;
+    }
+
   private:
+    // The sign is that of the registration; `exchanged` shows in the order of its operands.
+    void Explain(Explanation& explanation) const override {
+        explanation.words = SignOf(entry.code);
+        AddRegistration(explanation, entry);
+        AddPart(explanation, exchanged ? right : left);
+        AddPart(explanation, exchanged ? left : right);
+    }
+    bool Compute(Evaluation& evaluation, void* result) const {
+        Sight ofLeft, ofRight;
+        void const* first = left->Look(evaluation, ofLeft);
+        void const* second = first ? right->Look(evaluation, ofRight) : nullptr;
+        if (!second) return false;
+        if (exchanged) std::swap(first, second);
+        return evaluation.Compute(result, entry, first, second, range);
+    }
+    ValueRef Computed(Evaluation& evaluation) const {
+        ValueRef value = NewValue(*type);
+        value->alive = Compute(evaluation, value->Bytes());
+        return value->alive ? value : ValueRef();
+    }
+
     OperatorEntry const& entry;
     ExpressionPointer left, right;
     bool exchanged;
+    bool computed;  ///< by the core, into any bytes
 };
 
 class Not : public Expression {
@@ -90,8 +125,17 @@ class Not : public Expression {
         ValueRef truth = operand->Evaluate(evaluation);
         return truth ? MakeValue(*type, boolean(!truth->As<boolean>())) : ValueRef();
     }
+    Truth Test(Evaluation& evaluation) const override {
+        Truth truth = operand->Test(evaluation);
+        return truth == Truth::absent ? truth : AsTruth(truth == Truth::no);
+    }
 
   private:
+    void Explain(Explanation& explanation) const override {
+        explanation.words = "not";
+        AddPart(explanation, operand);
+    }
+
     ExpressionPointer operand;
 };
 
@@ -109,8 +153,18 @@ class Logical : public Expression {
         if (!truth || truth->As<boolean>() != conjunction) return truth;
         return right->Evaluate(evaluation);
     }
+    Truth Test(Evaluation& evaluation) const override {
+        Truth truth = left->Test(evaluation);
+        return truth == AsTruth(conjunction) ? right->Test(evaluation) : truth;
+    }
 
   private:
+    void Explain(Explanation& explanation) const override {
+        explanation.words = conjunction ? "and" : "or";
+        AddPart(explanation, left);
+        AddPart(explanation, right);
+    }
+
     ExpressionPointer left, right;
     bool conjunction;
 };

@@ -3,25 +3,6 @@
 namespace Evaluator {
 namespace {
 
-struct OperatorSign {
-    int code;
-    std::string_view sign;
-};
-constexpr OperatorSign kOperatorSigns[] = {
-    {kOperatorPlus, "+"},
-    {kOperatorMinus, "-"},
-    {kOperatorTimes, "*"},
-    {kOperatorDividedBy, "/"},
-    {kOperatorMod, "mod"},
-    {kOperatorJoin, "&"},
-    {kRelationEqual, "="},
-    {kRelationLess, "<"},
-    {kRelationLessOrEqual, "<="},
-    {kRelationContains, "contains"},
-    {kRelationStartsWith, "starts with"},
-    {kRelationEndsWith, "ends with"},
-};
-
 // The relations that are written otherwise than the registered one that they come from.
 struct RelationSign {
     Relation relation;
@@ -39,12 +20,6 @@ constexpr RelationSign kRelationSigns[] = {
 };
 
 }  // namespace
-
-std::string_view SignOf(int code) {
-    for (OperatorSign const& row : kOperatorSigns)
-        if (row.code == code) return row.sign;
-    return {};
-}
 
 std::string_view SignOf(Relation const& relation) {
     for (RelationSign const& row : kRelationSigns)

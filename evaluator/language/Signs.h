@@ -10,8 +10,6 @@
 
 namespace Evaluator {
 
-/// "+", "mod", "starts with": the operator or relation of that code.
-std::string_view SignOf(int code);
 /// ">=", "does not contain": the relation as it is written between its operands.
 std::string_view SignOf(Relation const& relation);
 

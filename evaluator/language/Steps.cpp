@@ -84,6 +84,12 @@ class Property : public Expression {
         return static_cast<bool>(asked);
     }
     CursorPointer OpenEach(Evaluation& evaluation) const;
+    void Explain(Explanation& explanation) const override {
+        explanation.words = plural ? entry.plural : entry.singular;
+        AddRegistration(explanation, entry);
+        AddPart(explanation, index);
+        AddPart(explanation, object);
+    }
 
     ExpressionPointer object, index;
 };
@@ -139,6 +145,11 @@ class ParenthesisStep : public Expression {
 
   private:
     CursorPointer OpenInside(Evaluation& evaluation, bool asPlural) const;
+    void Explain(Explanation& explanation) const override {
+        explanation.words = "(…) of";
+        AddPart(explanation, inside);
+        AddPart(explanation, object);
+    }
 
     ExpressionPointer object;
 };
@@ -212,6 +223,11 @@ class Filter : public Expression {
     }
 
   private:
+    void Explain(Explanation& explanation) const override {
+        explanation.words = "whose";
+        AddPart(explanation, source);
+        AddPart(explanation, condition);
+    }
     CursorPointer Over(CursorPointer candidates) const {
         if (!candidates) return nullptr;
         return std::make_unique<FilterCursor>(std::move(candidates), binding, *condition);

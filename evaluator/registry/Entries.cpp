@@ -17,6 +17,25 @@ std::string OfObject(std::string_view object) {
     return object.empty() ? std::string(" of the world") : " of " + Quoted(object);
 }
 
+struct OperatorSign {
+    int code;
+    std::string_view sign;
+};
+constexpr OperatorSign kOperatorSigns[] = {
+    {kOperatorPlus, "+"},
+    {kOperatorMinus, "-"},
+    {kOperatorTimes, "*"},
+    {kOperatorDividedBy, "/"},
+    {kOperatorMod, "mod"},
+    {kOperatorJoin, "&"},
+    {kRelationEqual, "="},
+    {kRelationLess, "<"},
+    {kRelationLessOrEqual, "<="},
+    {kRelationContains, "contains"},
+    {kRelationStartsWith, "starts with"},
+    {kRelationEndsWith, "ends with"},
+};
+
 bool IsContractCode(int code) {
     constexpr std::array codes{kOperatorPlus,  kOperatorMinus, kOperatorTimes,       kOperatorDividedBy,
                                kRelationEqual, kRelationLess,  kRelationLessOrEqual, kRelationContains};
@@ -114,8 +133,16 @@ RegistrationInfo CastEntry::Info() const {
 
 // ---- Operators
 
+std::string_view SignOf(int code) {
+    for (OperatorSign const& row : kOperatorSigns)
+        if (row.code == code) return row.sign;
+    return {};
+}
+
 std::string OperatorEntry::Describe() const {
-    return fmt::format("operator {} of \"{}\" and \"{}\"", code, left, right);
+    std::string_view sign = SignOf(code);
+    return fmt::format("operator {} of \"{}\" and \"{}\"", sign.empty() ? std::to_string(code) : Quoted(sign),
+                       left, right);
 }
 
 std::array<std::string, 2> OperatorEntry::Identities() const {

@@ -151,6 +151,9 @@ struct OperatorEntry final : Entry {
     DependencyFunction dependency = nullptr;
 };
 
+/// "+", "mod", "starts with": the operator or relation of that code; empty for any other code.
+std::string_view SignOf(int operatorCode);
+
 struct CacheEntry final : Entry {
     CacheEntry() : Entry(EntryKind::cache) {}
     std::string Describe() const override { return "cache"; }

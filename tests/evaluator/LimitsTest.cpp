@@ -38,4 +38,73 @@ TEST_F(LimitsHold, TheTextOfATuple) {
         "  hint: ask for fewer fields at once\n");
 }
 
+TEST_F(LimitsHold, TextsThatTheLanguageMakes) {
+    Evaluator::RunOptions options;
+    options.limits.textBytes = 6;
+    EXPECT_EQ(Ask("\"abc\" & \"def\"", options), (Outcome{{"abcdef"}, ""}));
+    EXPECT_EQ(Ask("\"abc\" & \"defg\"", options).problems,
+              "error: a text would be longer than 6 bytes\n  \"abc\" & \"defg\"\n        ^\n"
+              "  hint: join fewer texts, or take them one at a time\n");
+    EXPECT_EQ(Ask("concatenation \"-\" of (\"ab\"; \"cde\")", options), (Outcome{{"ab-cde"}, ""}));
+    EXPECT_EQ(Ask("concatenation \"-\" of (\"abc\"; \"cde\")", options).problems.substr(0, 43),
+              "error: a text would be longer than 6 bytes\n");
+}
+
+TEST_F(LimitsHold, GatheredValues) {
+    Evaluator::RunOptions options;
+    options.limits.gatheredValues = 3;
+    for (std::string phrase : {"sorted values", "unique values", "last values"}) {
+        std::string const caret = "^" + std::string(phrase.size() - 1, '~');
+        if (phrase == "last values") phrase += " 9";
+        EXPECT_EQ(Ask("number of " + phrase + " of integers up to 3", options), (Outcome{{"3"}, ""}));
+        EXPECT_EQ(Ask("number of " + phrase + " of integers up to 4", options).problems,
+                  "error: more than 3 values would be held at once\n  number of " + phrase +
+                      " of integers up to 4\n            " + caret +
+                      "\n  hint: leave some out first, with \"whose (…)\" or \"first values\"\n");
+    }
+}
+
+TEST_F(LimitsHold, TheLengthOfAQuery) {
+    Evaluator::RunOptions options;
+    options.limits.queryBytes = 5;
+    EXPECT_EQ(Ask("1 + 2", options), (Outcome{{"3"}, ""}));
+    EXPECT_EQ(Ask("1 + 23", options).problems,
+              "error: the query is longer than 5 bytes\n  1 + 23\n  ^\n"
+              "  hint: ask about fewer things at once\n");
+}
+
+TEST_F(LimitsHold, TheNestingOfAQuery) {
+    Evaluator::RunOptions options;
+    options.limits.nesting = 3;
+    EXPECT_EQ(Ask("- - 1", options), (Outcome{{"1"}, ""}));
+    EXPECT_EQ(Ask("- - - 1", options).problems,
+              "error: the query is nested more than 3 deep\n  - - - 1\n  ^~~~~~~\n"
+              "  hint: split it into several queries\n");
+    // No more than there is stack for, whatever is asked.
+    options.limits.nesting = 1'000'000;
+    std::string deep = "1";
+    for (int i = 0; i < 401; ++i) deep = "- " + deep;
+    EXPECT_EQ(Ask(deep, options).problems.substr(0, 46), "error: the query is nested more than 400 deep\n");
+}
+
+TEST_F(LimitsHold, ProblemsOfOneQuery) {
+    auto problems = [](std::size_t limit) {
+        Evaluator::Limits limits;
+        limits.problems = limit;
+        return Evaluator::Query::Compile("(foo of 1; bar of 1; baz of 1)", limits).problems.size();
+    };
+    EXPECT_EQ(problems(2), 2u);
+    EXPECT_EQ(problems(3), 3u);
+    EXPECT_EQ(problems(4), 3u);
+}
+
+TEST_F(LimitsHold, SuggestionsInOneHint) {
+    Evaluator::Limits limits;
+    auto hint = [&] { return Evaluator::Query::Compile("kinf of trouble 1", limits).problems.at(0).hint; };
+    limits.suggestions = 1;
+    EXPECT_EQ(hint(), "\"kind\" is one");
+    limits.suggestions = 2;
+    EXPECT_EQ(hint(), "\"kind\" is one; so is \"abyss\"");
+}
+
 }  // namespace

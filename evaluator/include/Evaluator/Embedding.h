@@ -155,6 +155,18 @@ struct RunOptions {
     Cancellation const* cancellation = nullptr;
 };
 
+/// A checked query as a tree, one node for each phrase, word or operator.
+struct Explanation {
+    std::string words;         ///< its own words in the query: a phrase, an operator, a literal
+    Range range;               ///< where they stand
+    std::string typeName;      ///< of its values
+    bool plural = false;       ///< any number of values, rather than exactly one
+    std::string registration;  ///< what is behind it, such as `property "name" of "file"`; empty for the
+                               ///< language's own
+    std::string library;  ///< whose registration that is: a file name, or "core"; empty like `registration`
+    std::vector<Explanation> parts;  ///< in the order of the query
+};
+
 /// A query that was found sound. While it lives, the libraries that it uses cannot be unloaded.
 class EVALUATOR_API Query {
   public:
@@ -170,6 +182,10 @@ class EVALUATOR_API Query {
     bool IsPlural() const;
     /// The name of the type of its values; a tuple's is its fields' in parentheses.
     std::string TypeName() const;
+    /// The query with all its parentheses. It is longer than the query and may be nested deeper, so it is for
+    /// reading.
+    std::string Bracketed() const;
+    Explanation Explain() const;
     /// Evaluates the query and hands its values over one at a time. Returns the problem that ended it early,
     /// after the values already handed over. A consumer that starts a query while it is being handed a value
     /// gets one.
