@@ -5,8 +5,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "language/Bracketed.h"
 #include "language/Limits.h"
+#include "language/Many.h"
 #include "language/Parser.h"
+#include "language/Signs.h"
 #include "language/Suggestions.h"
 
 namespace Evaluator {
@@ -20,17 +23,11 @@ std::string Shortened(std::string const& phrase) {
     return phrase.size() <= enough ? phrase : phrase.substr(0, enough) + "…";
 }
 
-// "a file", "an integer".
-std::string WithArticle(TypeEntry const& type) {
-    if (!type.fields.empty()) return "a tuple";
-    bool vowel = std::string_view("aeiou").find(type.name[0]) != std::string_view::npos;
-    return (vowel ? "an " : "a ") + type.name;
-}
-
 class Checker {
   public:
-    Checker(Vocabulary const& vocabulary, CheckedQuery& checked, std::vector<Problem>& problems)
-        : vocabulary(vocabulary), checked(checked), problems(problems) {}
+    Checker(Vocabulary const& vocabulary, Limits const& limits, CheckedQuery& checked,
+            std::vector<Problem>& problems)
+        : vocabulary(vocabulary), limits(limits), checked(checked), problems(problems) {}
 
     ExpressionPointer CheckQuery(Syntax const& syntax) { return CheckAny(syntax); }
 
@@ -52,7 +49,7 @@ class Checker {
     // ---- Problems. Each reports and returns nothing, for the caller to return.
 
     ExpressionPointer Report(Range range, std::string message, std::string hint = {}) {
-        if (problems.size() < kLimits.problems)
+        if (problems.size() < limits.problems)
             problems.push_back({ProblemKind::meaning, range, std::move(message), std::move(hint)});
         return nullptr;
     }
@@ -205,8 +202,8 @@ class Checker {
             if (!index || !Singular(*syntax.index, *index, "")) return nullptr;
             if (!index->type->fields.empty()) return Report(syntax.index->range, "a tuple is no index");
         }
-        if (syntax.text == kNumberOf.singular || syntax.text == kNumberOf.plural)
-            return CheckNumber(syntax, std::move(object), std::move(index));
+        if (PhraseOfMany const* phrase = FindPhraseOfMany(syntax.text))
+            return CheckMany(syntax, *phrase, std::move(object), std::move(index));
         TypeEntry const* ofType = object ? object->type : nullptr;
         TypeEntry const* indexType = index ? index->type : nullptr;
         std::optional<PropertyMatch> match;
@@ -218,20 +215,92 @@ class Checker {
                             std::move(index));
     }
 
-    ExpressionPointer CheckNumber(Syntax const& syntax, ExpressionPointer object, ExpressionPointer index) {
-        if (index) return Report(syntax.index->range, fmt::format("\"{}\" takes no index", syntax.text));
+    // ---- Phrases that take many
+
+    ExpressionPointer CheckMany(Syntax const& syntax, PhraseOfMany const& phrase, ExpressionPointer object,
+                                ExpressionPointer index) {
+        if (index && (phrase.index.empty() || !vocabulary.Serves(*index->type, *Core(phrase.index))))
+            return ReportIndexOfMany(syntax, phrase);
         if (!object)
             return Report(syntax.sign, fmt::format("\"{}\" of what?", syntax.text),
-                          "number of files of folder \"/etc\"");
-        return MakeNumber(syntax.sign, *Core("integer"), syntax.text == kNumberOf.plural, std::move(object));
+                          std::string(phrase.example));
+        Many many{syntax.sign, &phrase, syntax.text == phrase.plural, object->type, nullptr, nullptr,
+                  nullptr,     {}};
+        if (phrase.what == TakesMany::number) many.type = Core("integer");
+        if (!HasWhatItNeeds(syntax, phrase.offers, *object->type, many)) return nullptr;
+        many.source = std::move(object);
+        many.index = std::move(index);
+        return MakeMany(std::move(many));
     }
+
+    ExpressionPointer ReportIndexOfMany(Syntax const& syntax, PhraseOfMany const& phrase) {
+        std::string takes = "no index";
+        if (!phrase.index.empty()) takes += fmt::format(", or {} as index", WithArticle(*Core(phrase.index)));
+        return Report(syntax.index->range, fmt::format("\"{}\" takes {}", syntax.text, takes));
+    }
+
+    // Whether the type offers what the phrase needs, which is then noted in `many`; reports when not.
+    bool HasWhatItNeeds(Syntax const& syntax, Offers needed, TypeEntry const& type, Many& many) {
+        switch (needed) {
+            case Offers::anything:
+                return true;
+            case Offers::addition:
+                return OneOf(syntax, type, {"integer", "time interval"}, many) && Adds(*many.type, many);
+            case Offers::text:
+                return OneOf(syntax, type, {"string"}, many);
+            case Offers::equality:
+                return Compares(syntax, kRelationEqual, type, many);
+            case Offers::order:
+                return Compares(syntax, kRelationLess, type, many);
+        }
+        return false;
+    }
+
+    bool OneOf(Syntax const& syntax, TypeEntry const& type, std::vector<std::string> const& wanted,
+               Many& many) {
+        for (std::string const& name : wanted)
+            if (vocabulary.Serves(type, *Core(name))) {
+                many.type = Core(name);
+                return true;
+            }
+        Report(syntax.sign, fmt::format("\"{}\" is of {}s, and this is {}", syntax.text,
+                                        fmt::join(wanted, "s or "), WithArticle(type)));
+        return false;
+    }
+
+    bool Adds(TypeEntry const& type, Many& many) {
+        many.plus = vocabulary.FindOperator(kOperatorPlus, type, type);
+        return many.plus != nullptr;
+    }
+
+    bool Compares(Syntax const& syntax, int code, TypeEntry const& type, Many& many) {
+        try {
+            many.comparison = Compare(code, type);
+            return true;
+        } catch (NotComparable const& why) {
+            Report(syntax.sign, fmt::format("\"{}\" has to compare, and {}", syntax.text, why.message),
+                   why.hint.empty()
+                       ? fmt::format("ask for something of each that has \"{}\": {} of names of …",
+                                     SignOf(code), syntax.text)
+                       : why.hint);
+            return false;
+        }
+    }
+
+    Comparison Compare(int code, TypeEntry const& type) {
+        Comparison comparison(vocabulary, code, type);
+        comparison.AddLibraries(checked.libraries);
+        return comparison;
+    }
+
+    // ---- Unknown phrases
 
     // A phrase that the object does not have with that index. What the hint says depends on how near the
     // query came: the same phrase with another index, the same phrase of other types, another phrase of this
     // type.
     ExpressionPointer ReportUnknownPhrase(Syntax const& syntax, TypeEntry const* object,
                                           TypeEntry const* index) {
-        for (PropertyMatch const& match : vocabulary.WithPhrase(syntax.text)) ReferencesOf(*match.entry);
+        vocabulary.RequireTypesOfProperties(syntax.text);
         if (object && !object->fields.empty())
             return Report(syntax.sign, "a tuple has no properties",
                           "ask its fields instead, in a step in parentheses");
@@ -244,16 +313,10 @@ class Checker {
                           fmt::format("it is a property of {}", JoinWithAnd(owners)));
         std::string message = fmt::format("{} has no property \"{}\"", owner, Shortened(syntax.text));
         if (index) message += fmt::format(" with {} as index", WithArticle(*index));
-        std::string hint = owners.empty() ? SuggestNearest(syntax.text, PhrasesOf(object))
-                                          : fmt::format("it is a property of {}", JoinWithAnd(owners));
+        std::string hint =
+            owners.empty() ? SuggestNearest(syntax.text, PhrasesOf(object, syntax.text), limits.suggestions)
+                           : fmt::format("it is a property of {}", JoinWithAnd(owners));
         return Report(syntax.sign, std::move(message), std::move(hint));
-    }
-
-    // Throws UnknownType when the property names a type that nobody registered.
-    void ReferencesOf(PropertyEntry const& entry) const {
-        vocabulary.Result(entry);
-        for (std::string const& name : {entry.object, entry.index})
-            if (!name.empty()) vocabulary.Named(entry, name);
     }
 
     // "no index", "a string as index": what the phrase of that object takes. Empty when it does not have it.
@@ -280,14 +343,19 @@ class Checker {
                                  : WithArticle(*vocabulary.Type(match.entry->object)));
         std::sort(owners.begin(), owners.end());
         owners.erase(std::unique(owners.begin(), owners.end()), owners.end());
-        if (owners.size() > kLimits.suggestions) owners.resize(kLimits.suggestions);
+        if (owners.size() > limits.suggestions) owners.resize(limits.suggestions);
         return owners;
     }
 
-    std::vector<Alternatives> PhrasesOf(TypeEntry const* object) const {
+    // The phrases that the object has. Those that every plural has are worth a word only when they are near.
+    std::vector<Alternatives> PhrasesOf(TypeEntry const* object, std::string_view text) const {
         std::vector<Alternatives> phrases;
         for (PropertyEntry const* entry : vocabulary.PropertiesOf(object))
             phrases.push_back({entry->singular, entry->plural});
+        for (PhraseOfMany const& row : kPhrasesOfMany)
+            if (Alternatives forms{std::string(row.singular), std::string(row.plural)};
+                object && IsNear(text, forms))
+                phrases.push_back(std::move(forms));
         return phrases;
     }
 
@@ -370,37 +438,6 @@ class Checker {
 
     // ---- Operators
 
-    static std::string_view NameOf(int code) {
-        switch (code) {
-            case kOperatorPlus:
-                return "+";
-            case kOperatorMinus:
-                return "-";
-            case kOperatorTimes:
-                return "*";
-            case kOperatorDividedBy:
-                return "/";
-            case kOperatorMod:
-                return "mod";
-            case kOperatorJoin:
-                return "&";
-            case kRelationEqual:
-                return "=";
-            case kRelationLess:
-                return "<";
-            case kRelationLessOrEqual:
-                return "<=";
-            case kRelationContains:
-                return "contains";
-            case kRelationStartsWith:
-                return "starts with";
-            case kRelationEndsWith:
-                return "ends with";
-            default:
-                return "?";
-        }
-    }
-
     // Both operands, checked and singular; false when something was reported.
     bool CheckOperands(Syntax const& syntax, ExpressionPointer& left, ExpressionPointer& right) {
         std::vector<ExpressionPointer> parts = CheckParts(syntax);
@@ -416,11 +453,18 @@ class Checker {
 
     OperatorEntry const* FindOperator(Syntax const& syntax, int code, TypeEntry const& left,
                                       TypeEntry const& right) {
-        OperatorEntry const* entry = nullptr;
-        if (left.fields.empty() && right.fields.empty()) entry = vocabulary.FindOperator(code, left, right);
+        OperatorEntry const* entry = Operator(code, left, right);
         if (!entry)
-            Report(syntax.sign, fmt::format("there is no \"{}\" of {} and {}", NameOf(code),
+            Report(syntax.sign, fmt::format("there is no \"{}\" of {} and {}", SignOf(code),
                                             WithArticle(left), WithArticle(right)));
+        return entry;
+    }
+
+    // Null when there is none, which the caller reports.
+    OperatorEntry const* Operator(int code, TypeEntry const& left, TypeEntry const& right) const {
+        if (!left.fields.empty() || !right.fields.empty()) return nullptr;
+        OperatorEntry const* entry = vocabulary.FindOperator(code, left, right);
+        if (!entry) vocabulary.RequireTypesOfOperators(code);
         return entry;
     }
 
@@ -428,14 +472,38 @@ class Checker {
         ExpressionPointer left, right;
         if (!CheckOperands(syntax, left, right)) return nullptr;
         Relation const& relation = syntax.relation;
+        if (!left->type->fields.empty() && !right->type->fields.empty())
+            return CheckTupleRelation(syntax, std::move(left), std::move(right));
         OperatorEntry const* entry = relation.exchanged
                                          ? FindOperator(syntax, relation.code, *right->type, *left->type)
                                          : FindOperator(syntax, relation.code, *left->type, *right->type);
         if (!entry) return nullptr;
-        ExpressionPointer result = MakeOperator(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)),
-                                                relation.exchanged, std::move(left), std::move(right));
-        return relation.negated ? MakeNot(syntax.sign, *Core("boolean"), std::move(result))
-                                : std::move(result);
+        return Negated(syntax, MakeOperator(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)),
+                                            relation.exchanged, std::move(left), std::move(right)));
+    }
+
+    ExpressionPointer Negated(Syntax const& syntax, ExpressionPointer relation) {
+        return syntax.relation.negated ? MakeNot(syntax.sign, *Core("boolean"), std::move(relation))
+                                       : std::move(relation);
+    }
+
+    ExpressionPointer CheckTupleRelation(Syntax const& syntax, ExpressionPointer left,
+                                         ExpressionPointer right) {
+        int const code = syntax.relation.code;
+        bool const compares = code == kRelationEqual || code == kRelationLess || code == kRelationLessOrEqual;
+        if (!compares || left->type != right->type)
+            return Report(syntax.sign,
+                          fmt::format("there is no \"{}\" of {} and {}", SignOf(syntax.relation),
+                                      left->type->name, right->type->name),
+                          "tuples whose fields have the same types compare with = != < <= > >=");
+        try {
+            Comparison comparison = Compare(code, *left->type);
+            return Negated(syntax,
+                           MakeTupleRelation(syntax.sign, *Core("boolean"), std::move(comparison),
+                                             syntax.relation.exchanged, std::move(left), std::move(right)));
+        } catch (NotComparable const& why) {
+            return Report(syntax.sign, "these tuples do not compare: " + why.message, why.hint);
+        }
     }
 
     ExpressionPointer CheckArithmetic(Syntax const& syntax) {
@@ -456,9 +524,7 @@ class Checker {
         int code = number ? kOperatorMinus : kOperatorTimes;
         ExpressionPointer factor =
             MakeLiteral(syntax.sign, *Core("integer"), checked.literals++, integer(number ? 0 : -1));
-        OperatorEntry const* entry = nullptr;
-        if (operand->type->fields.empty())
-            entry = vocabulary.FindOperator(code, *factor->type, *operand->type);
+        OperatorEntry const* entry = Operator(code, *factor->type, *operand->type);
         if (!entry)
             return Report(syntax.sign, fmt::format("there is no \"-\" of {}", WithArticle(*operand->type)));
         return MakeOperator(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)), false,
@@ -475,6 +541,7 @@ class Checker {
     }
 
     ExpressionPointer ReportUnknownCast(Syntax const& syntax, TypeEntry const& source) {
+        vocabulary.RequireTypesOfCasts(syntax.text);
         if (source.name == syntax.text)
             return Report(syntax.sign, fmt::format("{} is {} already", "this", WithArticle(source)));
         std::vector<Alternatives> casts;
@@ -482,10 +549,11 @@ class Checker {
             for (CastEntry const* cast : vocabulary.CastsOf(source)) casts.push_back({cast->phrase});
         return Report(syntax.sign,
                       fmt::format("{} has no cast \"{}\"", WithArticle(source), Shortened(syntax.text)),
-                      SuggestNearest(syntax.text, std::move(casts)));
+                      SuggestNearest(syntax.text, std::move(casts), limits.suggestions));
     }
 
     Vocabulary const& vocabulary;
+    Limits const& limits;
     CheckedQuery& checked;
     std::vector<Problem>& problems;
     std::optional<Binding> it;
@@ -498,27 +566,55 @@ void Tidy(std::vector<Library*>& libraries) {
     libraries.erase(std::unique(libraries.begin(), libraries.end()), libraries.end());
 }
 
-}  // namespace
+// One way to read a query; `checked` is null when it is not sound that way.
+struct CheckedReading {
+    SyntaxPointer syntax;
+    std::unique_ptr<CheckedQuery> checked;
+};
 
-std::unique_ptr<CheckedQuery> Check(std::string_view query, std::vector<Problem>& problems) {
+CheckedReading CheckAs(std::string_view query, Limits const& limits, Reading reading,
+                       std::optional<Range>& fork, std::vector<Problem>& problems) {
     Vocabulary const& vocabulary = Vocabulary::Present();
+    CheckedReading result;
     auto checked = std::make_unique<CheckedQuery>();
     try {
-        SyntaxPointer syntax = Parse(query, vocabulary);
-        checked->root = Checker(vocabulary, *checked, problems).CheckQuery(*syntax);
-        if (!checked->root) return nullptr;
+        result.syntax = Parse(query, vocabulary, limits, reading, fork);
+        checked->root = Checker(vocabulary, limits, *checked, problems).CheckQuery(*result.syntax);
+        if (!checked->root) return result;
         checked->shown = Shown(vocabulary, *checked->root->type);
     } catch (SyntaxError const& error) {
         problems.push_back(error.problem);
-        return nullptr;
+        return result;
     } catch (UnknownType const& unknown) {
         problems.push_back({ProblemKind::meaning, {0, query.size()}, unknown.what(), {}});
-        return nullptr;
+        return result;
     }
-
     checked->shown.AddLibraries(checked->libraries);
     Tidy(checked->libraries);
-    return checked;
+    result.checked = std::move(checked);
+    return result;
+}
+
+}  // namespace
+
+// Problems are those of the reading with the longest phrase, which is what the rules promise.
+std::unique_ptr<CheckedQuery> Check(std::string_view query, Limits const& limits,
+                                    std::vector<Problem>& problems) {
+    std::optional<Range> fork, sameFork;
+    std::vector<Problem> longestProblems, shorterProblems;
+    CheckedReading longest = CheckAs(query, limits, Reading::longestPhrase, fork, longestProblems);
+    CheckedReading shorter;
+    if (fork) shorter = CheckAs(query, limits, Reading::shorterPhrase, sameFork, shorterProblems);
+    if (longest.checked && shorter.checked) {
+        problems.push_back({ProblemKind::meaning, *fork,
+                            fmt::format("the query can be read in two ways: {}, and {}",
+                                        Bracketed(*longest.syntax), Bracketed(*shorter.syntax)),
+                            "the second can be asked for with its parentheses"});
+        return nullptr;
+    }
+    if (shorter.checked) return std::move(shorter.checked);
+    if (!longest.checked) problems.insert(problems.end(), longestProblems.begin(), longestProblems.end());
+    return std::move(longest.checked);
 }
 
 }  // namespace Evaluator

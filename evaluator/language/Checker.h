@@ -24,6 +24,7 @@ struct CheckedQuery {
 };
 
 /// Reads and checks a query; where it is not sound, adds what is wrong to `problems` and returns nothing.
-std::unique_ptr<CheckedQuery> Check(std::string_view query, std::vector<Problem>& problems);
+std::unique_ptr<CheckedQuery> Check(std::string_view query, Limits const& limits,
+                                    std::vector<Problem>& problems);
 
 }  // namespace Evaluator

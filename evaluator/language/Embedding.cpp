@@ -22,12 +22,17 @@
 namespace Evaluator {
 namespace {
 
-// ---- One at a time
+// ---- Locks
 
-// Held by whoever evaluates, checks, loads or lets go of something that lives in inspector libraries. The
-// thread that holds it may come back, as a consumer does that lets go of a kept value.
+// Held by whoever evaluates, and by whoever lets go of a value that an evaluation has left. The thread that
+// holds it may come back, as a consumer does that lets go of a kept value.
 std::recursive_timed_mutex evaluationLock;
-using Locked = std::unique_lock<std::recursive_timed_mutex>;
+using Evaluating = std::unique_lock<std::recursive_timed_mutex>;
+
+// Held by whoever reads the vocabulary or counts a use of a library, so that a query can be compiled while
+// another is evaluated. The vocabulary changes only under both locks, this one taken last.
+std::recursive_mutex vocabularyLock;
+using Consulting = std::lock_guard<std::recursive_mutex>;
 
 // ---- Uses of libraries
 
@@ -35,10 +40,11 @@ using Locked = std::unique_lock<std::recursive_timed_mutex>;
 class Uses {
   public:
     explicit Uses(std::vector<Library*> libraries) : libraries(std::move(libraries)) {
+        Consulting consulting(vocabularyLock);
         for (Library* library : this->libraries) ++library->uses;
     }
     ~Uses() {
-        Locked locked(evaluationLock);
+        Consulting consulting(vocabularyLock);
         for (Library* library : libraries) --library->uses;
     }
     Uses(Uses const&) = delete;
@@ -103,7 +109,7 @@ struct KeptValue {
         ++value->keeps;
     }
     ~KeptValue() {
-        Locked locked(evaluationLock);
+        Evaluating evaluating(evaluationLock);
         --value->keeps;
         if (EvaluationStack::Instance().IsCurrent())
             Release(value);
@@ -212,18 +218,18 @@ std::int64_t Result::Number() const { return number; }
 std::vector<Result> const& Result::Fields() const { return fields; }
 
 std::shared_ptr<Result const> Result::Keep() const {
-    Locked locked(evaluationLock);
+    Evaluating evaluating(evaluationLock);
     auto kept = std::make_shared<KeptValue>(*query, static_cast<Value*>(value), *this);
     return {kept, &kept->result};
 }
 
 // ---- Queries
 
-Query::Compiled Query::Compile(std::string_view text, [[maybe_unused]] Limits const& limits) {
-    Locked locked(evaluationLock);
+Query::Compiled Query::Compile(std::string_view text, Limits const& limits) {
+    Consulting consulting(vocabularyLock);
     RegisterCore();
     Compiled result;
-    if (auto checked = Check(text, result.problems))
+    if (auto checked = Check(text, limits, result.problems))
         result.query = Query(std::make_shared<CompiledQuery>(std::move(checked)));
     return result;
 }
@@ -239,10 +245,10 @@ std::string Query::TypeName() const { return compiled->checked->root->type->name
 namespace {
 
 // Waits for the lock, as long as the options allow. Returns the problem when they do not.
-std::optional<Problem> Wait(Locked& locked, RunOptions const& options, Range where,
+std::optional<Problem> Wait(Evaluating& evaluating, RunOptions const& options, Range where,
                             std::chrono::steady_clock::time_point begun) {
     constexpr std::chrono::milliseconds betweenLooks{10};
-    while (!locked.try_lock_for(betweenLooks)) {
+    while (!evaluating.try_lock_for(betweenLooks)) {
         if (options.cancellation && options.cancellation->IsRequested())
             return Problem{ProblemKind::cancelled, where, "the evaluation was cancelled", {}};
         if (options.limits.time.count() > 0 &&
@@ -266,8 +272,8 @@ std::optional<Problem> Query::Run(Consumer const& consumer, RunOptions const& as
     auto const begun = std::chrono::steady_clock::now();
     RunOptions const options = WithinBounds(asked);
     Range const all = compiled->checked->root->range;
-    Locked locked(evaluationLock, std::defer_lock);
-    if (auto problem = Wait(locked, options, all, begun)) return problem;
+    Evaluating evaluating(evaluationLock, std::defer_lock);
+    if (auto problem = Wait(evaluating, options, all, begun)) return problem;
     if (Evaluation::Running())
         return Problem{ProblemKind::evaluation, all, "another query is being evaluated",
                        "a consumer that is being handed a value cannot start a query"};
@@ -285,11 +291,14 @@ std::filesystem::path StandardInspectorsFolder() {
 }
 
 std::vector<Problem> LoadInspectorLibrary(std::filesystem::path const& file) {
-    Locked locked(evaluationLock);
+    Evaluating evaluating(evaluationLock);
+    Consulting consulting(vocabularyLock);
     if (Evaluation::Running())
         return {LibraryProblem(fmt::format("cannot load \"{}\": a query is being evaluated", file.string()))};
     RegisterCore();
-    return LibraryProblems(Libraries::Instance().Load(file));
+    std::vector<Problem> problems = LibraryProblems(Libraries::Instance().Load(file));
+    Vocabulary::Present();  // brought up to date here, where nobody else reads it
+    return problems;
 }
 
 std::vector<Problem> LoadInspectors(std::filesystem::path const& folder) {
@@ -309,15 +318,17 @@ std::vector<Problem> LoadInspectors(std::filesystem::path const& folder) {
 }
 
 std::optional<Problem> UnloadInspectorLibrary(std::string_view name) {
-    Locked locked(evaluationLock);
+    Evaluating evaluating(evaluationLock);
+    Consulting consulting(vocabularyLock);
     if (Evaluation::Running())
         return LibraryProblem(fmt::format("cannot unload \"{}\": a query is being evaluated", name));
     if (auto why = Libraries::Instance().Unload(name)) return LibraryProblem(std::move(*why));
+    Vocabulary::Present();
     return std::nullopt;
 }
 
 std::vector<std::string> LoadedLibraries() {
-    Locked locked(evaluationLock);
+    Consulting consulting(vocabularyLock);
     std::vector<std::string> names;
     for (Library const& library : Libraries::Instance().Loaded()) names.push_back(library.name);
     return names;
@@ -326,7 +337,7 @@ std::vector<std::string> LoadedLibraries() {
 namespace {
 
 std::vector<RegistrationInfo> Registered(bool withCore) {
-    Locked locked(evaluationLock);
+    Consulting consulting(vocabularyLock);
     if (withCore) RegisterCore();
     std::vector<RegistrationInfo> infos;
     for (auto const& entry : Registry::Instance().All()) {

@@ -132,7 +132,7 @@ Problem Evaluation::WhyGivenUp() const {
 void Evaluation::InsistOnStopping() {
     constexpr int patience = 1000;
     EvaluationStack& stack = EvaluationStack::Instance();
-    if (stack.IsCurrent() && ++timesRefused > patience) stack.GiveUp();
+    if (stack.IsCurrent() && ++timesRefused > patience) stack.GiveUpInInspector();
 }
 
 void Evaluation::GiveTime(InspectorContext* context) {

@@ -82,8 +82,6 @@ ExpressionPointer MakeNot(Range range, TypeEntry const& boolean, ExpressionPoint
 ExpressionPointer MakeLogical(Range range, TypeEntry const& boolean, bool conjunction, ExpressionPointer left,
                               ExpressionPointer right);
 ExpressionPointer MakeExists(Range range, TypeEntry const& boolean, ExpressionPointer operand);
-/// How many values there are.
-ExpressionPointer MakeNumber(Range range, TypeEntry const& integer, bool plural, ExpressionPointer operand);
 ExpressionPointer MakeTuple(Range range, TypeEntry const& type, std::vector<ExpressionPointer> fields);
 /// With `ofStep`, a member that is absent adds nothing, as in a step in parentheses of a plural object.
 ExpressionPointer MakeCollection(Range range, TypeEntry const& type, bool ofStep,

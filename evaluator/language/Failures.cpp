@@ -12,6 +12,7 @@
 #include <typeinfo>
 
 #include "Evaluator/Exceptions.h"
+#include "registry/Vocabulary.h"
 
 namespace Evaluator {
 namespace {
@@ -117,6 +118,8 @@ std::string Reason() {
         return "the file name is longer than 255 bytes";
     } catch (MacintoshPlatform::MakeFileLocationFailed const&) {
         return "the path cannot be resolved";
+    } catch (UnknownType const& unknown) {
+        return unknown.what();
     } catch (std::bad_alloc const&) {
         return PlatformError(-108);
     } catch (DebuggableException const& exception) {

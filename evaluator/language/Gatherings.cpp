@@ -1,9 +1,11 @@
-// Expressions over whole pluralities: existence, number, tuples, collections, choices and fallbacks.
+// Expressions over whole pluralities: existence, tuples, collections, choices and fallbacks.
 
 #include <utility>
 
 #include "language/Cursors.h"
 #include "language/Expression.h"
+#include "values/Owned.h"
+#include "values/Tuples.h"
 
 namespace Evaluator {
 namespace {
@@ -26,27 +28,6 @@ class Exists : public Expression {
     ExpressionPointer operand;
 };
 
-class Number : public Expression {
-  public:
-    Number(Range range, TypeEntry const& integer, bool plural, ExpressionPointer operand)
-        : Expression(range, integer, plural), operand(std::move(operand)) {}
-
-    ValueRef Evaluate(Evaluation& evaluation) const override {
-        CursorPointer cursor = operand->Open(evaluation);
-        if (!cursor) return {};
-        ValueRef value;
-        for (long long count = 0;; ++count) {
-            Cursor::Step step = cursor->Next(evaluation, value);
-            if (step == Cursor::Step::end) return MakeValue(*type, integer(count));
-            if (step == Cursor::Step::absent) return {};
-        }
-    }
-    CursorPointer Open(Evaluation& evaluation) const override { return OneValue(Evaluate(evaluation)); }
-
-  private:
-    ExpressionPointer operand;
-};
-
 class Tuple : public Expression {
   public:
     Tuple(Range range, TypeEntry const& type, bool plural, std::vector<ExpressionPointer> fields)
@@ -63,13 +44,7 @@ class Tuple : public Expression {
     }
     CursorPointer Open(Evaluation& evaluation) const override;
 
-    ValueRef Gather(OwnedVector<ValueRef> values) const {
-        ValueRef tuple = NewValue(*type);
-        auto slots = static_cast<Value**>(tuple->Bytes());
-        for (ValueRef& value : values) *slots++ = value.Detach();
-        tuple->alive = true;
-        return tuple;
-    }
+    ValueRef Gather(OwnedVector<ValueRef> values) const { return MakeTupleValue(*type, std::move(values)); }
 
     std::vector<ExpressionPointer> const fields;
 };
@@ -245,10 +220,6 @@ class Fallback : public Expression {
 
 ExpressionPointer MakeExists(Range range, TypeEntry const& boolean, ExpressionPointer operand) {
     return std::make_unique<Exists>(range, boolean, std::move(operand));
-}
-
-ExpressionPointer MakeNumber(Range range, TypeEntry const& integer, bool plural, ExpressionPointer operand) {
-    return std::make_unique<Number>(range, integer, plural, std::move(operand));
 }
 
 ExpressionPointer MakeTuple(Range range, TypeEntry const& type, std::vector<ExpressionPointer> fields) {

@@ -1,16 +1,16 @@
 #pragma once
 
-// Internal. The bounds that a query is held to where nobody set others; and one that nobody can set.
+// Internal. The bounds that nobody can set, beside the Limits of the embedding interface.
 
 #include <cstddef>
 
-#include "Evaluator/Embedding.h"
-
 namespace Evaluator {
 
-inline constexpr Limits kLimits;
-
+/// The deepest syntax tree that the stacks of all builds have room for.
+inline constexpr std::size_t kDeepestNesting = 400;
 /// Bytes of a tuple type's name, beyond which it is cut: it can double with every level.
 inline constexpr std::size_t kTupleName = 500;
+/// Fields of a tuple that is compared, those within its fields included; they too double with every level.
+inline constexpr std::size_t kComparedFields = 1000;
 
 }  // namespace Evaluator

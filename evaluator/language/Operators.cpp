@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "language/Bounds.h"
 #include "language/Cursors.h"
 #include "language/Expression.h"
 
@@ -65,6 +66,11 @@ class Operator : public Expression {
         if (!first) return {};
         ValueRef second = right->Evaluate(evaluation);
         if (!second) return {};
+        if (entry.code == kOperatorJoin)
+            BoundText(
+                evaluation,
+                std::size_t{first->As<inspector_string>().length} + second->As<inspector_string>().length,
+                range);
         return exchanged ? evaluation.Operate(entry, *type, second, first, range)
                          : evaluation.Operate(entry, *type, first, second, range);
     }

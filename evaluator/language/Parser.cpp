@@ -22,8 +22,14 @@ bool BeginsOperator(std::vector<std::string> const& words, std::size_t place) {
 
 class Parser {
   public:
-    Parser(std::string_view text, Vocabulary const& vocabulary)
-        : query(text), vocabulary(vocabulary), tokens(Scan(text)) {}
+    Parser(std::string_view text, Vocabulary const& vocabulary, Limits const& limits, Reading reading,
+           std::optional<Range>& fork)
+        : query(text),
+          vocabulary(vocabulary),
+          nesting(std::min(limits.nesting, kDeepestNesting)),
+          reading(reading),
+          fork(fork),
+          tokens(Scan(text)) {}
 
     SyntaxPointer ParseQuery() {
         if (Now().kind == TokenKind::end) Report({0, 0}, "the query is empty");
@@ -84,14 +90,14 @@ class Parser {
 
     // ---- Depth
 
-    [[noreturn]] static void ReportTooDeep(Range range) {
-        Report(range, fmt::format("the query is nested more than {} deep", kLimits.nesting),
+    [[noreturn]] void ReportTooDeep(Range range) const {
+        Report(range, fmt::format("the query is nested more than {} deep", nesting),
                "split it into several queries", ProblemKind::limit);
     }
     // Counts the rules that call themselves (parentheses, "if", "otherwise", "not", "-"), while they run.
     struct Descent {
         explicit Descent(Parser& owner) : parser(owner) {
-            if (++parser.depth > kLimits.nesting) ReportTooDeep(parser.Now().range);
+            if (++parser.depth > parser.nesting) parser.ReportTooDeep(parser.Now().range);
         }
         ~Descent() { --parser.depth; }
         Parser& parser;
@@ -107,16 +113,16 @@ class Parser {
         return node;
     }
     // Settles the height of a node whose children are in place.
-    static SyntaxPointer Finish(SyntaxPointer node) {
+    SyntaxPointer Finish(SyntaxPointer node) const {
         std::size_t below = 0;
         for (SyntaxPointer const& part : node->parts) below = std::max(below, part->height);
         for (Syntax const* child : {node->index.get(), node->object.get(), node->condition.get()})
             if (child) below = std::max(below, child->height);
         node->height = below + 1;
-        if (node->height > kLimits.nesting) ReportTooDeep(node->range);
+        if (node->height > nesting) ReportTooDeep(node->range);
         return node;
     }
-    static SyntaxPointer Join(SyntaxKind kind, Range sign, SyntaxPointer left, SyntaxPointer right) {
+    SyntaxPointer Join(SyntaxKind kind, Range sign, SyntaxPointer left, SyntaxPointer right) const {
         SyntaxPointer node = Node(kind, {left->range.begin, right->range.end}, sign);
         node->parts.push_back(std::move(left));
         node->parts.push_back(std::move(right));
@@ -441,15 +447,21 @@ class Parser {
         }
     }
 
+    using LongestRun = std::size_t (Vocabulary::*)(std::vector<std::string> const&) const;
+
     // Takes the words of a phrase into the node.
-    void ParsePhrase(Syntax& node, std::string_view expected,
-                     std::size_t (Vocabulary::*longest)(std::vector<std::string> const&) const) {
+    void ParsePhrase(Syntax& node, std::string_view expected, LongestRun longest) {
         std::size_t first = at;
         std::vector<std::string> words;
         for (std::size_t i = 0; Ahead(i).kind == TokenKind::word && !IsReservedWord(Ahead(i).text); ++i)
             words.push_back(Ahead(i).text);
         if (words.empty() || IsOperatorWord(words[0])) ReportExpected(expected);
-        std::size_t const count = Extent(words, (vocabulary.*longest)(words));
+        std::size_t const run = (vocabulary.*longest)(words);
+        std::size_t count = Extent(words, run);
+        if (std::size_t shorter = fork ? 0 : ShorterRun(words, run, longest)) {
+            fork = {tokens[first].range.begin, tokens[first + run - 1].range.end};
+            if (reading == Reading::shorterPhrase) count = shorter;
+        }
         at += count;
         node.sign = node.range = Since(first);
         for (std::size_t i = 0; i < count; ++i) node.text += (i ? " " : "") + words[i];
@@ -464,8 +476,21 @@ class Parser {
         return end;
     }
 
+    // The words of a longest run before the first operator in it, if they are a phrase; 0 when not.
+    std::size_t ShorterRun(std::vector<std::string> const& words, std::size_t run, LongestRun longest) const {
+        for (std::size_t count = 1; count < run; ++count)
+            if (BeginsOperator(words, count) &&
+                (vocabulary.*longest)({words.begin(), words.begin() + static_cast<std::ptrdiff_t>(count)}) ==
+                    count)
+                return count;
+        return 0;
+    }
+
     std::string_view query;
     Vocabulary const& vocabulary;
+    std::size_t const nesting;
+    Reading const reading;
+    std::optional<Range>& fork;
     std::vector<Token> tokens;
     std::size_t at = 0;
     std::size_t depth = 0;
@@ -473,13 +498,19 @@ class Parser {
 
 }  // namespace
 
-SyntaxPointer Parse(std::string_view query, Vocabulary const& vocabulary) {
-    if (query.size() > kLimits.queryBytes)
+SyntaxPointer Parse(std::string_view query, Vocabulary const& vocabulary, Limits const& limits,
+                    Reading reading, std::optional<Range>& fork) {
+    if (query.size() > limits.queryBytes)
         throw SyntaxError{{ProblemKind::limit,
                            {0, 0},
-                           fmt::format("the query is longer than {} bytes", kLimits.queryBytes),
+                           fmt::format("the query is longer than {} bytes", limits.queryBytes),
                            "ask about fewer things at once"}};
-    return Parser(query, vocabulary).ParseQuery();
+    return Parser(query, vocabulary, limits, reading, fork).ParseQuery();
+}
+
+SyntaxPointer Parse(std::string_view query, Vocabulary const& vocabulary, Limits const& limits) {
+    std::optional<Range> fork;
+    return Parse(query, vocabulary, limits, Reading::longestPhrase, fork);
 }
 
 }  // namespace Evaluator

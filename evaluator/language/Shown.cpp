@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "values/TimeText.h"
+#include "values/Tuples.h"
 
 namespace Evaluator {
 namespace {
@@ -127,7 +128,7 @@ void Shown::ShowFields(Evaluation& evaluation, Value const& tuple, Range where, 
     for (std::size_t i = 0; i < count; ++i) {
         Result& field = result.fields[i];
         field.query = result.query;
-        Show(evaluation, ValueRef::Share(tuple.Fields()[i]), where, field);
+        Show(evaluation, FieldOf(tuple, i), where, field);
         length += field.text.size() + 2;
         if (length > evaluation.limits.textBytes)
             throw EvaluationError{

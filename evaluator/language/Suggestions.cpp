@@ -7,10 +7,11 @@
 #include <set>
 #include <utility>
 
-#include "language/Limits.h"
-
 namespace Evaluator {
 namespace {
+
+// The work of comparing grows with the square of the length.
+constexpr std::size_t kLongestCompared = 200;
 
 // Insertions, deletions, replacements and exchanges of neighbours that turn one text into the other.
 std::size_t EditDistance(std::string_view from, std::string_view to) {
@@ -38,9 +39,16 @@ std::string JoinWithAnd(std::vector<std::string> const& texts) {
     return fmt::format("{} and {}", fmt::join(texts.begin(), texts.end() - 1, ", "), texts.back());
 }
 
-std::string SuggestNearest(std::string_view text, std::vector<Alternatives> const& candidates) {
-    constexpr std::size_t longestCompared = 200;  // the work grows with the square of the length
-    if (text.size() > longestCompared) return {};
+bool IsNear(std::string_view text, Alternatives const& phrases) {
+    constexpr std::size_t slips = 2;
+    return text.size() <= kLongestCompared &&
+           std::any_of(phrases.begin(), phrases.end(),
+                       [&](std::string const& phrase) { return EditDistance(text, phrase) <= slips; });
+}
+
+std::string SuggestNearest(std::string_view text, std::vector<Alternatives> const& candidates,
+                           std::size_t count) {
+    if (text.size() > kLongestCompared) return {};
     std::set<std::pair<std::size_t, std::string>>
         near;  // nearest first, then in alphabetical order; each once
     for (Alternatives const& alternatives : candidates) {
@@ -50,7 +58,7 @@ std::string SuggestNearest(std::string_view text, std::vector<Alternatives> cons
     }
     std::vector<std::string> others;
     for (auto const& [distance, phrase] : near)
-        if (others.size() < kLimits.suggestions) others.push_back(fmt::format("\"{}\"", phrase));
+        if (others.size() < count) others.push_back(fmt::format("\"{}\"", phrase));
     if (others.empty()) return {};
     std::string hint = others[0] + " is one";
     others.erase(others.begin());

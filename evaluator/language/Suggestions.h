@@ -13,8 +13,12 @@ namespace Evaluator {
 using Alternatives = std::vector<std::string>;
 
 /// The candidates nearest to the text, nearest first, as a hint: `"name" is one; so are "size" and "type"`.
-/// Empty when there are none. Names at most as many as the limit on suggestions allows.
-std::string SuggestNearest(std::string_view text, std::vector<Alternatives> const& candidates);
+/// Empty when there are none. Names at most `count` of them.
+std::string SuggestNearest(std::string_view text, std::vector<Alternatives> const& candidates,
+                           std::size_t count);
+
+/// Whether one of the phrases is the text but for a slip or two.
+bool IsNear(std::string_view text, Alternatives const& phrases);
 
 /// `a, b and c`.
 std::string JoinWithAnd(std::vector<std::string> const& texts);

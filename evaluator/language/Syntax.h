@@ -36,6 +36,7 @@ struct Relation {
     int code = 0;
     bool exchanged = false;
     bool negated = false;
+    friend bool operator==(Relation const&, Relation const&) = default;
 };
 
 struct Syntax;

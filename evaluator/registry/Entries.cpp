@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "registry/PhrasesOfMany.h"
 #include "registry/Words.h"
 
 namespace Evaluator {
@@ -74,8 +75,7 @@ bool PropertyEntry::HasItsFunctions() const {
 
 std::string PropertyEntry::Fault() const {
     for (std::string const* phrase : Phrases())
-        if (*phrase == kNumberOf.singular || *phrase == kNumberOf.plural)
-            return Quoted(*phrase) + " is a phrase of the language itself";
+        if (FindPhraseOfMany(*phrase)) return Quoted(*phrase) + " is a phrase of the language itself";
     return {};
 }
 

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,11 +21,11 @@ std::string NormalPhrase(std::string_view phrase);
 
 /// A library that registers: the core, or one that was loaded.
 struct Library {
-    std::string name;        ///< file name, or "core"
-    std::string path;        ///< resolved path; empty for the core
-    void* handle = nullptr;  ///< of dlopen(3); null for the core
-    long uses = 0;           ///< compiled queries, kept values and evaluations that need it mapped
-    ConstData code = {};     ///< where its instructions lie; empty for the core
+    std::string name;                  ///< file name, or "core"
+    std::string path;                  ///< resolved path; empty for the core
+    void* handle = nullptr;            ///< of dlopen(3); null for the core
+    long uses = 0;                     ///< compiled queries, kept values and evaluations that need it mapped
+    std::vector<ConstData> code = {};  ///< where its instructions lie, in whole pages; empty for the core
 
     bool IsCore() const { return path.empty(); }
 };
@@ -83,6 +84,12 @@ struct TypeEntry final : Entry {
     /// The host's own integers, booleans, times and intervals: bits and nothing else, so a value of one of
     /// these never needs what it was made from.
     bool selfContained = false;
+    /// The host's own string.
+    bool isString = false;
+    /// Of the host's own types: less than, equal to or greater than zero, as `left` is less than, equal to or
+    /// greater than `right`, and a number that is the same for equal values. Null: only operators compare.
+    int (*order)(void const* left, void const* right) = nullptr;
+    std::uint64_t (*hash)(void const* value) = nullptr;
     /// The field types of a tuple; empty for a registered type.
     std::vector<TypeEntry const*> fields;
 };
@@ -160,12 +167,5 @@ enum CoreOperatorCode : int {
     kRelationStartsWith = 34,
     kRelationEndsWith = 35,
 };
-
-/// A phrase of the language itself that takes a whole plural at once, whatever its type. No library registers
-/// it.
-struct PhraseOfMany {
-    std::string_view singular, plural;
-};
-inline constexpr PhraseOfMany kNumberOf{"number", "numbers"};
 
 }  // namespace Evaluator

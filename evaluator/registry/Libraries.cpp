@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <fmt/format.h>
 #include <link.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,29 +34,30 @@ std::string ResolvedPath(std::filesystem::path const& file) {
     return error ? file.string() : resolved.string();
 }
 
-// The executable segments of a library that was loaded, from the first to the last.
-ConstData CodeOf(void* handle) {
+// The executable segments of a library that was loaded.
+std::vector<ConstData> CodeOf(void* handle) {
     struct Search {
         link_map const* wanted = nullptr;
-        std::uintptr_t begin = 0, end = 0;
+        std::vector<ConstData> found;
     } search;
     if (dlinfo(handle, RTLD_DI_LINKMAP, &search.wanted) != 0) return {};
     dl_iterate_phdr(
         [](dl_phdr_info* info, std::size_t, void* data) {
             auto& search = *static_cast<Search*>(data);
             if (info->dlpi_addr != search.wanted->l_addr) return 0;
+            std::uintptr_t const page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
             for (int i = 0; i < info->dlpi_phnum; ++i) {
                 auto const& segment = info->dlpi_phdr[i];
                 if (segment.p_type != PT_LOAD || !(segment.p_flags & PF_X)) continue;
-                std::uintptr_t begin = info->dlpi_addr + segment.p_vaddr;
-                search.begin = search.begin ? std::min(search.begin, begin) : begin;
-                search.end = std::max<std::uintptr_t>(search.end, begin + segment.p_memsz);
+                std::uintptr_t begin = (info->dlpi_addr + segment.p_vaddr) / page * page;
+                std::uintptr_t end = info->dlpi_addr + segment.p_vaddr + segment.p_memsz;
+                search.found.emplace_back(reinterpret_cast<unsigned char const*>(begin),
+                                          (end - begin + page - 1) / page * page);
             }
             return 1;
         },
         &search);
-    return {reinterpret_cast<unsigned char const*>(search.begin),
-            reinterpret_cast<unsigned char const*>(search.end)};
+    return std::move(search.found);
 }
 
 }  // namespace
@@ -106,8 +108,17 @@ std::vector<std::string> Libraries::Load(std::filesystem::path const& file) {
 
 bool Libraries::HoldCode(void const* address) const {
     auto* byte = static_cast<unsigned char const*>(address);
-    return std::any_of(loaded.begin(), loaded.end(),
-                       [&](Library const& one) { return byte >= one.code.begin() && byte < one.code.end(); });
+    for (Library const& library : loaded)
+        for (ConstData segment : library.code)
+            if (byte >= segment.begin() && byte < segment.end()) return true;
+    return false;
+}
+
+void Libraries::SetExecutable(bool executable) const {
+    for (Library const& library : loaded)
+        for (ConstData segment : library.code)
+            mprotect(const_cast<unsigned char*>(segment.begin()), segment.Size(),
+                     executable ? PROT_READ | PROT_EXEC : PROT_READ);
 }
 
 std::optional<std::string> Libraries::Unload(std::string_view name) {

@@ -22,8 +22,13 @@ class Libraries {
     /// Unloads the library of that file name, or says why not.
     std::optional<std::string> Unload(std::string_view name);
     std::list<Library> const& Loaded() const { return loaded; }
-    /// Whether the address lies in the code of a loaded library. Allocates nothing; a signal handler may ask.
+
+    // For the handler of a stack that overflows: neither allocates.
+
+    /// Whether the address lies in the code of a loaded library.
     bool HoldCode(void const* address) const;
+    /// Makes the code of all loaded libraries a trap for whoever comes back to it, or code again.
+    void SetExecutable(bool executable) const;
 
   private:
     // A list, so that the libraries stay where they are: entries point at them.

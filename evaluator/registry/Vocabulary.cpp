@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "registry/PhrasesOfMany.h"
 #include "registry/Words.h"
 
 namespace Evaluator {
@@ -72,8 +73,9 @@ Vocabulary::Vocabulary(Registry const& registry) {
                 break;
         }
     }
-    for (std::string_view phrase : {kNumberOf.singular, kNumberOf.plural})
-        properties.try_emplace(std::string(phrase));
+    for (PhraseOfMany const& row : kPhrasesOfMany)
+        for (std::string_view phrase : {row.singular, row.plural})
+            properties.try_emplace(std::string(phrase));
     Grow(longestPhrase, properties);
     Grow(longestCastPhrase, casts);
 }
@@ -89,11 +91,29 @@ TypeEntry const& Vocabulary::Named(Entry const& by, std::string const& name) con
                                   by.library->name, by.Describe(), name));
 }
 
+void Vocabulary::RequireTypes(Entry const& entry) const {
+    for (Reference const& reference : entry.References())
+        if (reference.type && !reference.type->empty()) Named(entry, *reference.type);
+}
+
+void Vocabulary::RequireTypesOfProperties(std::string_view phrase) const {
+    for (PropertyMatch const& match : WithPhrase(phrase)) RequireTypes(*match.entry);
+}
+
+void Vocabulary::RequireTypesOfCasts(std::string_view phrase) const {
+    if (auto found = casts.find(phrase); found != casts.end())
+        for (CastEntry const* cast : found->second) RequireTypes(*cast);
+}
+
+void Vocabulary::RequireTypesOfOperators(int code) const {
+    for (auto const& [key, op] : operators)
+        if (op->code == code) RequireTypes(*op);
+}
+
 TypeEntry const* Vocabulary::Base(TypeEntry const& type) const {
     return type.base.empty() ? nullptr : &Named(type, type.base);
 }
 
-// The type, then its bases upwards; for no type, one null.
 std::vector<TypeEntry const*> Vocabulary::Lineage(TypeEntry const* type) const {
     std::vector<TypeEntry const*> lineage{type};
     while (type && (type = Base(*type))) {

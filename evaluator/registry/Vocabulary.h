@@ -43,6 +43,8 @@ class Vocabulary {
     TypeEntry const* Type(std::string_view name) const;
     /// The type that `type` names as its base, or null when it has none.
     TypeEntry const* Base(TypeEntry const& type) const;
+    /// The type, then its bases upwards; of null, one null.
+    std::vector<TypeEntry const*> Lineage(TypeEntry const* type) const;
     /// Whether a value of `type` serves where a `wanted` is expected: the same type or one of its bases.
     bool Serves(TypeEntry const& type, TypeEntry const& wanted) const;
     /// The nearest type that serves for both, or null.
@@ -53,6 +55,13 @@ class Vocabulary {
     TypeEntry const* Result(PropertyEntry const& entry) const { return &Named(entry, entry.result); }
     TypeEntry const* Result(CastEntry const& entry) const { return &Named(entry, entry.target); }
     TypeEntry const* Result(OperatorEntry const& entry) const { return &Named(entry, entry.result); }
+
+    /// Throws UnknownType when a registration names a type that nobody registered. A look-up that finds
+    /// nothing has passed over such registrations in silence; whoever reports that asks here first, about all
+    /// those that it might have found.
+    void RequireTypesOfProperties(std::string_view phrase) const;
+    void RequireTypesOfCasts(std::string_view phrase) const;
+    void RequireTypesOfOperators(int code) const;
 
     /// The property of `object` (null: of the world) with an index of the type (null: none), the object's
     /// own type first, then its bases; with each the index's own type first. There is at most one: the
@@ -77,7 +86,7 @@ class Vocabulary {
     std::vector<CastEntry const*> CastsOf(TypeEntry const& source) const;
 
   private:
-    std::vector<TypeEntry const*> Lineage(TypeEntry const* type) const;
+    void RequireTypes(Entry const& entry) const;
     PropertyMatch const* Exactly(std::string_view phrase, std::string_view object,
                                  std::string_view index) const;
 

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <new>
 #include <utility>
 
@@ -50,17 +49,24 @@ std::size_t PageSize() {
     return size;
 }
 
-// Where the interrupted code stood; null where we do not know the machine's registers.
-void const* ProgramCounter([[maybe_unused]] void const* context) {
+// Where the interrupted code stood, and its stack.
 #if defined(__x86_64__)
-    auto const& registers = static_cast<ucontext_t const*>(context)->uc_mcontext.gregs;
-    return reinterpret_cast<void const*>(registers[REG_RIP]);
-#elif defined(__aarch64__)
-    return reinterpret_cast<void const*>(static_cast<ucontext_t const*>(context)->uc_mcontext.pc);
-#else
-    return nullptr;
-#endif
+void const* ProgramCounter(void const* context) {
+    return reinterpret_cast<void const*>(static_cast<ucontext_t const*>(context)->uc_mcontext.gregs[REG_RIP]);
 }
+void const* StackPointer(void const* context) {
+    return reinterpret_cast<void const*>(static_cast<ucontext_t const*>(context)->uc_mcontext.gregs[REG_RSP]);
+}
+#elif defined(__aarch64__)
+void const* ProgramCounter(void const* context) {
+    return reinterpret_cast<void const*>(static_cast<ucontext_t const*>(context)->uc_mcontext.pc);
+}
+void const* StackPointer(void const* context) {
+    return reinterpret_cast<void const*>(static_cast<ucontext_t const*>(context)->uc_mcontext.sp);
+}
+#else
+#error "say here where this machine keeps its program counter and its stack pointer"
+#endif
 
 // The C++ runtime's account of the exceptions that are being handled on this thread, as the C++ ABI lays it
 // out. Those of a stack that was given up are not handled any more.
@@ -140,14 +146,16 @@ void EvaluationStack::Provide(std::size_t bytes) {
         if (fresh == MAP_FAILED) throw std::bad_alloc();
         mapping = static_cast<char*>(fresh);
         mapped = wanted;
-        low = opened = mapping + kGuard + kReserve;
+        low = mapping + kGuard + kReserve;
         if (mprotect(low, mapped - kGuard - kReserve, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
     }
-    Sanitizer::Forget(opened, static_cast<std::size_t>(mapping + mapped - opened));
-    if (opened != low) {
-        mprotect(opened, static_cast<std::size_t>(low - opened), PROT_NONE);
-        opened = low;
-    }
+    Sanitizer::Forget(mapping + kGuard, mapped - kGuard);
+}
+
+void EvaluationStack::SetTrap(bool wanted) {
+    mprotect(mapping + kGuard, kReserve, wanted ? PROT_READ | PROT_WRITE : PROT_NONE);
+    Libraries::Instance().SetExecutable(!wanted);
+    trapped = wanted;
 }
 
 void EvaluationStack::Enter() {
@@ -185,10 +193,12 @@ bool EvaluationStack::Run(std::size_t bytes, void (*function)(void*), void* argu
     }
     passage.sanitizer.Return();
     current = nullptr;
+    if (trapped) SetTrap(false);
     if (!passage.finished) Exceptions() = before;
     return passage.finished;
 }
 
+// Leaves the stack that the caller, or the code that the signal interrupted, stands on. Nothing is unwound.
 void EvaluationStack::GiveUp() {
     current->sanitizer.Exit();
     setcontext(&current->caller);
@@ -207,14 +217,16 @@ std::size_t EvaluationStack::Left() const {
 
 // Whether the fault is ours, and the code may go on. Does not return where the stack is given up.
 bool EvaluationStack::Handles(char const* address, void const* context) {
-    if (!current || foreign || address < mapping || address >= low) return false;
-    if (address < mapping + kGuard || Libraries::Instance().HoldCode(ProgramCounter(context))) GiveUp();
-    std::size_t const page = PageSize();
-    char* from = mapping + static_cast<std::size_t>(address - mapping) / page * page;
-    if (from >= opened ||
-        mprotect(from, static_cast<std::size_t>(opened - from), PROT_READ | PROT_WRITE) != 0)
+    if (!current || foreign) return false;
+    if (trapped && Libraries::Instance().HoldCode(address)) {
+        auto const* frame = static_cast<char const*>(StackPointer(context));
+        if (frame >= mapping && frame < mapping + mapped) GiveUp();
+        return true;  // a library's own thread waits until its code is code again
+    }
+    if (address < mapping || address >= low) return false;
+    if (trapped || address < mapping + kGuard || Libraries::Instance().HoldCode(ProgramCounter(context)))
         GiveUp();
-    opened = from;
+    SetTrap(true);
     return true;
 }
 

@@ -8,13 +8,13 @@
 // (Owned.h, Value.h).
 //
 //     guard, 1 MiB          never accessible; wider than any frame, so that none steps over it
-//     reserve, 512 KiB      opened a page at a time, see below
+//     reserve, 512 KiB      opened when something that must not be left runs into it
 //     the stack             grows down towards the reserve
 //
 // Code that holds something for everybody (a lock of the C library's, a table of the platform's) cannot be
-// left where it stands. So only the code of inspector libraries is left at the first touch of the reserve;
-// for any other code the touched pages are opened and it goes on, and the next touch asks again. At the guard
-// all is over.
+// left where it stands; the code of inspector libraries can. So where other code touches the reserve, it gets
+// the reserve to finish its work, and the code of the inspector libraries is made a trap meanwhile: on the
+// first instruction back there the stack is given up.
 //
 // One evaluation runs at a time; calls are made under the evaluation lock.
 
@@ -36,8 +36,9 @@ class EvaluationStack {
     /// std::bad_alloc when there is no memory for a stack.
     bool Run(std::size_t bytes, void (*function)(void*), void* argument);
 
-    /// Leaves the stack that the caller stands on, without unwinding: Run returns false.
-    [[noreturn]] void GiveUp();
+    /// Gives the stack up as soon as the code of an inspector library goes on: Run returns false then. Only
+    /// on the stack.
+    void GiveUpInInspector() { SetTrap(true); }
 
     /// Whether the caller stands on the stack.
     bool IsCurrent() const;
@@ -63,13 +64,15 @@ class EvaluationStack {
     EvaluationStack() = default;
     void Provide(std::size_t bytes);
     static void Enter();
+    void SetTrap(bool wanted);
+    [[noreturn]] void GiveUp();
     bool Handles(char const* address, void const* context);
     friend class FaultHandler;
 
     char* mapping = nullptr;
     std::size_t mapped = 0;  ///< bytes of the mapping: guard, reserve and stack
     char* low = nullptr;     ///< where the stack begins, above the reserve
-    char* opened = nullptr;  ///< the reserve is accessible from here on
+    bool trapped = false;    ///< the reserve is open, and the inspector libraries' code is a trap
     bool foreign = false;
     struct Switch;
     Switch* current = nullptr;  ///< of the Run that is under way

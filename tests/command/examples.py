@@ -5,8 +5,9 @@ usage: examples.py ZELQ DOCUMENT...
 
 In a document, a line `$ ./run ARGUMENTS` in a code block is run; the lines behind it, up to the next such line or the
 end of the block, are what it prints (both streams). A line `…` stands for any further lines. The examples of --help
-are run and must be answered.
+are run and must be answered. In a table, `QUERY` → `VALUE`, `VALUE` is a query and the values that it has.
 """
+import re
 import shlex
 import subprocess
 import sys
@@ -30,6 +31,9 @@ def examples(document):
                 found.append((None, []))
             elif inside and found:
                 found[-1][1].append(line)
+            elif not inside and line.startswith("|"):
+                found += [(shlex.quote(query), re.findall("`([^`]*)`", values))
+                          for query, values in re.findall("`([^`]*)` → (`[^`]*`(?:, `[^`]*`)*)", line)]
     return [example for example in found if example[0] is not None]
 
 

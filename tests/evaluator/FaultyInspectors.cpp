@@ -83,6 +83,21 @@ struct Module {
     GlobalProperty<integer> nothing{"nothing", "nothings", "", answer};
     GlobalProperty<integer> strange{"strange", "stranges", "no\xFFtype", answer};
 } module;
+#elif FAULT == 14  // casts, operators, an index and an object of types that nobody registers
+struct stranger {};
+stranger lost(integer const&) { return {}; }
+integer found(stranger const&) { return 1; }
+boolean compared(stranger const&, integer const&) { return true; }
+stranger added(boolean const&, boolean const&) { return {}; }
+struct Module {
+    Cast<integer, stranger> casting{"lost", "integer", "stranger", lost};
+    Cast<stranger, integer> cast{"found", "stranger", "integer", found};
+    Operator2<stranger, integer, boolean> less{kRelationLess, "stranger", "integer", "boolean", compared};
+    Operator2<boolean, boolean, stranger> plus{kOperatorPlus, "boolean", "boolean", "stranger", added};
+    Property<stranger, integer> weight{"strange weight", "strange weights", "stranger", "integer", found};
+    PropertyByIndexOfWorld<integer, stranger> indexed{"strange place", "strange places", "stranger",
+                                                      "integer", found};
+} module;
 #endif
 
 [[maybe_unused]] void const* const used[] = {reinterpret_cast<void const*>(&answer),

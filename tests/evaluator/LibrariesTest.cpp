@@ -171,6 +171,34 @@ TEST(Libraries, AnUnknownTypeIsReportedAtFirstUse) {
     EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("UnknownInspectors.dylib"));
 }
 
+TEST(Libraries, AnUnknownTypeIsReportedAtFirstUseWhateverTheRegistration) {
+    ASSERT_EQ(Load("StrangerInspectors"), "");
+    struct {
+        char const *query, *registration;
+    } const rows[] = {
+        {"1 as lost", "cast \"lost\" of \"integer\""},
+        {"true as found", "cast \"found\" of \"stranger\""},
+        {"true < 1", "operator 7 of \"stranger\" and \"integer\""},
+        {"1 > true", "operator 7 of \"stranger\" and \"integer\""},
+        {"sorted values of true", "operator 7 of \"stranger\" and \"integer\""},
+        {"(true, 1) < (true, 1)", "operator 7 of \"stranger\" and \"integer\""},
+        {"true + true", "operator 0 of \"boolean\" and \"boolean\""},
+        {"\"a\" + \"b\"", "operator 0 of \"boolean\" and \"boolean\""},
+        {"strange weight of 1", "property \"strange weight\" of \"stranger\""},
+        {"strange place 1", "property \"strange place\" with index \"stranger\" of the world"},
+        {"strange place", "property \"strange place\" with index \"stranger\" of the world"},
+    };
+    for (auto const& row : rows) {
+        auto compiled = Evaluator::Query::Compile(row.query);
+        EXPECT_EQ(Messages(compiled.problems),
+                  "StrangerInspectors.dylib: " + std::string(row.registration) +
+                      ": no library registers the type \"stranger\" that it names\n")
+            << row.query;
+    }
+    EXPECT_EQ(Answer("1 < 2; 1 + 1 = 2; 1 as string = \"1\""), "true|true|true");
+    EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("StrangerInspectors.dylib"));
+}
+
 TEST(Libraries, TheLibraryOfEveryTypeOnTheWayIsHeld) {
     ASSERT_EQ(Load("ThingInspectors"), "");
     ASSERT_EQ(Load("ForeignInspectors"), "");

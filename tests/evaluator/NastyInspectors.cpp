@@ -121,8 +121,8 @@ struct Root {
 } root;
 integer search_of(trouble const&) {
     for (;;) {
-        FSCatalogInfo info;
-        PlatformGetItem(root.url, kFSCatInfoNone, nullptr, &info);
+        FSRef reference;
+        PlatformGetItem(root.url, kFSCatInfoNone, &reference, nullptr);
     }
 }
 

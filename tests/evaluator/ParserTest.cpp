@@ -195,9 +195,9 @@ TEST_F(Parsing, NestingIsBounded) {
         for (std::size_t i = 0; i < count; ++i) text += close;
         return text;
     };
-    EXPECT_EQ(Tree(deep(kLimits.nesting - 1, "- ", "")).substr(0, 6), "minus(");
+    EXPECT_EQ(Tree(deep(Limits().nesting - 1, "- ", "")).substr(0, 6), "minus(");
     std::string const limit = "error: the query is nested more than 400 deep\n";
-    EXPECT_EQ(Failure(deep(kLimits.nesting, "- ", "")).substr(0, limit.size()), limit);
+    EXPECT_EQ(Failure(deep(Limits().nesting, "- ", "")).substr(0, limit.size()), limit);
     EXPECT_EQ(Failure(deep(1000000, "(", "")).substr(0, 5), "error");
     EXPECT_EQ(Failure(deep(300000, "(", ")")).substr(0, limit.size()), limit);
     EXPECT_EQ(Failure(deep(200000, "", " + 1")).substr(0, limit.size()), limit);
@@ -207,7 +207,7 @@ TEST_F(Parsing, NestingIsBounded) {
 }
 
 TEST_F(Parsing, LengthIsBounded) {
-    std::string longest(kLimits.queryBytes - 1, ' ');
+    std::string longest(Limits().queryBytes - 1, ' ');
     EXPECT_EQ(Tree("1" + longest), "1");
     EXPECT_EQ(Failure("11" + longest), "error: the query is longer than 1048576 bytes\n  11" +
                                            std::string(158, ' ') +

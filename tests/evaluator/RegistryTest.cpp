@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "registry/PhrasesOfMany.h"
 #include "registry/Vocabulary.h"
 
 using namespace Evaluator;
@@ -45,7 +46,7 @@ class Registering : public testing::Test {
     Library library{"Some.dylib", "/some", &handle, 0};
     struct alignas(16) Bytes {
         unsigned char bytes[512];
-    } records[64];
+    } records[128];
     int used = 0;
     Registry::Turn turn{registry, library};
 };
@@ -166,6 +167,26 @@ TEST_F(Registering, RefusalsNameLibraryKindAndPhrase) {
     Operator(9, "thing", "thing", "thing");
     EXPECT_EQ(refused(),
               "Some.dylib: operator 9 of \"thing\" and \"thing\": there is no operator of that code");
+}
+
+TEST_F(Registering, PhrasesOfTheLanguageItselfAreRefused) {
+    std::string phrases;
+    for (PhraseOfMany const& row : kPhrasesOfMany)
+        for (std::string phrase : {std::string(row.singular), std::string(row.plural)}) {
+            Property(phrase.c_str(), "others", "", "thing", "thing");
+            Property("other", phrase.c_str(), "integer", "thing", "thing");
+            std::string const fault = ": \"" + phrase + "\" is a phrase of the language itself";
+            EXPECT_EQ(registry.TakeProblems(),
+                      (std::vector<std::string>{
+                          "Some.dylib: property \"" + phrase + "\" of \"thing\"" + fault,
+                          "Some.dylib: property \"other\" with index \"integer\" of \"thing\"" + fault}));
+            phrases += phrase + ", ";
+        }
+    EXPECT_EQ(
+        phrases,
+        "number, numbers, sum, sums, minimum, minimums, maximum, maximums, unique value, unique values, "
+        "sorted value, sorted values, first value, first values, last value, last values, concatenation, "
+        "concatenations, ");
 }
 
 TEST(RegisteringOutsideALoad, IsRefusedWithoutANote) {

@@ -5,6 +5,7 @@
 
 #include <csetjmp>
 #include <csignal>
+#include <thread>
 
 #include "evaluator/NastyTest.h"
 
@@ -25,9 +26,11 @@ TEST_F(Stack, TheGuardIsWiderThanLargeFrames) {
     EXPECT_EQ(Ask("large frame of trouble 1").problems, RanOut("large frame of trouble 1", "^~~~~~~~~~~"));
 }
 
-// The recursion is met inside the C library's memory functions as often as not.
+// The stack ends inside the C library's memory functions, which hold locks once a process has had a second
+// thread.
 TEST_F(Stack, TheCLibraryIsNotLeftInTheMidstOfThings) {
-    for (int i = 0; i < 20; ++i)
+    std::thread([] {}).join();
+    for (int i = 0; i < 5; ++i)
         ASSERT_EQ(Ask("text frame of trouble 1").problems, RanOut("text frame of trouble 1", "^~~~~~~~~~"));
 }
 

@@ -160,8 +160,8 @@ TEST_F(Stopping, WaitingForAnotherEvaluationEndsToo) {
             },
             options);
     });
-    auto compiled = Evaluator::Query::Compile("kind of trouble 1");
     started.lock();
+    auto compiled = Evaluator::Query::Compile("kind of trouble 1");  // waits for nobody
     second.Request();
     Evaluator::RunOptions options;
     options.cancellation = &second;

@@ -8,8 +8,9 @@
 //     compiled.query->Run([](Evaluator::Result const& result) { puts(result.Text().c_str()); return true; });
 //
 // Every function may be called from any thread; one evaluation runs at a time in a process, and a second
-// thread waits for the first. Nothing here throws, but std::bad_alloc where a problem cannot be told for want
-// of memory, and what a consumer throws, which passes through Run.
+// thread waits for the first, as do loading and unloading. Compiling a query waits for nobody's evaluation.
+// Nothing here throws, but std::bad_alloc where a problem cannot be told for want of memory, and what a
+// consumer throws, which passes through Run.
 
 #include <atomic>
 #include <chrono>

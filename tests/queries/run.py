@@ -1,0 +1,102 @@
+#!/usr/bin/env python3
+"""Asks the queries of a folder and compares what is printed with what is expected. README.md tells the format.
+
+usage: run.py ZELQ FOLDER
+"""
+import os
+import re
+import subprocess
+import sys
+import tempfile
+from datetime import datetime, timezone
+from pathlib import Path
+
+DIVIDER = re.compile(rb"^---(?: (error|status (\d+)))?$")
+
+
+class Case:
+    """A query and what it is expected to print."""
+
+    def __init__(self, path):
+        self.output, self.error, self.status = b"", b"", 0
+        query, part = [], "query"
+        for line in path.read_bytes().splitlines(keepends=True):
+            divider = DIVIDER.match(line.rstrip(b"\n"))
+            if divider and divider[2]:
+                self.status, part = int(divider[2]), "end"
+            elif divider:
+                part = "error" if divider[1] else "output"
+            elif part == "query":
+                if query or not line.startswith(b"#"):
+                    query.append(line)
+            elif part == "end":
+                raise ValueError(f"{path}: nothing may follow the status")
+            else:
+                setattr(self, part, getattr(self, part) + line)
+        if part == "query" or not query:
+            raise ValueError(f"{path}: a query and a line --- are wanted")
+        self.query = b"".join(query).removesuffix(b"\n")
+
+
+def make_tree(root):
+    """The files that the queries ask about; README.md shows them."""
+    def write(name, content, modified):
+        path = os.path.join(os.fsencode(root), name)
+        with open(path, "wb") as file:
+            file.write(content)
+        when = datetime.fromisoformat(modified).replace(tzinfo=timezone.utc).timestamp()
+        os.utime(path, (when, when))
+
+    os.makedirs(root / "letters/deeper")
+    write(b"notes.txt", b"one\ntwo\nred\n", "2026-01-02T03:04:05")
+    write(b"empty.txt", b"", "2026-01-01T00:00:00")
+    write(b"two words.txt", b"two words\n", "2025-12-31T23:59:59")
+    write(b"caf\xe9.txt", b"latin\n", "2025-06-15T12:00:00")
+    write(b"letters/a.txt", b"A\n", "2024-02-29T00:00:01")
+    write(b"letters/b.txt", b"BB\n", "2024-03-01T00:00:01")
+    write(b"letters/deeper/c.txt", b"CCC\n", "2024-03-02T00:00:01")
+    os.symlink("notes.txt", root / "link.txt")
+    os.symlink("letters", root / "link to letters")
+    os.symlink("nowhere", root / "dangling")
+
+
+def ask(zelq, query, tree):
+    environment = {name: value for name, value in os.environ.items()
+                   if name not in ("LANG", "LANGUAGE") and not name.startswith("LC_")}
+    return subprocess.run([os.fsencode(zelq), query], cwd=tree, env=environment | {"TZ": "UTC"},
+                          stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
+
+
+def shown(text):
+    return "".join(f"    {line}\n" for line in text.decode(errors="backslashreplace").splitlines())
+
+
+def differences(case, ran):
+    """What is not as expected, for a person to read; nothing when all is."""
+    text = ""
+    for what, expected, printed in (("standard output", case.output, ran.stdout),
+                                    ("standard error", case.error, ran.stderr)):
+        if expected != printed:
+            text += f"  expected on {what}\n{shown(expected)}  printed\n{shown(printed)}"
+    if case.status != ran.returncode:
+        text += f"  expected exit status {case.status}, and it was {ran.returncode}\n"
+    return text and f"  query\n{shown(case.query)}{text}"
+
+
+def main():
+    zelq, folder = Path(sys.argv[1]).resolve(), Path(sys.argv[2])
+    paths = sorted(folder.rglob("*.query"))
+    failed = 0
+    with tempfile.TemporaryDirectory(prefix="zelq-queries-") as scratch:
+        tree = Path(scratch) / "tree"
+        make_tree(tree)
+        for path in paths:
+            case = Case(path)
+            if difference := differences(case, ask(zelq, case.query, tree)):
+                failed += 1
+                print(f"{path.relative_to(folder)}\n{difference}")
+    print(f"{len(paths)} queries, {failed} failed")
+    sys.exit(1 if failed or not paths else 0)
+
+
+main()
