@@ -28,6 +28,8 @@ void Handle(int signal, struct sigaction& before) {
 }  // namespace
 
 Interruption::Interruption() {
+    asked.Clear();
+    first = 0;
     Handle(SIGINT, interruptBefore);
     Handle(SIGTERM, terminateBefore);
 }

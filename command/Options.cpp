@@ -34,7 +34,8 @@ JSON:
   not valid. Error is null or {"kind", "message", "hint", "begin", "end", "more"}: the first problem, the bytes of
   the query that it is about, and in "more" the other problems, alike. Values found before an error stay.
   --error-format=json prints {"kind", "message", "hint", "begin", "end", "file", "count"} for each problem.
-  Kinds: syntax, meaning, evaluation, limit, cancelled, library; and command, of the command itself.
+  Kinds: syntax, meaning, evaluation, limit, cancelled, library; and command, where the command itself cannot go on.
+  Wrong use of the command line is always told as text.
 
 Exit status:
   0    answered; a plural may have no values at all
