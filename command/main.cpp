@@ -1,80 +1,117 @@
-// zelq: asks one question and prints its values, one a line.
+// zelq: asks one question and prints its values.
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
-#include <cstdio>
+#include <csignal>
+#include <cstring>
 #include <filesystem>
 
 #include "Evaluator/Embedding.h"
+#include "command/AnswerWriters.h"
 #include "command/ExitStatus.h"
+#include "command/Interruption.h"
+#include "command/Json.h"
+#include "command/Messages.h"
 #include "command/Options.h"
-#include "command/Registrations.h"
+#include "command/Output.h"
+#include "command/Question.h"
 
 namespace Command {
 namespace {
 
-void Print(std::vector<Evaluator::Problem> const& problems, std::string_view query) {
-    for (Evaluator::Problem const& problem : problems)
-        std::fputs(Evaluator::Render(problem, query).c_str(), stderr);
-}
-
-void PrintLine(std::string const& text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fputc('\n', stdout);
-}
-
-// Values are seen as they come also through a pipe, where standard output is not flushed at every line.
-void FlushNowAndThen() {
-    using Clock = std::chrono::steady_clock;
-    static Clock::time_point last;
-    Clock::time_point now = Clock::now();
-    if (now - last < std::chrono::milliseconds(100)) return;
-    std::fflush(stdout);
-    last = now;
-}
+using Evaluator::Problem;
+using Evaluator::ProblemKind;
 
 // The inspector libraries, for as long as this lives.
 class LoadedInspectors {
   public:
-    explicit LoadedInspectors(std::filesystem::path const& path) {
+    LoadedInspectors(std::filesystem::path const& path, Messages const& messages) : messages(messages) {
         std::error_code error;
-        Print(is_regular_file(path, error) ? Evaluator::LoadInspectorLibrary(path)
-                                           : Evaluator::LoadInspectors(path),
-              {});
-        if (None())
-            std::fprintf(stderr, "error: no inspector library was loaded from \"%s\"\n", path.c_str());
+        messages.Tell(is_regular_file(path, error) ? Evaluator::LoadInspectorLibrary(path)
+                                                   : Evaluator::LoadInspectors(path));
+        if (None()) messages.Tell("no inspector library was loaded from \"" + path.string() + '"');
     }
     ~LoadedInspectors() {
+        std::vector<Problem> problems;
         for (std::string const& name : Evaluator::LoadedLibraries())
-            if (auto problem = Evaluator::UnloadInspectorLibrary(name)) Print({*problem}, {});
+            if (auto problem = Evaluator::UnloadInspectorLibrary(name)) problems.push_back(*problem);
+        messages.Tell(problems);
     }
     LoadedInspectors(LoadedInspectors const&) = delete;
     LoadedInspectors& operator=(LoadedInspectors const&) = delete;
     bool None() const { return Evaluator::LoadedLibraries().empty(); }
+
+  private:
+    Messages const& messages;
 };
 
-int Answer(std::string const& text) {
-    auto [query, problems] = Evaluator::Query::Compile(text);
-    Print(problems, text);
-    if (!query) return kInvalidQuery;
-    auto problem = query->Run([](Evaluator::Result const& result) {
-        PrintLine(result.Text());
-        FlushNowAndThen();
-        return !std::ferror(stdout);
-    });
-    std::fflush(stdout);  // values stand before the problem that ended them, also where both go to one place
+// Hands the values to the writer until there are no more, nobody reads them, or something ends the
+// evaluation.
+int Evaluate(Evaluator::Query const& query, Options const& options, AnswerWriter& writer, Output& output,
+             std::vector<Problem>& problems) {
+    Interruption interruption;
+    Evaluator::RunOptions how;
+    how.limits.time = options.timeout;
+    how.cancellation = &interruption.Asked();
+    auto consume = [&](Evaluator::Result const& value) {
+        writer.Add(value);
+        output.FlushNowAndThen();
+        return output.Error() == 0;
+    };
+    auto problem = query.Run(consume, how);
     if (!problem) return kAnswered;
-    Print({*problem}, text);
-    return kEvaluationFailed;
+    problems.push_back(*problem);
+    if (problem->kind == ProblemKind::cancelled) return kSignalled + interruption.Signal();
+    return problem->kind == ProblemKind::limit ? kLimitReached : kEvaluationFailed;
 }
 
-int Run(Options const& options) {
-    LoadedInspectors inspectors(options.inspectors.empty() ? Evaluator::StandardInspectorsFolder()
-                                                           : std::filesystem::path(options.inspectors));
-    if (inspectors.None()) return kWrongUse;
-    if (!options.registrations) return Answer(options.query);
+int StatusOfInvalid(std::vector<Problem> const& problems) {
+    bool limited = std::any_of(problems.begin(), problems.end(),
+                               [](Problem const& problem) { return problem.kind == ProblemKind::limit; });
+    return limited ? kLimitReached : kInvalidQuery;
+}
+
+int Answer(Question const& question, Options const& options, Output& output, Messages const& messages) {
+    using Clock = std::chrono::steady_clock;
+    Clock::time_point const begun = Clock::now();
+    auto writer = MakeAnswerWriter(options.format, output);
+    auto [query, problems] = Evaluator::Query::Compile(question.text);
+    writer->Begin(question.text, query ? &*query : nullptr);
+    int status = query ? Evaluate(*query, options, *writer, output, problems) : StatusOfInvalid(problems);
+    writer->End(problems, std::chrono::duration<double>(Clock::now() - begun).count());
+    output.Flush();  // values stand before the problem that ended them, also where both go to one place
+    messages.Tell(problems, question);
+    return status;
+}
+
+int ListRegistrations(Output& output) {
     for (Evaluator::RegistrationInfo const& registration : Evaluator::Registrations())
-        PrintLine(AsJson(registration));
+        output.Write(JsonOfRegistration(registration) + '\n');
     return kAnswered;
+}
+
+// What becomes of the status where standard output could not be written. Whoever closed a pipe knows.
+int StatusOfOutput(int error, int status, Messages const& messages) {
+    if (error == EPIPE) return kSignalled + SIGPIPE;
+    if (error == 0) return status;
+    messages.Tell(std::string("cannot write to standard output: ") + std::strerror(error));
+    return status == kAnswered ? kEvaluationFailed : status;
+}
+
+int Run(Options const& options, Output& output, Messages const& messages) {
+    std::string why;
+    std::optional<Question> question{Question{options.query, {}}};
+    if (options.file) question = ReadQuestion(*options.file, why);
+    if (!question) {
+        messages.Tell(why);
+        return kWrongUse;
+    }
+    LoadedInspectors inspectors(options.inspectors.empty() ? Evaluator::StandardInspectorsFolder()
+                                                           : std::filesystem::path(options.inspectors),
+                                messages);
+    if (inspectors.None()) return kWrongUse;
+    return options.registrations ? ListRegistrations(output) : Answer(*question, options, output, messages);
 }
 
 }  // namespace
@@ -82,10 +119,10 @@ int Run(Options const& options) {
 
 int main(int argc, char** argv) {
     int status = Command::kAnswered;
-    if (auto options = Command::ReadOptions(argc, argv, status)) status = Command::Run(*options);
-    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-        std::fputs("error: cannot write to standard output\n", stderr);
-        if (status == Command::kAnswered) status = Command::kEvaluationFailed;
-    }
-    return status;
+    auto options = Command::ReadOptions(argc, argv, status);
+    Command::Messages const messages(options && options->errorsAsJson);
+    Command::Output output;
+    if (options) status = Command::Run(*options, output, messages);
+    output.Flush();
+    return Command::StatusOfOutput(output.Error(), status, messages);
 }

@@ -1,63 +1,87 @@
 #include "command/Running.h"
 
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <thread>
 
-namespace {
-
-// A file without a name, for a program to write to.
-class Capture {
-  public:
-    Capture() {
-        std::string pattern = std::filesystem::temp_directory_path() / "capturedXXXXXX";
-        descriptor = mkstemp(pattern.data());
-        unlink(pattern.c_str());
+Capture::Capture(std::string const& text) {
+    std::string pattern = std::filesystem::temp_directory_path() / "capturedXXXXXX";
+    descriptor = mkstemp(pattern.data());
+    unlink(pattern.c_str());
+    for (std::size_t at = 0; at < text.size();) {
+        ssize_t size = write(descriptor, text.data() + at, text.size() - at);
+        if (size <= 0) std::abort();
+        at += static_cast<std::size_t>(size);
     }
-    ~Capture() { close(descriptor); }
-    Capture(Capture const&) = delete;
-    Capture& operator=(Capture const&) = delete;
+    lseek(descriptor, 0, SEEK_SET);
+}
 
-    std::string Text() const {
-        std::string text;
-        std::array<char, 4096> part;
-        lseek(descriptor, 0, SEEK_SET);
-        for (ssize_t size; (size = read(descriptor, part.data(), part.size())) > 0;)
-            text.append(part.data(), static_cast<std::size_t>(size));
-        return text;
-    }
-    int descriptor;
-};
+Capture::~Capture() { close(descriptor); }
 
-}  // namespace
+// The program writes where the descriptor stands, so that is left alone.
+std::string Capture::Text() const {
+    std::string text;
+    std::array<char, 4096> part;
+    for (ssize_t size;
+         (size = pread(descriptor, part.data(), part.size(), static_cast<off_t>(text.size()))) > 0;)
+        text.append(part.data(), static_cast<std::size_t>(size));
+    return text;
+}
 
-Ran RunProgram(std::vector<std::string> const& arguments) {
-    Capture out, err;
+Started::Started(std::vector<std::string> const& arguments, std::string const& input, int standardOutput)
+    : in(input) {
     std::vector<char*> argv;
     for (std::string const& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
-    pid_t child = fork();
-    if (child == 0) {
-        dup2(open("/dev/null", O_RDONLY), 0);
-        dup2(out.descriptor, 1);
-        dup2(err.descriptor, 2);
-        execvp(argv[0], argv.data());
-        _exit(127);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
+    child = fork();
+    if (child != 0) return;
+    for (int ordinary : {SIGINT, SIGTERM, SIGPIPE}) std::signal(ordinary, SIG_DFL);
+    dup2(in.descriptor, 0);
+    dup2(standardOutput >= 0 ? standardOutput : out.descriptor, 1);
+    dup2(err.descriptor, 2);
+    execvp(argv[0], argv.data());
+    _exit(127);
+}
+
+void Started::AwaitOutput() const {
+    for (int i = 0; i < 2000 && out.Text().empty(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+}
+
+void Started::Send(int signal) const { kill(child, signal); }
+
+bool Started::HasEnded() {
+    if (!ended) ended = waitpid(child, &status, WNOHANG) == child;
+    return ended;
+}
+
+Ran Started::Wait() {
+    if (!ended) waitpid(child, &status, 0);
+    ended = true;
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), out.Text(), err.Text()};
 }
 
-Ran RunZelq(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), BuildFolder() + "/bin/zelq");
-    return RunProgram(arguments);
+Ran RunProgram(std::vector<std::string> const& arguments, std::string const& input) {
+    return Started(arguments, input).Wait();
 }
+
+Ran RunZelq(std::vector<std::string> arguments, std::string const& input) {
+    arguments.insert(arguments.begin(), Zelq());
+    return RunProgram(arguments, input);
+}
+
+std::string Zelq() { return BuildFolder() + "/bin/zelq"; }
 
 std::string BuildFolder() {
     return std::filesystem::canonical("/proc/self/exe").parent_path().parent_path().parent_path();
+}
+
+std::string TestLibrary(std::string const& name) {
+    return BuildFolder() + "/bin/tests/libraries/" + name + ".dylib";
 }

@@ -1,0 +1,27 @@
+#include "command/Output.h"
+
+#include <cerrno>
+#include <cstdio>
+
+namespace Command {
+
+void Output::Note(bool succeeded) {
+    if (!succeeded && error == 0) error = errno;
+}
+
+void Output::Write(std::string_view bytes) {
+    if (error == 0) Note(std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size());
+}
+
+void Output::Flush() {
+    if (error == 0) Note(std::fflush(stdout) == 0);
+}
+
+void Output::FlushNowAndThen() {
+    auto const now = std::chrono::steady_clock::now();
+    if (now - flushed < std::chrono::milliseconds(100)) return;
+    Flush();
+    flushed = now;
+}
+
+}  // namespace Command

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <chrono>
+#include <string_view>
+
+namespace Command {
+
+/// Standard output. Values are seen soon after they were found, also through a pipe, where it is not flushed
+/// at every line.
+class Output {
+  public:
+    void Write(std::string_view bytes);
+    /// To be called behind each value: flushes what was written where that was not done for a while.
+    void FlushNowAndThen();
+    void Flush();
+    /// The errno of the first write that failed, after which nothing more is written; 0: none.
+    int Error() const { return error; }
+
+  private:
+    void Note(bool succeeded);
+    int error = 0;
+    std::chrono::steady_clock::time_point flushed;
+};
+
+}  // namespace Command
