@@ -129,18 +129,20 @@ Problem Evaluation::WhyGivenUp() const {
             fmt::format("its limit is {} bytes, and what is marked here recurses deeper", limits.stackBytes)};
 }
 
-void Evaluation::InsistOnStopping() {
+bool Evaluation::InsistOnStopping() {
     constexpr int patience = 1000;
     EvaluationStack& stack = EvaluationStack::Instance();
-    if (stack.IsCurrent() && ++timesRefused > patience) stack.GiveUpInInspector();
+    if (!stack.IsCurrent() || ++timesRefused <= patience) return false;
+    stack.GiveUpInInspector();
+    return true;
 }
 
 void Evaluation::GiveTime(InspectorContext* context) {
     auto& evaluation = static_cast<Evaluation&>(*context);
     if (!evaluation.ShouldStop()) return;
-    evaluation.InsistOnStopping();
-    // Where lives end nothing may be thrown.
-    if (evaluation.making) throw EvaluationStopped();
+    // An exception on its way would be lost where the inspector is left; where lives end nothing may be
+    // thrown.
+    if (!evaluation.InsistOnStopping() && evaluation.making) throw EvaluationStopped();
 }
 
 unsigned char Evaluation::MayLookUp() {

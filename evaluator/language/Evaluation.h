@@ -158,8 +158,9 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     static unsigned char MayLookUp();
     /// What a long-running inspector calls from time to time. Throws when the evaluation is to stop.
     static void GiveTime(InspectorContext* context);
-    /// Gives up the stack when an inspector has been told to stop again and again, and goes on.
-    void InsistOnStopping();
+    /// Whether an inspector that has been told to stop again and again is to be left where it stands, which
+    /// then happens as soon as its own code goes on.
+    bool InsistOnStopping();
 
     /// Local time keeps one offset from universal time throughout an evaluation.
     LocalOffsetHold const offset;

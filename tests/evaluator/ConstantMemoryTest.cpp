@@ -9,7 +9,7 @@ namespace {
 
 #ifdef __SANITIZE_ADDRESS__
 constexpr char const* kMany = "1000000";  // each takes its time here
-constexpr long kMayGrow = 300 << 10;      // KiB; the sanitizer keeps what was freed for a while
+constexpr long kMayGrow = 600 << 10;      // KiB; the sanitizer keeps what was freed for a while
 #else
 constexpr char const* kMany = "10000000";
 constexpr long kMayGrow = 4 << 10;

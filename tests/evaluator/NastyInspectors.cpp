@@ -11,6 +11,10 @@
 #include "Platform/Items.h"
 #include "frame/Adapters.h"
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
+
 namespace {
 
 long livingTroubles = 0;
@@ -40,6 +44,17 @@ void YieldTime() {
     if (hooks && hooks->yieldTimeSlice) hooks->yieldTimeSlice(Get_Generic_Inspector_Context());
 }
 
+// What is allocated until Stop is not looked for by the leak sanitizer.
+class OwnLoss {
+  public:
+#ifdef __SANITIZE_ADDRESS__
+    OwnLoss() { __lsan_disable(); }
+    void Stop() { __lsan_enable(); }
+#else
+    void Stop() {}
+#endif
+};
+
 // Not inlined and not turned into a loop: each call takes its frame.
 template <std::size_t bytes>
 [[gnu::noinline]] long Recurse(long depth) {
@@ -49,19 +64,30 @@ template <std::size_t bytes>
     long below = Recurse<bytes>(depth - 1);
     return below + frame[0];
 }
+// What these two take of the C++ library is lost with the stack; it is theirs, not the host's.
 [[gnu::noinline]] std::size_t RecurseWithTexts(std::string const& text) {
     if (text.empty()) return 0;  // it never is
+    OwnLoss loss;
     std::string longer = text + "x";
-    Allocate_Inspector_Memory(40);
     std::vector<std::string> copies(3, longer);
-    return RecurseWithTexts(longer.substr(0, 100)) + copies.size();
+    std::string shorter = longer.substr(0, 100);
+    loss.Stop();
+    return RecurseWithTexts(shorter) + copies.size();
 }
 [[gnu::noinline]] long RecurseHandling(long depth) {
+    OwnLoss loss;
     try {
         throw NoSuchObject();
     } catch (NoSuchObject const&) {
+        loss.Stop();
         return RecurseHandling(depth + 1) + 1;
     }
+}
+[[gnu::noinline]] std::size_t RecurseWithMemory(unsigned int size) {
+    if (size == 0) return 0;  // it never is
+    auto* memory = static_cast<char*>(Allocate_Inspector_Memory(size));
+    memory[0] = 1;
+    return RecurseWithMemory(size % 100 + 1) + static_cast<std::size_t>(memory[0]);
 }
 constexpr long kForEver = 1L << 60;
 
@@ -73,6 +99,7 @@ integer living_rounds() { return livingRounds; }
 integer small_frames_of(trouble const&) { return Recurse<64>(kForEver); }
 integer large_frames_of(trouble const&) { return Recurse<64 << 10>(kForEver); }
 integer texts_of(trouble const&) { return static_cast<long long>(RecurseWithTexts("x")); }
+integer memories_of(trouble const&) { return static_cast<long long>(RecurseWithMemory(1)); }
 integer handlers_of(trouble const&) { return RecurseHandling(0); }
 // Takes so many KiB of stack and gives them back.
 integer stack_kilobytes_of(trouble const& object) {
@@ -187,6 +214,7 @@ struct Module {
     Property<trouble, integer> small{"small frame", "small frames", "trouble", "integer", small_frames_of};
     Property<trouble, integer> large{"large frame", "large frames", "trouble", "integer", large_frames_of};
     Property<trouble, integer> texts{"text frame", "text frames", "trouble", "integer", texts_of};
+    Property<trouble, integer> memories{"memory frame", "memory frames", "trouble", "integer", memories_of};
     Property<trouble, integer> handlers{"handler frame", "handler frames", "trouble", "integer", handlers_of};
     Property<trouble, integer> kilobytes{"stack kilobyte", "stack kilobytes", "trouble", "integer",
                                          stack_kilobytes_of};

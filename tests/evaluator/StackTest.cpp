@@ -34,6 +34,13 @@ TEST_F(Stack, TheCLibraryIsNotLeftInTheMidstOfThings) {
         ASSERT_EQ(Ask("text frame of trouble 1").problems, RanOut("text frame of trouble 1", "^~~~~~~~~~"));
 }
 
+TEST_F(Stack, InspectorMemoryOfARecursionIsFreed) {
+    EXPECT_EQ(Ask("memory frame of trouble 1").problems, RanOut("memory frame of trouble 1", "^~~~~~~~~~~~"));
+    Evaluator::RunOptions options;
+    options.limits.inspectorMemory = 10'000;  // nothing of it counts any more
+    EXPECT_EQ(Ask("exists memory 9000", options), (Outcome{{"true"}, ""}));
+}
+
 TEST_F(Stack, ExceptionsThatWereBeingHandledAreForgotten) {
     EXPECT_EQ(Ask("handler frame of trouble 1").problems,
               RanOut("handler frame of trouble 1", "^~~~~~~~~~~~~"));
