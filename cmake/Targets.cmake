@@ -26,6 +26,7 @@ function(zelq_options target)
   if(ZELQ_SANITIZE)
     target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all
                                              -fno-omit-frame-pointer)
+    target_compile_definitions(${target} PRIVATE ZELQ_ADDRESS_SANITIZER) # compilers name it differently
     target_link_options(${target} PRIVATE -fsanitize=address,undefined)
   endif()
   target_link_options(${target} PRIVATE -Wl,--as-needed)

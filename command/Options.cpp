@@ -20,6 +20,7 @@ constexpr char const* kFooter = R"(Examples:
   zelq 'day_of_week of now'
   zelq '(now - creation time of folder "/usr") / day'
   zelq --ndjson '(name of it, exists parent folder of it) of (folder "/"; folder "/etc")'
+  zelq --explain 'number of (1; 2; 3) whose (it mod 2 = 1)'
   zelq --timeout 2.5 --json 'names of (file "/etc/hosts"; folder "/usr")'
 
 Values go to standard output as they are found; everything else goes to standard error.
@@ -117,6 +118,10 @@ void AddOptions(CLI::App& app, Options& options) {
         ->type_name("DIR");
     app.add_flag("--registrations", options.registrations,
                  "Print what the loaded libraries registered, in order, one JSON object a line");
+    app.add_flag(
+        "--explain", options.explain,
+        "Do not answer, but tell how the question is understood: with all its parentheses, and what is "
+        "behind each phrase");
     AddFormats(app, options.format);
     auto setTimeout = [&options](std::string const& text) { options.timeout = ReadSeconds(text); };
     app.add_option_function<std::string>("--timeout", setTimeout,
@@ -136,8 +141,11 @@ void Settle(Options& options, CLI::App const& app, std::vector<std::string> cons
     if (asked == 0) throw CLI::ValidationError("a QUERY is needed, or -f FILE, or -");
     if (asked > 1)
         throw CLI::ValidationError("only one of QUERY, -f, - and --registrations can be asked for");
-    if (options.registrations && (options.format != Format::lines || app.count("--timeout") > 0))
-        throw CLI::ValidationError("--registrations has one format and no time limit");
+    for (char const* list : {"--registrations", "--explain"})
+        if (app.count(list) > 0 && (options.format != Format::lines || app.count("--timeout") > 0))
+            throw CLI::ValidationError(std::string(list) + " has one format and no time limit");
+    if (options.registrations && options.explain)
+        throw CLI::ValidationError("only one of --registrations and --explain can be asked for");
     if (queries.empty()) return;
     if (queries.front() == "-")
         options.file = "-";

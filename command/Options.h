@@ -15,6 +15,7 @@ struct Options {
     std::optional<std::string> file;  ///< holds the query instead; "-": standard input does
     std::string inspectors;           ///< folder or library; empty: the standard folder
     bool registrations = false;
+    bool explain = false;  ///< tell how the query is understood, instead of answering it
     Format format = Format::lines;
     bool errorsAsJson = false;
     std::chrono::nanoseconds timeout{0};  ///< zero: none

@@ -10,6 +10,7 @@
 #include "Evaluator/Embedding.h"
 #include "command/AnswerWriters.h"
 #include "command/ExitStatus.h"
+#include "command/Explanation.h"
 #include "command/Interruption.h"
 #include "command/Json.h"
 #include "command/Messages.h"
@@ -85,6 +86,13 @@ int Answer(Question const& question, Options const& options, Output& output, Mes
     return status;
 }
 
+int Explain(Question const& question, Output& output, Messages const& messages) {
+    auto [query, problems] = Evaluator::Query::Compile(question.text);
+    if (query) output.Write(TextOfExplanation(*query));
+    messages.Tell(problems, question);
+    return query ? kAnswered : StatusOfInvalid(problems);
+}
+
 int ListRegistrations(Output& output) {
     for (Evaluator::RegistrationInfo const& registration : Evaluator::Registrations())
         output.Write(JsonOfRegistration(registration) + '\n');
@@ -111,7 +119,9 @@ int Run(Options const& options, Output& output, Messages const& messages) {
                                                            : std::filesystem::path(options.inspectors),
                                 messages);
     if (inspectors.None()) return kWrongUse;
-    return options.registrations ? ListRegistrations(output) : Answer(*question, options, output, messages);
+    if (options.registrations) return ListRegistrations(output);
+    if (options.explain) return Explain(*question, output, messages);
+    return Answer(*question, options, output, messages);
 }
 
 }  // namespace

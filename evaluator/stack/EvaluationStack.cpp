@@ -13,7 +13,7 @@
 
 #include "registry/Libraries.h"
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZELQ_ADDRESS_SANITIZER
 #include <sanitizer/asan_interface.h>
 #include <sanitizer/common_interface_defs.h>
 #endif
@@ -22,7 +22,7 @@ namespace Evaluator {
 namespace {
 
 // The address sanitizer wants to know on which stack it is.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZELQ_ADDRESS_SANITIZER
 struct Sanitizer {
     void Leave(void const* bottom, std::size_t size) { __sanitizer_start_switch_fiber(&fake, bottom, size); }
     void Return() { __sanitizer_finish_switch_fiber(fake, nullptr, nullptr); }

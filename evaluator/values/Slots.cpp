@@ -11,7 +11,7 @@ namespace {
 
 // At most kMostSpareSlots of a size are kept, so that a burst is given back. The address sanitizer should see
 // every slot's real end of life: nothing is kept then.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZELQ_ADDRESS_SANITIZER
 constexpr std::size_t kMostSpareSlots = 0;
 #else
 constexpr std::size_t kMostSpareSlots = 64;

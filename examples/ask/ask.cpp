@@ -6,6 +6,7 @@
 
 #include <Evaluator/Embedding.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -14,17 +15,24 @@ namespace {
 
 // A problem is data: a program decides what to do with it. Evaluator::Render shows one to a person.
 void Print(Evaluator::Problem const& problem) {
-    std::printf("problem at bytes %zu to %zu: %s\n", problem.range.begin, problem.range.end,
-                problem.message.c_str());
+    std::printf("%s problem at bytes %zu to %zu: %s\n", std::string(NameOf(problem.kind)).c_str(),
+                problem.range.begin, problem.range.end, problem.message.c_str());
     if (!problem.hint.empty()) std::printf("  hint: %s\n", problem.hint.c_str());
 }
 
+// What a signal handler, or another thread, ends an evaluation with.
+Evaluator::Cancellation cancellation;
+
 // Prints each value when it is found. Returns whether nothing went wrong.
 bool Ask(Evaluator::Query const& query) {
-    auto problem = query.Run([](Evaluator::Result const& value) {
+    Evaluator::RunOptions options;
+    options.limits.time = std::chrono::seconds(10);
+    options.cancellation = &cancellation;
+    auto print = [](Evaluator::Result const& value) {
         std::printf("%s: %s\n", value.TypeName().c_str(), value.Text().c_str());
         return true;  // go on; false would end the evaluation here
-    });
+    };
+    auto problem = query.Run(print, options);
     if (problem) Print(*problem);  // the values before it are good
     return !problem;
 }
@@ -36,6 +44,7 @@ int main(int argc, char** argv) {
         std::fputs("usage: ask QUERY [TIMES [FOLDER]]\n", stderr);
         return EXIT_FAILURE;
     }
+    std::signal(SIGINT, [](int) { cancellation.Request(); });
     std::filesystem::path const folder = argc > 3 ? argv[3] : Evaluator::StandardInspectorsFolder();
     // A library that cannot be loaded does not keep the others from answering.
     for (Evaluator::Problem const& problem : Evaluator::LoadInspectors(folder))

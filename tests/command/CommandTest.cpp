@@ -68,6 +68,9 @@ TEST(Command, WrongUse) {
     std::string const registrations = "--registrations has one format and no time limit";
     EXPECT_EQ(told({"--registrations", "--json"}), registrations);
     EXPECT_EQ(told({"--registrations", "--timeout", "1"}), registrations);
+    EXPECT_EQ(told({"--explain", "--ndjson", "1"}), "--explain has one format and no time limit");
+    EXPECT_EQ(told({"--explain", "--registrations"}),
+              "only one of --registrations and --explain can be asked for");
     EXPECT_EQ(told({"--nonsense"}), "The following argument was not expected: --nonsense");
     EXPECT_EQ(told({"--inspectors"}), "--inspectors: 1 required DIR missing");
     EXPECT_EQ(told({"1", "-f"}), "-f: 1 required FILE missing");
@@ -264,10 +267,10 @@ TEST(Command, HelpListsOptionsExamplesAndEveryExitStatus) {
     Ran ran = RunZelq({"--help"});
     EXPECT_EQ(ran.status, 0);
     EXPECT_EQ(ran.err, "");
-    for (char const* part :
-         {"\n  -f FILE ", "--inspectors DIR", "--registrations", "-0,--null", "--json", "--ndjson",
-          "--timeout SECONDS", "--error-format FORMAT:{text,json}", "--version", "Examples:", "\n  0    ",
-          "\n  1    ", "\n  2    ", "\n  3    ", "\n  4    ", "\n  130  ", "\n  141  ", "\n  143  "})
+    for (char const* part : {"\n  -f FILE ", "--inspectors DIR", "--registrations", "--explain", "-0,--null",
+                             "--json", "--ndjson", "--timeout SECONDS", "--error-format FORMAT:{text,json}",
+                             "--version", "Examples:", "\n  0    ", "\n  1    ", "\n  2    ", "\n  3    ",
+                             "\n  4    ", "\n  130  ", "\n  141  ", "\n  143  "})
         EXPECT_NE(ran.out.find(part), std::string::npos) << part;
 }
 
@@ -280,6 +283,21 @@ TEST(Command, AFullDiskIsTold) {
     Ran failed = RunProgram({"sh", "-c", "exec \"$0\" '2 / 0' >/dev/full", Zelq()});
     EXPECT_EQ(failed.status, 1);
     EXPECT_EQ(failed.err, "error: division by zero\n  2 / 0\n    ^\n");
+}
+
+TEST(Command, ExplainsInsteadOfAnswering) {
+    Ran ran = RunZelq({"--explain", "hours as string"});
+    EXPECT_EQ(ran.out,
+              "(hours as string)\n"
+              "as string  string, many         core: cast \"string\" of \"time interval\"\n"
+              "  hours    time interval, many  core: property \"hour\" of the world\n");
+    EXPECT_EQ(ran.err, "");
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_EQ(RunZelq({"--explain", "1 / 0"}).status, 0);  // nothing is evaluated
+    Ran invalid = RunZelq({"--explain", "naem of now"});
+    EXPECT_EQ(invalid.out, "");
+    EXPECT_EQ(invalid.err.substr(0, 37), "error: a time has no property \"naem\"\n");
+    EXPECT_EQ(invalid.status, 2);
 }
 
 TEST(Command, RegistrationsAreJsonLinesWithTheKeysThatApply) {

@@ -7,7 +7,7 @@
 
 namespace {
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZELQ_ADDRESS_SANITIZER
 constexpr char const* kMany = "1000000";  // each takes its time here
 constexpr long kMayGrow = 600 << 10;      // KiB; the sanitizer keeps what was freed for a while
 #else

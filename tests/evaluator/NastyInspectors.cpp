@@ -11,7 +11,7 @@
 #include "Platform/Items.h"
 #include "frame/Adapters.h"
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZELQ_ADDRESS_SANITIZER
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -47,7 +47,7 @@ void YieldTime() {
 // What is allocated until Stop is not looked for by the leak sanitizer.
 class OwnLoss {
   public:
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZELQ_ADDRESS_SANITIZER
     OwnLoss() { __lsan_disable(); }
     void Stop() { __lsan_enable(); }
 #else

@@ -139,7 +139,7 @@ TEST_F(ValueLife, AKeptValueMayBeLetGoOnAnotherThread) {
 }
 
 TEST_F(ValueLife, AStreamOfValuesTakesNoMoreMemoryThanAFewOfThem) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZELQ_ADDRESS_SANITIZER
     constexpr long mayGrow =
         600 << 10;  // KiB; the sanitizer holds freed memory back, up to a bound of its own
 #else

@@ -48,9 +48,9 @@ def cases(copy):
            '           ^~~~~~~~~~~~~~~~~~~~\n')
     yield [ask, 'name of environment variable "EMPTY"', "2"], 0, "one of type string\n" + 2 * "string: EMPTY\n"
     yield [ask, "(1; 2)", "1", f"{copy}/lib/Inspectors"], 0, "any number of type integer\ninteger: 1\ninteger: 2\n"
-    yield [ask, "1 / 0", "2"], 1, ("one of type integer\n" + 2 * "problem at bytes 2 to 3: division by zero\n")
+    yield [ask, "1 / 0", "2"], 1, ("one of type integer\n" + 2 * "evaluation problem at bytes 2 to 3: division by zero\n")
     yield [ask, 'valeu of environment variable "EMPTY"'], 1, (
-        'problem at bytes 0 to 5: an environment variable has no property "valeu"\n'
+        'meaning problem at bytes 0 to 5: an environment variable has no property "valeu"\n'
         '  hint: "value" is one; so is "name"\n')
     yield [ask, "1", "1", "/no such folder"], 0, (
         'cannot read the inspectors folder "/no such folder": No such file or directory\n'

@@ -215,7 +215,7 @@ void CompareOnASmallStack(bool (*relation)(Value const&, Value const&), Value co
 
 template <class Value>
 void ExpectToExhaustTheStack(bool (*relation)(Value const&, Value const&), Value const& value) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZELQ_ADDRESS_SANITIZER
     EXPECT_DEATH(CompareOnASmallStack(relation, value), "stack-overflow");
 #else
     EXPECT_EXIT(CompareOnASmallStack(relation, value), testing::KilledBySignal(SIGSEGV), "");
