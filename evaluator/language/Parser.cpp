@@ -335,10 +335,11 @@ class Parser {
     SyntaxPointer ParseReference() {
         std::vector<SyntaxPointer> steps;
         do {
+            bool const isParenthesis = Now().kind == TokenKind::leftParenthesis;
             steps.push_back(ParseStep());
-            if (IsWordAt(0, "of") && steps.back()->kind != SyntaxKind::step &&
-                steps.back()->kind != SyntaxKind::group)
-                Report(steps.back()->range, "before \"of\" stands a phrase or a parenthesis, not a value");
+            Syntax const& step = *steps.back();
+            if (IsWordAt(0, "of") && step.kind != SyntaxKind::step && !isParenthesis)
+                Report(step.sign, "before \"of\" stands a phrase or a parenthesis, not a value");
         } while (TakeWord("of"));
         SyntaxPointer reference = std::move(steps.back());
         for (steps.pop_back(); !steps.empty(); steps.pop_back()) {
