@@ -176,7 +176,7 @@ class Checker {
         if (!object) return CheckAny(*syntax.parts[0]);
         std::size_t place = checked.bindings++;
         Scope scope(*this, {object->type, place});
-        Syntax const& within = *syntax.parts[0];
+        Syntax const& within = Ungrouped(*syntax.parts[0]);
         ExpressionPointer inside = within.kind == SyntaxKind::collection
                                        ? CheckCollection(within, object->plural)
                                        : CheckAny(within);
