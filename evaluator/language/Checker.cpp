@@ -394,8 +394,11 @@ class Checker {
     }
 
     ExpressionPointer ReportUnlike(Range range, TypeEntry const& left, TypeEntry const& right) {
+        // Of two tuples it is the fields that differ.
+        bool const tuples = !left.fields.empty() && !right.fields.empty();
         return Report(range,
-                      fmt::format("{} and {} have no type in common", WithArticle(left), WithArticle(right)));
+                      fmt::format("{} and {} have no type in common", tuples ? left.name : WithArticle(left),
+                                  tuples ? right.name : WithArticle(right)));
     }
 
     ExpressionPointer CheckChoice(Syntax const& syntax) {
