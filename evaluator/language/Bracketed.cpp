@@ -13,12 +13,6 @@ namespace {
 
 std::string InParentheses(std::string const& text) { return "(" + text + ")"; }
 
-// What stands within parentheses that only group.
-Syntax const& Ungrouped(Syntax const& syntax) {
-    bool const groups = syntax.kind == SyntaxKind::group && !syntax.condition && !syntax.object;
-    return groups ? Ungrouped(*syntax.parts[0]) : syntax;
-}
-
 bool HoldsOperatorWord(std::string_view phrase) {
     while (!phrase.empty()) {
         std::size_t const end = std::min(phrase.find(' '), phrase.size());

@@ -165,10 +165,13 @@ class Checker {
     // ---- Steps
 
     ExpressionPointer CheckStep(Syntax const& syntax) {
-        ExpressionPointer object;
-        if (syntax.object && !(object = CheckAny(*syntax.object))) return nullptr;
-        ExpressionPointer step = syntax.kind == SyntaxKind::group ? CheckGroup(syntax, std::move(object))
-                                                                  : CheckPhrase(syntax, std::move(object));
+        ExpressionPointer index, object;
+        if (syntax.index) index = CheckIndex(*syntax.index);
+        if (syntax.object) object = CheckAny(*syntax.object);
+        if ((syntax.index && !index) || (syntax.object && !object)) return nullptr;
+        ExpressionPointer step = syntax.kind == SyntaxKind::group
+                                     ? CheckGroup(syntax, std::move(object))
+                                     : CheckPhrase(syntax, std::move(object), std::move(index));
         return step && syntax.condition ? CheckFilter(syntax, std::move(step)) : std::move(step);
     }
 
@@ -176,7 +179,7 @@ class Checker {
         if (!object) return CheckAny(*syntax.parts[0]);
         std::size_t place = checked.bindings++;
         Scope scope(*this, {object->type, place});
-        Syntax const& within = *syntax.parts[0];
+        Syntax const& within = Ungrouped(*syntax.parts[0]);
         ExpressionPointer inside = within.kind == SyntaxKind::collection
                                        ? CheckCollection(within, object->plural)
                                        : CheckAny(within);
@@ -195,13 +198,14 @@ class Checker {
         return MakeFilter(syntax.sign, std::move(source), place, std::move(condition));
     }
 
-    ExpressionPointer CheckPhrase(Syntax const& syntax, ExpressionPointer object) {
-        ExpressionPointer index;
-        if (syntax.index) {
-            index = CheckAny(*syntax.index);
-            if (!index || !Singular(*syntax.index, *index, "")) return nullptr;
-            if (!index->type->fields.empty()) return Report(syntax.index->range, "a tuple is no index");
-        }
+    ExpressionPointer CheckIndex(Syntax const& syntax) {
+        ExpressionPointer index = CheckAny(syntax);
+        if (!index || !Singular(syntax, *index, "")) return nullptr;
+        if (!index->type->fields.empty()) return Report(syntax.range, "a tuple is no index");
+        return index;
+    }
+
+    ExpressionPointer CheckPhrase(Syntax const& syntax, ExpressionPointer object, ExpressionPointer index) {
         if (PhraseOfMany const* phrase = FindPhraseOfMany(syntax.text))
             return CheckMany(syntax, *phrase, std::move(object), std::move(index));
         TypeEntry const* ofType = object ? object->type : nullptr;
@@ -394,8 +398,11 @@ class Checker {
     }
 
     ExpressionPointer ReportUnlike(Range range, TypeEntry const& left, TypeEntry const& right) {
+        // Of two tuples it is the fields that differ.
+        bool const tuples = !left.fields.empty() && !right.fields.empty();
         return Report(range,
-                      fmt::format("{} and {} have no type in common", WithArticle(left), WithArticle(right)));
+                      fmt::format("{} and {} have no type in common", tuples ? left.name : WithArticle(left),
+                                  tuples ? right.name : WithArticle(right)));
     }
 
     ExpressionPointer CheckChoice(Syntax const& syntax) {
@@ -419,8 +426,9 @@ class Checker {
     ExpressionPointer CheckLogical(Syntax const& syntax) {
         std::vector<ExpressionPointer> parts = CheckParts(syntax);
         if (parts.empty()) return nullptr;
-        for (std::size_t i = 0; i < 2; ++i)
-            if (!Boolean(*syntax.parts[i], *parts[i])) return nullptr;
+        bool sound = true;
+        for (std::size_t i = 0; i < 2; ++i) sound = Boolean(*syntax.parts[i], *parts[i]) && sound;
+        if (!sound) return nullptr;
         return MakeLogical(syntax.sign, *Core("boolean"), syntax.kind == SyntaxKind::both,
                            std::move(parts[0]), std::move(parts[1]));
     }
@@ -442,10 +450,12 @@ class Checker {
     bool CheckOperands(Syntax const& syntax, ExpressionPointer& left, ExpressionPointer& right) {
         std::vector<ExpressionPointer> parts = CheckParts(syntax);
         if (parts.empty()) return false;
+        bool sound = true;
         for (std::size_t i = 0; i < 2; ++i)
-            if (!Singular(*syntax.parts[i], *parts[i],
-                          "ask for one (exists … whose (…)), or for how many (number of …)"))
-                return false;
+            sound = Singular(*syntax.parts[i], *parts[i],
+                             "ask for one (exists … whose (…)), or for how many (number of …)") &&
+                    sound;
+        if (!sound) return false;
         left = std::move(parts[0]);
         right = std::move(parts[1]);
         return true;

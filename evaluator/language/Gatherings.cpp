@@ -218,22 +218,27 @@ class Fallback : public Expression {
         return value ? value : right->Evaluate(evaluation);
     }
 
-    CursorPointer Open(Evaluation& evaluation) const override {
-        ValueRef first;
-        CursorPointer cursor = FirstOfLeft(evaluation, first);
-        if (!cursor) return right->Open(evaluation);
-        return std::make_unique<RestoredCursor>(std::move(first), std::move(cursor));
-    }
+    CursorPointer Open(Evaluation& evaluation) const override { return OpenEither(evaluation, false); }
+    CursorPointer OpenAsPlural(Evaluation& evaluation) const override { return OpenEither(evaluation, true); }
 
   private:
+    CursorPointer OpenEither(Evaluation& evaluation, bool asPlural) const {
+        ValueRef first;
+        CursorPointer cursor = FirstOfLeft(evaluation, first, asPlural);
+        if (!cursor) return OpenSide(*right, evaluation, asPlural);
+        return std::make_unique<RestoredCursor>(std::move(first), std::move(cursor));
+    }
+    static CursorPointer OpenSide(Expression const& side, Evaluation& evaluation, bool asPlural) {
+        return asPlural ? side.OpenAsPlural(evaluation) : side.Open(evaluation);
+    }
     // On the left, until it has a value, every form of absence is "no value".
     ValueRef OneOfLeft(Evaluation& evaluation) const {
         Evaluation::Lenience lenience(evaluation);
         return left->Evaluate(evaluation);
     }
-    CursorPointer FirstOfLeft(Evaluation& evaluation, ValueRef& first) const {
+    CursorPointer FirstOfLeft(Evaluation& evaluation, ValueRef& first, bool asPlural) const {
         Evaluation::Lenience lenience(evaluation);
-        CursorPointer cursor = left->Open(evaluation);
+        CursorPointer cursor = OpenSide(*left, evaluation, asPlural);
         bool found = cursor && cursor->Next(evaluation, first) == Cursor::Step::value;
         return found ? std::move(cursor) : nullptr;
     }

@@ -335,10 +335,11 @@ class Parser {
     SyntaxPointer ParseReference() {
         std::vector<SyntaxPointer> steps;
         do {
+            std::size_t first = at;
             steps.push_back(ParseStep());
-            if (IsWordAt(0, "of") && steps.back()->kind != SyntaxKind::step &&
-                steps.back()->kind != SyntaxKind::group)
-                Report(steps.back()->range, "before \"of\" stands a phrase or a parenthesis, not a value");
+            bool const isValue =
+                steps.back()->kind != SyntaxKind::step && tokens[first].kind != TokenKind::leftParenthesis;
+            if (isValue && IsWordAt(0, "of")) ReportValueBeforeOf(first, steps.back()->sign);
         } while (TakeWord("of"));
         SyntaxPointer reference = std::move(steps.back());
         for (steps.pop_back(); !steps.empty(); steps.pop_back()) {
@@ -348,6 +349,14 @@ class Parser {
             reference = Finish(std::move(step));
         }
         return reference;
+    }
+
+    // `first` is the token with which the value begins.
+    [[noreturn]] void ReportValueBeforeOf(std::size_t first, Range value) const {
+        bool const subtracted = tokens[first].kind == TokenKind::integer && first > 0 &&
+                                tokens[first - 1].kind == TokenKind::minus;
+        Report(value, "before \"of\" stands a phrase or a parenthesis, not a value",
+               subtracted ? "a negative index stands in parentheses: (-1)" : "");
     }
 
     SyntaxPointer ParseStep() {

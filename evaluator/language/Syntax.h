@@ -57,4 +57,10 @@ struct Syntax {
     std::size_t height = 1;   ///< of the tree below and with this node
 };
 
+/// What stands within parentheses that only group.
+inline Syntax const& Ungrouped(Syntax const& syntax) {
+    bool const groups = syntax.kind == SyntaxKind::group && !syntax.condition && !syntax.object;
+    return groups ? Ungrouped(*syntax.parts[0]) : syntax;
+}
+
 }  // namespace Evaluator
