@@ -52,8 +52,7 @@ Evaluation::Evaluation(std::size_t bindingCount, std::size_t literalCount, RunOp
       limits(options.limits),
       cancellation(options.cancellation),
       deadline(Deadline(begun, options.limits.time)),
-      watched(cancellation || deadline),
-      floor(EvaluationStack::Instance().Floor()) {
+      watched(cancellation || deadline) {
     yieldTimeSlice = trickle = &GiveTime;
     running = this;
     present = this;
@@ -65,6 +64,8 @@ Evaluation::~Evaluation() {
     present = nullptr;
     running = nullptr;
 }
+
+void Evaluation::Enter() { floor = EvaluationStack::Instance().Floor(); }
 
 void Evaluation::LetGo() {
     bindings.clear();

@@ -53,6 +53,8 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
 
     /// The one that is running on this thread, or null.
     static Evaluation* Running();
+    /// To be called on the evaluation's stack before anything else there.
+    void Enter();
 
     /// Asks every registered cache to be cleared. `where` is where a problem points.
     void ClearCaches(Range where);
@@ -170,7 +172,7 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     std::atomic<StopReason> stopReason{StopReason::none};
     int timesRefused = 0;
 
-    char const* const floor;  ///< no inspector is called from a frame below it
+    char const* floor = nullptr;  ///< no inspector is called from a frame below it
     Holder* making = nullptr;
     Range calling;  ///< the phrase whose inspector was called last
     bool lenient = false;

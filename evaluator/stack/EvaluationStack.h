@@ -26,6 +26,7 @@ class EvaluationStack {
   public:
     /// Left at the least when an inspector is called.
     static constexpr std::size_t kLeftForInspectors = 256 << 10;
+    static constexpr std::size_t kLeftForAdapters = 16 << 10;
     static constexpr std::size_t kGuard = 1 << 20;
     static constexpr std::size_t kReserve = 512 << 10;
 
@@ -44,8 +45,9 @@ class EvaluationStack {
     bool IsCurrent() const;
     /// Bytes between the caller's frame and the reserve. Only on the stack.
     std::size_t Left() const;
-    /// The address below which less than kLeftForInspectors are left.
-    char const* Floor() const { return low + kLeftForInspectors; }
+    /// The lowest address at which a frame that calls an inspector may lie: below it kLeftForInspectors are left, and
+    /// the frames of the library's adapter have their place. Only on the stack.
+    char const* Floor() const { return low + kLeftForInspectors + kLeftForAdapters; }
 
     /// While one of these lives, exhaustion is none of ours: the process ends as it does on any stack. For
     /// code whose frames must not be left, such as the consumer's.

@@ -1,7 +1,10 @@
 // An inspector library made for the tests of what a host must bear: recursion without end, loops without end,
 // exceptions swallowed, memory hoarded, values that will not end. Each behaviour is one phrase.
 
-#include <csignal>
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -105,6 +108,20 @@ integer handlers_of(trouble const&) { return RecurseHandling(0); }
 integer stack_kilobytes_of(trouble const& object) {
     Recurse<1 << 10>(object.kind);
     return object.kind;
+}
+
+// The least that it has seen of the KiB from here to the lower end of what may be written, which is that of the
+// stack.
+long long leastLeft = 1L << 30;
+integer stack_left_of(trouble const&) {
+    auto const here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        std::uintptr_t begin = 0, end = 0;
+        if (std::sscanf(line.c_str(), "%lx-%lx", &begin, &end) == 2 && here >= begin && here < end)
+            return leastLeft = std::min(leastLeft, static_cast<long long>((here - begin) / 1024));
+    }
+    throw NoSuchObject();
 }
 
 // Goes on until the host ends it by an exception.
@@ -218,6 +235,7 @@ struct Module {
     Property<trouble, integer> handlers{"handler frame", "handler frames", "trouble", "integer", handlers_of};
     Property<trouble, integer> kilobytes{"stack kilobyte", "stack kilobytes", "trouble", "integer",
                                          stack_kilobytes_of};
+    Property<trouble, integer> left{"least stack left", "least stacks left", "trouble", "integer", stack_left_of};
     Property<trouble, integer> patience{"patience", "patiences", "trouble", "integer", patience_of};
     Property<trouble, integer> yielding{"yielding", "yieldings", "trouble", "integer", yielding_of};
     Property<trouble, integer> denial{"denial", "denials", "trouble", "integer", denial_of};
