@@ -267,7 +267,7 @@ std::optional<Problem> Wait(Evaluating& evaluating, RunOptions const& options, R
 
 RunOptions WithinBounds(RunOptions options) {
     options.limits.stackBytes =
-        std::clamp<std::size_t>(options.limits.stackBytes, std::size_t{320} << 10, std::size_t{1} << 30);
+        std::clamp<std::size_t>(options.limits.stackBytes, std::size_t{304} << 10, std::size_t{1} << 30);
     return options;
 }
 

@@ -45,8 +45,8 @@ class EvaluationStack {
     bool IsCurrent() const;
     /// Bytes between the caller's frame and the reserve. Only on the stack.
     std::size_t Left() const;
-    /// The lowest address at which a frame that calls an inspector may lie: below it kLeftForInspectors are left, and
-    /// the frames of the library's adapter have their place. Only on the stack.
+    /// The lowest address at which a frame that calls an inspector may lie: below it kLeftForInspectors are
+    /// left, and the frames of the library's adapter have their place. Only on the stack.
     char const* Floor() const { return low + kLeftForInspectors + kLeftForAdapters; }
 
     /// While one of these lives, exhaustion is none of ours: the process ends as it does on any stack. For

@@ -110,8 +110,8 @@ integer stack_kilobytes_of(trouble const& object) {
     return object.kind;
 }
 
-// The least that it has seen of the KiB from here to the lower end of what may be written, which is that of the
-// stack.
+// The least that it has seen of the KiB from here to the lower end of what may be written, which is that of
+// the stack.
 long long leastLeft = 1L << 30;
 integer stack_left_of(trouble const&) {
     auto const here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
@@ -235,7 +235,8 @@ struct Module {
     Property<trouble, integer> handlers{"handler frame", "handler frames", "trouble", "integer", handlers_of};
     Property<trouble, integer> kilobytes{"stack kilobyte", "stack kilobytes", "trouble", "integer",
                                          stack_kilobytes_of};
-    Property<trouble, integer> left{"least stack left", "least stacks left", "trouble", "integer", stack_left_of};
+    Property<trouble, integer> left{"least stack left", "least stacks left", "trouble", "integer",
+                                    stack_left_of};
     Property<trouble, integer> patience{"patience", "patiences", "trouble", "integer", patience_of};
     Property<trouble, integer> yielding{"yielding", "yieldings", "trouble", "integer", yielding_of};
     Property<trouble, integer> denial{"denial", "denials", "trouble", "integer", denial_of};

@@ -82,7 +82,7 @@ struct Limits {
 
     /// Time from the call of Run; zero: none.
     std::chrono::nanoseconds time{0};
-    /// Bytes of the stack that an evaluation runs on, from 320 KiB to 1 GiB. It bounds how deep inspectors
+    /// Bytes of the stack that an evaluation runs on, from 304 KiB to 1 GiB. It bounds how deep inspectors
     /// recurse.
     std::size_t stackBytes = 8 << 20;
     /// Bytes of one text that the language makes ("&", "concatenation", a tuple's text): a few bytes of query
