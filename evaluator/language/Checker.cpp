@@ -10,18 +10,12 @@
 #include "language/Many.h"
 #include "language/Parser.h"
 #include "language/Signs.h"
-#include "language/Suggestions.h"
+#include "language/UnknownPhrases.h"
 
 namespace Evaluator {
 namespace {
 
 std::string Quoted(std::string_view text) { return fmt::format("\"{}\"", text); }
-
-// An unknown phrase may be as long as a query.
-std::string Shortened(std::string const& phrase) {
-    constexpr std::size_t enough = 80;
-    return phrase.size() <= enough ? phrase : phrase.substr(0, enough) + "…";
-}
 
 class Checker {
   public:
@@ -49,8 +43,10 @@ class Checker {
     // ---- Problems. Each reports and returns nothing, for the caller to return.
 
     ExpressionPointer Report(Range range, std::string message, std::string hint = {}) {
-        if (problems.size() < limits.problems)
-            problems.push_back({ProblemKind::meaning, range, std::move(message), std::move(hint)});
+        return Report({ProblemKind::meaning, range, std::move(message), std::move(hint)});
+    }
+    ExpressionPointer Report(Problem problem) {
+        if (problems.size() < limits.problems) problems.push_back(std::move(problem));
         return nullptr;
     }
 
@@ -213,7 +209,7 @@ class Checker {
         std::optional<PropertyMatch> match;
         if (!ofType || ofType->fields.empty())
             match = vocabulary.FindProperty(syntax.text, ofType, indexType);
-        if (!match) return ReportUnknownPhrase(syntax, ofType, indexType);
+        if (!match) return Report(UnknownPhrase(vocabulary, limits, syntax, ofType, indexType));
         TypeEntry const& result = Use(*match->entry, vocabulary.Result(*match->entry));
         return MakeProperty(syntax.sign, *match->entry, result, match->plural, std::move(object),
                             std::move(index));
@@ -295,72 +291,6 @@ class Checker {
         Comparison comparison(vocabulary, code, type);
         comparison.AddLibraries(checked.libraries);
         return comparison;
-    }
-
-    // ---- Unknown phrases
-
-    // A phrase that the object does not have with that index. What the hint says depends on how near the
-    // query came: the same phrase with another index, the same phrase of other types, another phrase of this
-    // type.
-    ExpressionPointer ReportUnknownPhrase(Syntax const& syntax, TypeEntry const* object,
-                                          TypeEntry const* index) {
-        vocabulary.RequireTypesOfProperties(syntax.text);
-        if (object && !object->fields.empty())
-            return Report(syntax.sign, "a tuple has no properties",
-                          "ask its fields instead, in a step in parentheses");
-        std::string owner = object ? WithArticle(*object) : "the world";
-        if (std::string takes = IndexesOf(syntax.text, object); !takes.empty())
-            return Report(syntax.sign, fmt::format("\"{}\" of {} takes {}", syntax.text, owner, takes));
-        std::vector<std::string> owners = OwnersOf(syntax.text);
-        if (!object && !owners.empty())
-            return Report(syntax.sign, fmt::format("\"{}\" of what?", syntax.text),
-                          fmt::format("it is a property of {}", JoinWithAnd(owners)));
-        std::string message = fmt::format("{} has no property \"{}\"", owner, Shortened(syntax.text));
-        if (index) message += fmt::format(" with {} as index", WithArticle(*index));
-        std::string hint =
-            owners.empty() ? SuggestNearest(syntax.text, PhrasesOf(object, syntax.text), limits.suggestions)
-                           : fmt::format("it is a property of {}", JoinWithAnd(owners));
-        return Report(syntax.sign, std::move(message), std::move(hint));
-    }
-
-    // "no index", "a string as index": what the phrase of that object takes. Empty when it does not have it.
-    std::string IndexesOf(std::string const& phrase, TypeEntry const* object) const {
-        std::vector<std::string> takes;
-        for (PropertyMatch const& match : vocabulary.WithPhrase(phrase)) {
-            bool has = object ? !match.entry->object.empty() &&
-                                    vocabulary.Serves(*object, *vocabulary.Type(match.entry->object))
-                              : match.entry->object.empty();
-            if (!has) continue;
-            takes.push_back(match.entry->index.empty()
-                                ? "no index"
-                                : WithArticle(*vocabulary.Type(match.entry->index)) + " as index");
-        }
-        std::sort(takes.begin(), takes.end());
-        return fmt::format("{}", fmt::join(takes, ", or "));
-    }
-
-    std::vector<std::string> OwnersOf(std::string const& phrase) const {
-        std::vector<std::string> owners;
-        for (PropertyMatch const& match : vocabulary.WithPhrase(phrase))
-            owners.push_back(match.entry->object.empty()
-                                 ? "the world"
-                                 : WithArticle(*vocabulary.Type(match.entry->object)));
-        std::sort(owners.begin(), owners.end());
-        owners.erase(std::unique(owners.begin(), owners.end()), owners.end());
-        if (owners.size() > limits.suggestions) owners.resize(limits.suggestions);
-        return owners;
-    }
-
-    // The phrases that the object has. Those that every plural has are worth a word only when they are near.
-    std::vector<Alternatives> PhrasesOf(TypeEntry const* object, std::string_view text) const {
-        std::vector<Alternatives> phrases;
-        for (PropertyEntry const* entry : vocabulary.PropertiesOf(object))
-            phrases.push_back({entry->singular, entry->plural});
-        for (PhraseOfMany const& row : kPhrasesOfMany)
-            if (Alternatives forms{std::string(row.singular), std::string(row.plural)};
-                object && IsNear(text, forms))
-                phrases.push_back(std::move(forms));
-        return phrases;
     }
 
     // ---- Gatherings
@@ -546,20 +476,8 @@ class Checker {
         if (!operand) return nullptr;
         CastEntry const* entry = nullptr;
         if (operand->type->fields.empty()) entry = vocabulary.FindCast(syntax.text, *operand->type);
-        if (!entry) return ReportUnknownCast(syntax, *operand->type);
+        if (!entry) return Report(UnknownCast(vocabulary, limits, syntax, *operand->type));
         return MakeCast(syntax.sign, *entry, Use(*entry, vocabulary.Result(*entry)), std::move(operand));
-    }
-
-    ExpressionPointer ReportUnknownCast(Syntax const& syntax, TypeEntry const& source) {
-        vocabulary.RequireTypesOfCasts(syntax.text);
-        if (source.name == syntax.text)
-            return Report(syntax.sign, fmt::format("{} is {} already", "this", WithArticle(source)));
-        std::vector<Alternatives> casts;
-        if (source.fields.empty())
-            for (CastEntry const* cast : vocabulary.CastsOf(source)) casts.push_back({cast->phrase});
-        return Report(syntax.sign,
-                      fmt::format("{} has no cast \"{}\"", WithArticle(source), Shortened(syntax.text)),
-                      SuggestNearest(syntax.text, std::move(casts), limits.suggestions));
     }
 
     Vocabulary const& vocabulary;
