@@ -49,7 +49,7 @@ class Checker {
     // ---- Problems. Each reports and returns nothing, for the caller to return.
 
     ExpressionPointer Report(Range range, std::string message, std::string hint = {}) {
-        if (problems.size() < limits.problems)
+        if (problems.empty() || problems.size() < limits.problems)
             problems.push_back({ProblemKind::meaning, range, std::move(message), std::move(hint)});
         return nullptr;
     }

@@ -58,7 +58,8 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     void ClearCaches(Range where);
     /// Lets go of the values that the evaluation itself holds.
     void LetGo();
-    /// Forgets those values, after the stack was given up and their owners were forgotten.
+    /// Where the stack was given up: forgets the call that was left, and those values, whose owners are to be
+    /// forgotten next.
     void Forget();
 
     /// What `it` stands for, one place for each `whose` and each step in parentheses.

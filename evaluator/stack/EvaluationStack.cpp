@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
 #include <utility>
 
 #include "registry/Libraries.h"
@@ -136,20 +135,23 @@ EvaluationStack& EvaluationStack::Instance() {
 }
 
 // The mapping is kept for the next evaluation that wants the same size.
-void EvaluationStack::Provide(std::size_t bytes) {
+bool EvaluationStack::Provide(std::size_t bytes) {
     std::size_t const page = PageSize();
     std::size_t const wanted = kGuard + kReserve + (bytes + page - 1) / page * page;
-    if (mapped != wanted) {
-        if (mapping) munmap(std::exchange(mapping, nullptr), std::exchange(mapped, 0));
-        void* fresh =
-            mmap(nullptr, wanted, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
-        if (fresh == MAP_FAILED) throw std::bad_alloc();
-        mapping = static_cast<char*>(fresh);
-        mapped = wanted;
-        low = mapping + kGuard + kReserve;
-        if (mprotect(low, mapped - kGuard - kReserve, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+    if (mapped == wanted) return true;
+    void* fresh =
+        mmap(nullptr, wanted, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
+    if (fresh == MAP_FAILED) return false;
+    char* const begin = static_cast<char*>(fresh) + kGuard + kReserve;
+    if (mprotect(begin, wanted - kGuard - kReserve, PROT_READ | PROT_WRITE) != 0) {
+        munmap(fresh, wanted);
+        return false;
     }
-    Sanitizer::Forget(mapping + kGuard, mapped - kGuard);
+    if (mapping) munmap(mapping, mapped);
+    mapping = static_cast<char*>(fresh);
+    mapped = wanted;
+    low = begin;
+    return true;
 }
 
 void EvaluationStack::SetTrap(bool wanted) {
@@ -168,8 +170,8 @@ void EvaluationStack::Enter() {
     setcontext(&passage.caller);
 }
 
-bool EvaluationStack::Run(std::size_t bytes, void (*function)(void*), void* argument) {
-    Provide(bytes);
+bool EvaluationStack::Run(void (*function)(void*), void* argument) {
+    Sanitizer::Forget(mapping + kGuard, mapped - kGuard);
     FaultHandler handler;
     Switch passage;
     passage.function = function;

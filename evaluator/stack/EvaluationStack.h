@@ -31,10 +31,13 @@ class EvaluationStack {
 
     static EvaluationStack& Instance();
 
-    /// Runs `function(argument)`, which must not throw, on a stack of so many bytes. Returns whether it
-    /// returned; false when the stack was exhausted or given up. Not to be called on the stack itself. Throws
-    /// std::bad_alloc when there is no memory for a stack.
-    bool Run(std::size_t bytes, void (*function)(void*), void* argument);
+    /// Makes the stack one of so many bytes, unless it is already. Returns whether there is memory for it;
+    /// where there is none, the stack stays what it was. Not to be called on the stack itself.
+    bool Provide(std::size_t bytes);
+
+    /// Runs `function(argument)`, which must not throw, on the stack that was provided. Returns whether it
+    /// returned; false when the stack was exhausted or given up. Not to be called on the stack itself.
+    bool Run(void (*function)(void*), void* argument);
 
     /// Gives the stack up as soon as the code of an inspector library goes on: Run returns false then. Only
     /// on the stack.
@@ -62,7 +65,6 @@ class EvaluationStack {
 
   private:
     EvaluationStack() = default;
-    void Provide(std::size_t bytes);
     static void Enter();
     void SetTrap(bool wanted);
     [[noreturn]] void GiveUp();

@@ -96,6 +96,7 @@ TEST_F(LimitsHold, ProblemsOfOneQuery) {
     EXPECT_EQ(problems(2), 2u);
     EXPECT_EQ(problems(3), 3u);
     EXPECT_EQ(problems(4), 3u);
+    EXPECT_EQ(problems(0), 1u);  // as few as there may be
 }
 
 TEST_F(LimitsHold, SuggestionsInOneHint) {

@@ -2,6 +2,8 @@
 // exceptions swallowed, memory hoarded, values that will not end. Each behaviour is one phrase.
 
 #include <csignal>
+#include <cstring>
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -20,9 +22,34 @@ class trouble {
   public:
     explicit trouble(long long kind) : kind(kind) { ++livingTroubles; }
     trouble(trouble const& other) : kind(other.kind) { ++livingTroubles; }
-    ~trouble() { --livingTroubles; }
+    ~trouble() {
+        --livingTroubles;
+        kind = kEnded;
+    }
+    bool HasEnded() const { return kind == kEnded; }
     long long kind;
+
+  private:
+    static constexpr long long kEnded = -1;
 };
+
+long orphanedShadows = 0;
+
+// Points into its trouble, and looks at it once more when it ends.
+class shadow {
+  public:
+    explicit shadow(trouble const& whole) : whole(&whole) {}
+    shadow(shadow const&) = delete;
+    ~shadow() {
+        if (whole->HasEnded()) ++orphanedShadows;
+    }
+    trouble const* whole;
+};
+
+long givenToBeggars = 0;
+
+// Asks for memory when it ends, when nothing is being made that could own it.
+struct beggar {};
 
 // Throws when it ends.
 struct grudge {};
@@ -30,6 +57,10 @@ struct grudge {};
 struct abyss {};
 // Goes on for ever when it ends, but gives the host its time.
 struct lingerer {};
+// An exception without a word.
+struct muteness : std::exception {
+    char const* what() const noexcept override { return nullptr; }
+};
 
 void GiveTime() {
     auto* hooks = dynamic_cast<InspectorYieldContext*>(Get_Generic_Inspector_Context());
@@ -110,6 +141,22 @@ integer excuse_of(trouble const& object) {
         }
 }
 integer deafness_of(trouble const&) { StayDeaf(); }
+// Does not answer before it is told to stop, and then as if nothing had happened.
+shadow late_shadow_of(trouble const& object) {
+    try {
+        for (;;) GiveTime();
+    } catch (...) {
+    }
+    return shadow(object);
+}
+// The same, one value after the other.
+class late_shadows {
+  public:
+    shadow First(trouble const& object) { return late_shadow_of(object); }
+    shadow Next(trouble const&) { throw NoSuchObject(); }
+};
+integer orphaned_shadows() { return orphanedShadows; }
+integer given_to_beggars() { return givenToBeggars; }
 // Looks things up for ever, whatever the platform answers.
 struct Root {
     Root() {
@@ -141,11 +188,20 @@ integer hoard_of(trouble const& object) {
 grudge grudge_of(trouble const&) { return {}; }
 abyss abyss_of(trouble const&) { return {}; }
 lingerer lingerer_of(trouble const&) { return {}; }
+beggar beggar_of(trouble const&) { return {}; }
+integer muteness_of(trouble const&) { throw muteness(); }
 
 void EndGrudge(void const*) { throw 42; }
 void EndAbyss(void const*) { Recurse<64>(kForEver); }
 void EndLingerer(void const*) {
     for (;;) GiveTime();
+}
+void EndBeggar(void const*) {
+    try {
+        std::memset(Allocate_Inspector_Memory(1000), 1, 1000);
+        ++givenToBeggars;
+    } catch (MemoryFullError const&) {
+    }
 }
 
 // Troubles 1, 2, 3 … without end.
@@ -180,6 +236,8 @@ struct Module {
     RawType grudgeType{"grudge", EndGrudge};
     RawType abyssType{"abyss", EndAbyss};
     RawType lingererType{"lingerer", EndLingerer};
+    RawType beggarType{"beggar", EndBeggar};
+    TypeRecord<shadow> shadowType{"shadow"};
     NumberedGlobalProperty<trouble> numbered{"trouble", "troubles", "trouble", trouble_numbered};
     GlobalProperty<integer> living{"living trouble", "living troubles", "integer", living_troubles};
     GlobalProperty<integer> livingRound{"living round", "living rounds", "integer", living_rounds};
@@ -200,6 +258,13 @@ struct Module {
     Property<trouble, grudge> grudges{"grudge", "grudges", "trouble", "grudge", grudge_of};
     Property<trouble, abyss> abysses{"abyss", "abysses", "trouble", "abyss", abyss_of};
     Property<trouble, lingerer> lingerers{"lingerer", "lingerers", "trouble", "lingerer", lingerer_of};
+    Property<trouble, beggar> beggars{"beggar", "beggars", "trouble", "beggar", beggar_of};
+    Property<trouble, shadow> late{"late shadow", "late shadows", "trouble", "shadow", late_shadow_of};
+    IteratedProperty<late_shadows, trouble, shadow> lateOnes{"later shadow", "later shadows", "trouble",
+                                                             "shadow"};
+    GlobalProperty<integer> orphans{"orphaned shadow", "orphaned shadows", "integer", orphaned_shadows};
+    GlobalProperty<integer> alms{"beggar given memory", "beggars given memory", "integer", given_to_beggars};
+    Property<trouble, integer> mute{"muteness", "mutenesses", "trouble", "integer", muteness_of};
     PropertyByIndexOfWorld<inspector_string, integer> memory{"memory", "memories", "integer", "string",
                                                              memory_of};
     IteratedGlobalProperty<rounds, trouble> round{"round", "rounds", "trouble"};

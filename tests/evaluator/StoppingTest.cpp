@@ -70,6 +70,20 @@ TEST_F(Stopping, AnInspectorThatSwallowsEveryExceptionIsGivenUp) {
     EXPECT_EQ(Ask("nevers", Within(50ms)).problems, TimeIsUp("nevers", "^~~~~~"));
 }
 
+// Wherever the answer was to be put, it ends before what it points into.
+TEST_F(Stopping, AnAnswerThatIsNotBelievedEndsBeforeItsObject) {
+    for (std::string query :
+         {"late shadow of trouble 1", "late shadows of rounds", "(late shadows of rounds) whose (true)",
+          "(later shadows of trouble 1) whose (true)",
+          "number of (later shadows of rounds; late shadows of rounds)",
+          "(1, (late shadows of rounds) whose (true))", "exists (late shadow of it) of rounds",
+          "last values 3 of (late shadows of it) of rounds"})
+        EXPECT_EQ(Ask(query, Within(50ms)).problems.substr(0, 44),
+                  "error: the time limit of 0.05 s was reached\n")
+            << query;
+    EXPECT_EQ(Answer("orphaned shadow"), "0");
+}
+
 TEST_F(Stopping, AnInspectorThatLooksThingsUpForEverIsStopped) {
     EXPECT_EQ(Ask("search of trouble 1", Within(50ms)).problems, TimeIsUp("search of trouble 1", "^~~~~~"));
 }

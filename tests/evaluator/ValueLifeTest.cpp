@@ -73,6 +73,25 @@ TEST_F(ValueLife, AKeptValueOutlivesItsEvaluationWithAllThatItNeeds) {
     EXPECT_EQ(Answer("living probe"), "5");
 }
 
+TEST_F(ValueLife, AKeptValueAndItsFieldsMayBeKeptAgain) {
+    std::shared_ptr<Evaluator::Result const> kept, field;
+    {
+        auto compiled = Evaluator::Query::Compile("(probe 1, (\"text\", part of probe 2))");
+        ASSERT_TRUE(compiled.query);
+        compiled.query->Run([&](Evaluator::Result const& result) {
+            kept = result.Keep();
+            return true;
+        });
+    }
+    field = kept->Fields()[1].Fields()[1].Keep();
+    kept = kept->Keep();
+    EXPECT_EQ(kept->Fields()[1].TypeName(), "(string, part)");
+    kept.reset();
+    EXPECT_EQ(field->TypeName(), "part");
+    EXPECT_EQ(Answer("living probe"), "1");
+    EXPECT_TRUE(Evaluator::UnloadInspectorLibrary("TestInspectors.dylib"));
+}
+
 TEST_F(ValueLife, WhatConstructAskedForStaysUntilTheStateHasEnded) {
     EXPECT_EQ(Answer("hoards of probe 1"), "");
     EXPECT_EQ(Answer("hoards of probes up to 3"), "");

@@ -73,7 +73,7 @@ struct Limits {
     std::size_t queryBytes = 1 << 20;
     /// Depth of the syntax tree, at most 400: reading, checking and evaluating descend it on the stack.
     std::size_t nesting = 400;
-    /// Problems reported of one query; more would not be read.
+    /// Problems reported of one query, one at the least; more would not be read.
     std::size_t problems = 5;
     /// Suggestions in one hint.
     std::size_t suggestions = 3;
@@ -122,6 +122,7 @@ class EVALUATOR_API Result {
   private:
     friend class Shown;
     friend class QueryRun;
+    friend class KeptValue;
     Result() = default;
     ValueKind kind = ValueKind::other;
     void* value = nullptr;
