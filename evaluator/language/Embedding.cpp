@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <exception>
+#include <limits>
 #include <mutex>
 #include <new>
 #include <thread>
@@ -97,7 +99,11 @@ bool OnEvaluationStack(Function const& function) {
     if (Evaluation* evaluation = Evaluation::Running()) evaluation->Forget();
     ForgetOwners();
     // The states of the core's iterations free what they own; what is left then was in the frames' hands.
-    while (!stack.Run([](void*) { EndForgotten(); }, nullptr)) {
+    auto end = [](void*) {
+        EvaluationStack::Instance().EndExceptions();
+        EndForgotten();
+    };
+    while (!stack.Run(end, nullptr)) {
     }
     FreeAllOwned();
     return false;
@@ -297,6 +303,8 @@ std::optional<Problem> Wait(Evaluating& evaluating, RunOptions const& options, R
 }
 
 RunOptions WithinBounds(RunOptions options) {
+    options.limits.textBytes =
+        std::min<std::size_t>(options.limits.textBytes, std::numeric_limits<std::uint32_t>::max());
     options.limits.stackBytes =
         std::clamp<std::size_t>(options.limits.stackBytes, std::size_t{2} << 20, std::size_t{1} << 30);
     return options;

@@ -68,7 +68,8 @@ void const* StackPointer(void const* context) {
 #endif
 
 // The C++ runtime's account of the exceptions that are being handled on this thread, as the C++ ABI lays it
-// out. Those of a stack that was given up are not handled any more.
+// out: a list of those that have been caught, the latest first, and how many are on their way. Those of a
+// stack that was given up are neither any more.
 struct ExceptionsInHand {
     void* caught;
     unsigned int uncaught;
@@ -110,7 +111,9 @@ class FaultHandler {
 
   private:
     static void OnFault(int signal, siginfo_t* info, void* context) {
-        if (!EvaluationStack::Instance().Handles(static_cast<char const*>(info->si_addr), context))
+        bool const isFault = info->si_code > 0;  // else somebody has sent it
+        if (!isFault ||
+            !EvaluationStack::Instance().Handles(static_cast<char const*>(info->si_addr), context))
             PassOn(signal, info, context);
     }
     // A fault that is none of ours goes where it would have gone.
@@ -120,7 +123,13 @@ class FaultHandler {
         else if (before.sa_handler != SIG_DFL && before.sa_handler != SIG_IGN)
             before.sa_handler(signal);
         else
-            ::signal(signal, SIG_DFL);  // the instruction faults again, and ends the process
+            EndProcess(signal, *info);
+    }
+
+    // The instruction faults again; a signal that was sent has to be sent again.
+    static void EndProcess(int signal, siginfo_t const& info) {
+        ::signal(signal, SIG_DFL);
+        if (info.si_code <= 0) raise(signal);
     }
 
     static inline struct sigaction before;
@@ -196,8 +205,16 @@ bool EvaluationStack::Run(void (*function)(void*), void* argument) {
     passage.sanitizer.Return();
     current = nullptr;
     if (trapped) SetTrap(false);
-    if (!passage.finished) Exceptions() = before;
+    if (!passage.finished) leftExceptions = std::exchange(Exceptions(), before).caught;
     return passage.finished;
+}
+
+// What their destructors do may be given up as well; then those that are left wait for the next call.
+void EvaluationStack::EndExceptions() {
+    ExceptionsInHand& exceptions = Exceptions();
+    void* const mine = exceptions.caught;
+    if (leftExceptions) exceptions.caught = std::exchange(leftExceptions, nullptr);
+    while (exceptions.caught != mine) abi::__cxa_end_catch();
 }
 
 // Leaves the stack that the caller, or the code that the signal interrupted, stands on. Nothing is unwound.

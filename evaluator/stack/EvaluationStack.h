@@ -39,6 +39,10 @@ class EvaluationStack {
     /// returned; false when the stack was exhausted or given up. Not to be called on the stack itself.
     bool Run(void (*function)(void*), void* argument);
 
+    /// Frees the exceptions that were being handled where the stack was given up; one that was on its way is
+    /// lost, since nobody knows where it is. Only on the stack: their destructors are the inspectors' code.
+    void EndExceptions();
+
     /// Gives the stack up as soon as the code of an inspector library goes on: Run returns false then. Only
     /// on the stack.
     void GiveUpInInspector() { SetTrap(true); }
@@ -76,6 +80,7 @@ class EvaluationStack {
     char* low = nullptr;     ///< where the stack begins, above the reserve
     bool trapped = false;    ///< the reserve is open, and the inspector libraries' code is a trap
     bool foreign = false;
+    void* leftExceptions = nullptr;  ///< see EndExceptions
     struct Switch;
     Switch* current = nullptr;  ///< of the Run that is under way
 };

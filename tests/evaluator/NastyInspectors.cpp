@@ -87,14 +87,29 @@ template <std::size_t bytes>
     std::vector<std::string> copies(3, longer);
     return RecurseWithTexts(longer.substr(0, 100)) + copies.size();
 }
-[[gnu::noinline]] long RecurseHandling(long depth) {
+long livingExceptions = 0;
+// Counts itself; the one with the number 7 recurses without end when it ends.
+class complaint {
+  public:
+    explicit complaint(long number) : number(number) { ++livingExceptions; }
+    complaint(complaint const&) = delete;
+    ~complaint();
+
+  private:
+    long number;
+};
+[[gnu::noinline]] long RecurseHandling(long depth, long step) {
     try {
-        throw NoSuchObject();
-    } catch (NoSuchObject const&) {
-        return RecurseHandling(depth + 1) + 1;
+        throw complaint(depth);
+    } catch (complaint const&) {
+        return RecurseHandling(depth + step, step) + 1;
     }
 }
 constexpr long kForEver = 1L << 60;
+complaint::~complaint() {
+    --livingExceptions;
+    if (number == 7) Recurse<64>(kForEver);
+}
 
 trouble trouble_numbered(unsigned long long kind) { return trouble(static_cast<long long>(kind)); }
 integer kind_of(trouble const& object) { return object.kind; }
@@ -104,7 +119,8 @@ integer living_rounds() { return livingRounds; }
 integer small_frames_of(trouble const&) { return Recurse<64>(kForEver); }
 integer large_frames_of(trouble const&) { return Recurse<64 << 10>(kForEver); }
 integer texts_of(trouble const&) { return static_cast<long long>(RecurseWithTexts("x")); }
-integer handlers_of(trouble const&) { return RecurseHandling(0); }
+integer handlers_of(trouble const& object) { return RecurseHandling(0, static_cast<long>(object.kind)); }
+integer living_exceptions() { return livingExceptions; }
 // Takes so many KiB of stack and gives them back.
 integer stack_kilobytes_of(trouble const& object) {
     Recurse<1 << 10>(object.kind);
@@ -176,6 +192,11 @@ integer search_of(trouble const&) {
 inspector_string memory_of(integer const& bytes) {
     auto size = static_cast<unsigned int>(static_cast<long long>(bytes));
     return {static_cast<unsigned char*>(Allocate_Inspector_Memory(size)), size};
+}
+// Never read: what is joined of it would be too long for its length.
+inspector_string giant() {
+    static unsigned char const start = 'x';
+    return {&start, 3'000'000'000};
 }
 integer hoard_of(trouble const& object) {
     try {
@@ -263,6 +284,9 @@ struct Module {
     IteratedProperty<late_shadows, trouble, shadow> lateOnes{"later shadow", "later shadows", "trouble",
                                                              "shadow"};
     GlobalProperty<integer> orphans{"orphaned shadow", "orphaned shadows", "integer", orphaned_shadows};
+    GlobalProperty<inspector_string> giants{"giant", "giants", "string", giant};
+    GlobalProperty<integer> livingException{"living exception", "living exceptions", "integer",
+                                            living_exceptions};
     GlobalProperty<integer> alms{"beggar given memory", "beggars given memory", "integer", given_to_beggars};
     Property<trouble, integer> mute{"muteness", "mutenesses", "trouble", "integer", muteness_of};
     PropertyByIndexOfWorld<inspector_string, integer> memory{"memory", "memories", "integer", "string",

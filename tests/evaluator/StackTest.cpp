@@ -7,6 +7,7 @@
 #include <csetjmp>
 #include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <fstream>
 #include <thread>
 
@@ -44,9 +45,30 @@ TEST_F(Stack, TheCLibraryIsNotLeftInTheMidstOfThings) {
 }
 
 TEST_F(Stack, ExceptionsThatWereBeingHandledAreForgotten) {
+    EXPECT_EQ(Ask("handler frame of trouble 2").problems,
+              RanOut("handler frame of trouble 2", "^~~~~~~~~~~~~"));
+    EXPECT_EQ(std::uncaught_exceptions(), 0);
+    EXPECT_FALSE(std::current_exception());
+    EXPECT_LE(std::stol(Answer("living exception")), 1);  // one may have been on its way
+}
+
+TEST_F(Stack, ExceptionsThatRecurseWhenTheyEndAreForgottenToo) {
     EXPECT_EQ(Ask("handler frame of trouble 1").problems,
               RanOut("handler frame of trouble 1", "^~~~~~~~~~~~~"));
-    EXPECT_EQ(std::uncaught_exceptions(), 0);
+    EXPECT_LE(std::stol(Answer("living exception")), 1);
+}
+
+// The caller's own exceptions are none of those.
+TEST_F(Stack, AnExceptionThatTheCallerHandlesStays) {
+    try {
+        throw 42;
+    } catch (int) {
+        EXPECT_EQ(Ask("handler frame of trouble 1").problems,
+                  RanOut("handler frame of trouble 1", "^~~~~~~~~~~~~"));
+        EXPECT_EQ(Ask("exists abyss of trouble 1").values.size(), 0u);
+        EXPECT_TRUE(std::current_exception());
+        EXPECT_THROW(throw, int);
+    }
     EXPECT_FALSE(std::current_exception());
 }
 
@@ -287,6 +309,21 @@ TEST_F(Stack, TheProgramsOwnHandlerIsRestored) {
     struct sigaction after {};
     sigaction(SIGSEGV, &before, &after);
     EXPECT_EQ(after.sa_handler, mine.sa_handler);
+}
+
+// A signal that somebody sends is no fault of memory, and does what it would have done.
+TEST_F(Stack, ASignalThatIsSentEndsTheProcess) {
+    EXPECT_EXIT(
+        {
+            signal(SIGSEGV, SIG_DFL);
+            auto compiled = Evaluator::Query::Compile("kind of trouble 1");
+            compiled.query->Run([](Evaluator::Result const&) {
+                raise(SIGSEGV);
+                std::_Exit(1);
+                return true;
+            });
+        },
+        testing::KilledBySignal(SIGSEGV), "");
 }
 
 }  // namespace

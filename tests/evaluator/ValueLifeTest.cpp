@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <atomic>
+#include <chrono>
+#include <mutex>
 #include <thread>
 
 #include "Evaluator/Context.h"
@@ -155,6 +158,57 @@ TEST_F(ValueLife, AKeptValueMayBeLetGoOnAnotherThread) {
         return true;
     });
     std::thread([&] { kept.reset(); }).join();
+}
+
+// Compiling, loading and unloading, evaluating, keeping and letting go, each on its own thread.
+TEST_F(ValueLife, ThreadsMayDoEverythingAtOnce) {
+    constexpr int rounds = 100;
+    std::mutex keptLock;
+    std::vector<std::shared_ptr<Evaluator::Result const>> kept;
+    auto evaluate = [&](std::string const& query) {
+        for (int i = 0; i < rounds; ++i) {
+            auto compiled = Evaluator::Query::Compile(query);
+            ASSERT_TRUE(compiled.query);
+            EXPECT_FALSE(compiled.query->Run([&](Evaluator::Result const& result) {
+                std::lock_guard locked(keptLock);
+                kept.push_back(result.Keep());
+                return true;
+            }));
+        }
+    };
+    std::atomic<bool> done = false;
+    std::vector<std::thread> others;
+    others.emplace_back([&] {
+        for (int i = 0; i < rounds / 10; ++i) {
+            EXPECT_EQ(Messages(Evaluator::LoadInspectorLibrary(TestLibrary("SoundInspectors"))), "");
+            EXPECT_EQ(Answer("second answer"), "42");
+            EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("SoundInspectors.dylib"));
+        }
+    });
+    others.emplace_back([&] {
+        while (!done) {
+            EXPECT_TRUE(Evaluator::Query::Compile("ids of parts of probes up to 3").query);
+            EXPECT_FALSE(Evaluator::AllRegistrations().empty());
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    others.emplace_back([&] {
+        while (!done) {
+            std::vector<std::shared_ptr<Evaluator::Result const>> some;
+            {
+                std::lock_guard locked(keptLock);
+                some.swap(kept);
+            }
+            some.clear();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    std::thread second(evaluate, "(part of it, echoes of it) of probes up to 3");
+    evaluate("sorted values of ids of ring twins of probes up to 5");
+    second.join();
+    done = true;
+    for (std::thread& thread : others) thread.join();
+    kept.clear();
 }
 
 TEST_F(ValueLife, AStreamOfValuesTakesNoMoreMemoryThanAFewOfThem) {
