@@ -121,6 +121,16 @@ TEST_F(Stopping, ACancellationEndsTheEvaluationFromAnotherThread) {
     }
 }
 
+TEST_F(Stopping, ACancellationBeforeTheStartLeavesNoValues) {
+    Evaluator::Cancellation cancellation;
+    cancellation.Request();
+    Evaluator::RunOptions options;
+    options.cancellation = &cancellation;
+    EXPECT_EQ(Ask("1 + 1", options), (Outcome{{}, "error: the evaluation was cancelled\n  1 + 1\n    ^\n"}));
+    EXPECT_EQ(Ask("kinds of rounds", options),
+              (Outcome{{}, "error: the evaluation was cancelled\n  kinds of rounds\n           ^~~~~~\n"}));
+}
+
 TEST_F(Stopping, ACancellationWorksFromASignalHandler) {
     static Evaluator::Cancellation cancellation;
     struct sigaction mine {

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <mutex>
 #include <thread>
 
@@ -243,6 +244,44 @@ TEST_F(ValueLife, AConsumerThatThrowsLeavesNothingBehind) {
     auto compiled = Evaluator::Query::Compile("probes up to 10");
     ASSERT_TRUE(compiled.query);
     EXPECT_THROW(compiled.query->Run([](Evaluator::Result const&) -> bool { throw 1; }), int);
+}
+
+// The deepest queries of every shape, compiled, explained and let go on the stack as it is by default.
+TEST_F(ValueLife, AConsumerMayCompile) {
+    for (std::string step : {"- %", "(%)", "(%; 1) whose (it > 0)", "(1, %)", "if true then % else 0",
+                             "% otherwise 0", "(%) of 1", "not (% = 1)", "integers up to (sum of %)"}) {
+        std::string deep = "1";
+        for (int i = 0; i < 190; ++i) {
+            std::string outer = step;
+            deep = outer.replace(outer.find('%'), 1, deep);
+        }
+        auto compiled = Evaluator::Query::Compile("1");
+        bool answered = false;
+        compiled.query->Run([&](Evaluator::Result const&) {
+            auto inner = Evaluator::Query::Compile(deep);
+            answered = inner.query ? inner.query->Explain().typeName != "" : !inner.problems.empty();
+            return true;
+        });
+        EXPECT_TRUE(answered) << step;
+    }
+}
+
+// The library's static objects end before those that the program made earlier.
+TEST_F(ValueLife, AProcessMayEndWithAKeptValue) {
+    EXPECT_EXIT(
+        {
+            static std::shared_ptr<Evaluator::Result const> kept;
+            Evaluator::UnloadInspectorLibrary("TestInspectors.dylib");
+            Evaluator::LoadInspectorLibrary(TestLibrary("TestInspectors"));
+            auto compiled = Evaluator::Query::Compile("(part of probe 1, probe 2, echoes of probe 3)");
+            compiled.query->Run([&](Evaluator::Result const& result) {
+                kept = result.Keep();
+                return true;
+            });
+            compiled.query.reset();
+            std::exit(kept ? 7 : 1);
+        },
+        testing::ExitedWithCode(7), "");
 }
 
 TEST_F(ValueLife, AConsumerCannotStartAQuery) {

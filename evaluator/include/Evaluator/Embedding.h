@@ -142,7 +142,8 @@ class EVALUATOR_API Result {
 
 /// Receives the values as they are found. Returns whether it wants more. An empty one lets every value
 /// pass. It is called on the thread that called Run, on the evaluation's stack, of which at least 256 KiB are
-/// left; if it exhausts them, the process ends.
+/// left; if it exhausts them, the process ends. To compile there takes more, which Limits::stackBytes has by
+/// default.
 using Consumer = std::function<bool(Result const&)>;
 
 /// Ends evaluations from outside. Request may be called from any thread and from a signal handler.
