@@ -46,7 +46,7 @@ class Checker {
         return Report({ProblemKind::meaning, range, std::move(message), std::move(hint)});
     }
     ExpressionPointer Report(Problem problem) {
-        if (problems.size() < limits.problems) problems.push_back(std::move(problem));
+        if (problems.empty() || problems.size() < limits.problems) problems.push_back(std::move(problem));
         return nullptr;
     }
 

@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <exception>
+#include <limits>
 #include <mutex>
 #include <new>
 #include <thread>
@@ -77,7 +79,7 @@ struct CompiledQuery {
 // Runs `function` on the evaluation's stack. Returns false where the stack was given up; then nothing that
 // the function owned is there any more, but for the values that were kept. What it throws passes through.
 template <class Function>
-bool OnEvaluationStack(std::size_t bytes, Function const& function) {
+bool OnEvaluationStack(Function const& function) {
     struct Errand {
         Function const& function;
         std::exception_ptr failure;
@@ -91,40 +93,73 @@ bool OnEvaluationStack(std::size_t bytes, Function const& function) {
         }
     };
     EvaluationStack& stack = EvaluationStack::Instance();
-    bool finished = stack.Run(bytes, run, &errand);
+    bool finished = stack.Run(run, &errand);
     if (errand.failure) std::rethrow_exception(errand.failure);
     if (finished) return true;
+    if (Evaluation* evaluation = Evaluation::Running()) evaluation->Forget();
     ForgetOwners();
-    FreeAllOwned();
-    while (!stack.Run(
-        bytes, [](void*) { EndForgotten(); }, nullptr)) {
+    // The states of the core's iterations free what they own; what is left then was in the frames' hands.
+    auto end = [](void*) {
+        EvaluationStack::Instance().EndExceptions();
+        EndForgotten();
+    };
+    while (!stack.Run(end, nullptr)) {
     }
+    FreeAllOwned();
     return false;
 }
 
 // A value that outlives its evaluation, what it tells, and the query, whose literals it may point at.
-struct KeptValue {
-    KeptValue(std::shared_ptr<CompiledQuery> query, Value* value, Result const& told)
-        : query(std::move(query)), value(value), result(told) {
+class KeptValue {
+  public:
+    KeptValue(std::shared_ptr<CompiledQuery> origin, Value* kept, Result const& told)
+        : query(std::move(origin)), value(kept), result(told) {
+        PointHere(result);
         ++value->references;
         ++value->keeps;
-    }
-    ~KeptValue() {
-        Evaluating evaluating(evaluationLock);
-        --value->keeps;
-        if (EvaluationStack::Instance().IsCurrent())
-            Release(value);
-        else
-            OnEvaluationStack(Limits().stackBytes, [&] { Release(value); });
-        query.reset();
     }
     KeptValue(KeptValue const&) = delete;
     KeptValue& operator=(KeptValue const&) = delete;
 
-    std::shared_ptr<CompiledQuery> query;
+    Result const& Told() const { return result; }
+    /// For its last owner. Within an evaluation the value waits until the consumer has returned: what ends it
+    /// may recurse without end, and the consumer's frames cannot be left.
+    static void LetGo(KeptValue* kept);
+    /// Ends the values that wait; on the evaluation's stack.
+    static void EndWaiting() {
+        while (waiting) {
+            Release(waiting->value);
+            ForgetFirst();
+        }
+    }
+    /// Where that was given up, and the values that wait have ended.
+    static void ForgetWaiting() {
+        while (waiting) ForgetFirst();
+    }
+
+  private:
+    static void ForgetFirst() { delete std::exchange(waiting, waiting->next); }
+    // It and its fields may be kept again.
+    void PointHere(Result& told) {
+        told.query = &query;
+        for (Result& field : told.fields) PointHere(field);
+    }
+
+    std::shared_ptr<CompiledQuery> const query;
     Value* const value;
-    Result const result;
+    Result result;
+    KeptValue* next = nullptr;  ///< of those that wait
+    static inline KeptValue* waiting = nullptr;
 };
+
+void KeptValue::LetGo(KeptValue* kept) {
+    Evaluating evaluating(evaluationLock);
+    --kept->value->keeps;
+    kept->next = std::exchange(waiting, kept);
+    if (Evaluation::Running()) return;
+    if (!OnEvaluationStack([] { EndWaiting(); })) ForgetWaiting();
+    TakeFailureToEnd();  // there is nobody to be told
+}
 
 // Hands the values of one evaluation to a consumer.
 class QueryRun {
@@ -134,7 +169,6 @@ class QueryRun {
         : query(query),
           checked(*query->checked),
           consumer(consumer),
-          stackBytes(options.limits.stackBytes),
           evaluation(checked.bindings, checked.literals, options, begun) {
         result.query = &this->query;
     }
@@ -142,17 +176,18 @@ class QueryRun {
     // What the consumer throws passes through; nothing else does.
     std::optional<Problem> Run() {
         std::optional<Problem> problem;
-        bool finished = OnEvaluationStack(stackBytes, [&] {
-            evaluation.Enter();
+        bool finished = OnEvaluationStack([&] {
             problem = RunGuarded();
+            KeptValue::EndWaiting();
             evaluation.LetGo();
         });
         if (!finished) {
-            evaluation.Forget();
+            KeptValue::ForgetWaiting();
             problem = evaluation.WhyGivenUp();
         }
+        Entry const* entry = TakeFailureToEnd();
         if (consumerFailure) std::rethrow_exception(consumerFailure);
-        if (Entry const* entry = TakeFailureToEnd(); entry && !problem)
+        if (entry && !problem)
             problem = Problem{ProblemKind::evaluation,
                               checked.root->range,
                               fmt::format("{}: {}: it threw an exception where a value ends",
@@ -186,7 +221,9 @@ class QueryRun {
             evaluation.CheckIn(checked.root->range);
             if (!consumer) continue;
             checked.shown.Show(evaluation, value, checked.root->range, result);
-            if (!Consume()) return std::nullopt;
+            bool const more = Consume();
+            KeptValue::EndWaiting();
+            if (!more) return std::nullopt;
         }
         if (step == Cursor::Step::end) return std::nullopt;
         return AsProblem(evaluation.absence);
@@ -205,7 +242,6 @@ class QueryRun {
     std::shared_ptr<CompiledQuery> const query;  // the consumer may let go of the Query
     CheckedQuery const& checked;
     Consumer const& consumer;
-    std::size_t const stackBytes;
     Evaluation evaluation;
     Result result;  // of one value after the other
     std::exception_ptr consumerFailure;
@@ -221,8 +257,9 @@ std::vector<Result> const& Result::Fields() const { return fields; }
 
 std::shared_ptr<Result const> Result::Keep() const {
     Evaluating evaluating(evaluationLock);
-    auto kept = std::make_shared<KeptValue>(*query, static_cast<Value*>(value), *this);
-    return {kept, &kept->result};
+    auto* held = static_cast<Value*>(value);
+    std::shared_ptr<KeptValue> kept(new KeptValue(*query, held, *this), KeptValue::LetGo);
+    return {kept, &kept->Told()};
 }
 
 // ---- Queries
@@ -266,6 +303,8 @@ std::optional<Problem> Wait(Evaluating& evaluating, RunOptions const& options, R
 }
 
 RunOptions WithinBounds(RunOptions options) {
+    options.limits.textBytes =
+        std::min<std::size_t>(options.limits.textBytes, std::numeric_limits<std::uint32_t>::max());
     options.limits.stackBytes =
         std::clamp<std::size_t>(options.limits.stackBytes, std::size_t{304} << 10, std::size_t{1} << 30);
     return options;
@@ -282,6 +321,10 @@ std::optional<Problem> Query::Run(Consumer const& consumer, RunOptions const& as
     if (Evaluation::Running())
         return Problem{ProblemKind::evaluation, all, "another query is being evaluated",
                        "a consumer that is being handed a value cannot start a query"};
+    if (!EvaluationStack::Instance().Provide(options.limits.stackBytes))
+        return Problem{ProblemKind::limit, all,
+                       fmt::format("there is no memory for a stack of {} bytes", options.limits.stackBytes),
+                       "allow a smaller one"};
     return QueryRun(compiled, consumer, options, begun).Run();
 }
 

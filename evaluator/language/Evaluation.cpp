@@ -52,7 +52,8 @@ Evaluation::Evaluation(std::size_t bindingCount, std::size_t literalCount, RunOp
       limits(options.limits),
       cancellation(options.cancellation),
       deadline(Deadline(begun, options.limits.time)),
-      watched(cancellation || deadline) {
+      watched(cancellation || deadline),
+      floor(EvaluationStack::Instance().Floor()) {
     yieldTimeSlice = trickle = &GiveTime;
     running = this;
     present = this;
@@ -65,14 +66,13 @@ Evaluation::~Evaluation() {
     running = nullptr;
 }
 
-void Evaluation::Enter() { floor = EvaluationStack::Instance().Floor(); }
-
 void Evaluation::LetGo() {
     bindings.clear();
     literals.clear();
 }
 
 void Evaluation::Forget() {
+    making = nullptr;
     for (auto* values : {&bindings, &literals})
         for (ValueRef& value : *values) value.Detach();
     LetGo();
@@ -156,7 +156,8 @@ unsigned char Evaluation::MayLookUp() {
 // ---- Calling inspectors
 
 // Calls an inspector that constructs `made`; the memory that it asks for meanwhile is `owner`'s. Returns
-// whether it made it.
+// whether it made it. A result that is not believed is there all the same, and ends like any other: so it is
+// `call` that makes it keep its sources.
 template <class Call>
 bool Evaluation::Guarded(Holder& owner, Holder& made, Entry const& entry, Range where, Call const& call) {
     calling = where;
@@ -200,29 +201,28 @@ void* Evaluation::Allocate(std::size_t size) {
 bool Evaluation::Ask(ValueRef& value, PropertyEntry const& property, TypeEntry const& result,
                      ValueRef const& object, ValueRef const& index, Range where) {
     RenewValue(value, result);
-    bool there = Guarded(*value, *value, property, where, [&] {
+    return Guarded(*value, *value, property, where, [&] {
         property.first(value->Bytes(), BytesOf(index), BytesOf(object), nullptr, property.context);
+        Keep(*value, object, index);
     });
-    if (there) Keep(*value, object, index);
-    return there;
 }
 
 bool Evaluation::Convert(ValueRef& value, CastEntry const& cast, TypeEntry const& result,
                          ValueRef const& source, Range where) {
     RenewValue(value, result);
-    bool there = Guarded(*value, *value, cast, where,
-                         [&] { cast.thunk(value->Bytes(), source->Bytes(), cast.context); });
-    if (there) Keep(*value, source, {});
-    return there;
+    return Guarded(*value, *value, cast, where, [&] {
+        cast.thunk(value->Bytes(), source->Bytes(), cast.context);
+        Keep(*value, source, {});
+    });
 }
 
 bool Evaluation::Operate(ValueRef& value, OperatorEntry const& op, TypeEntry const& result,
                          ValueRef const& left, ValueRef const& right, Range where) {
     RenewValue(value, result);
-    bool there = Guarded(*value, *value, op, where,
-                         [&] { op.thunk(value->Bytes(), left->Bytes(), right->Bytes(), op.context); });
-    if (there) Keep(*value, left, right);
-    return there;
+    return Guarded(*value, *value, op, where, [&] {
+        op.thunk(value->Bytes(), left->Bytes(), right->Bytes(), op.context);
+        Keep(*value, left, right);
+    });
 }
 
 bool Evaluation::Compute(void* result, OperatorEntry const& op, void const* left, void const* right,
@@ -255,13 +255,12 @@ bool Evaluation::Step(ValueRef& value, IterationRef const& iteration, bool first
     Holder& owner = first ? static_cast<Holder&>(*iteration) : *value;
     auto const* object = static_cast<Value*>(iteration->sources[0]);
     auto const* index = static_cast<Value*>(iteration->sources[1]);
-    bool there = Guarded(owner, *value, property, where, [&] {
+    return Guarded(owner, *value, property, where, [&] {
         (first ? property.first : property.next)(value->Bytes(), index ? index->Bytes() : nullptr,
                                                  object ? object->Bytes() : nullptr, iteration->State(),
                                                  property.context);
+        if (!result.selfContained) KeepSources(*value, iteration.Get(), nullptr);
     });
-    if (there && !result.selfContained) KeepSources(*value, iteration.Get(), nullptr);
-    return there;
 }
 
 Problem AsProblem(Absence const& absence) {

@@ -53,14 +53,13 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
 
     /// The one that is running on this thread, or null.
     static Evaluation* Running();
-    /// To be called on the evaluation's stack before anything else there.
-    void Enter();
 
     /// Asks every registered cache to be cleared. `where` is where a problem points.
     void ClearCaches(Range where);
     /// Lets go of the values that the evaluation itself holds.
     void LetGo();
-    /// Forgets those values, after the stack was given up and their owners were forgotten.
+    /// Where the stack was given up: forgets the call that was left, and those values, whose owners are to be
+    /// forgotten next.
     void Forget();
 
     /// What `it` stands for, one place for each `whose` and each step in parentheses.
@@ -172,7 +171,7 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     std::atomic<StopReason> stopReason{StopReason::none};
     int timesRefused = 0;
 
-    char const* floor = nullptr;  ///< no inspector is called from a frame below it
+    char const* const floor;  ///< no inspector is called from a frame below it
     Holder* making = nullptr;
     Range calling;  ///< the phrase whose inspector was called last
     bool lenient = false;

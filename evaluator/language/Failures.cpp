@@ -125,7 +125,9 @@ std::string Reason() {
     } catch (DebuggableException const& exception) {
         return fmt::format("{} was thrown", ClassName(typeid(exception)));
     } catch (std::exception const& exception) {
-        return fmt::format("{} was thrown: {}", ClassName(typeid(exception)), exception.what());
+        char const* words = exception.what();
+        std::string name = ClassName(typeid(exception));
+        return words ? fmt::format("{} was thrown: {}", name, words) : fmt::format("{} was thrown", name);
     } catch (...) {
         std::type_info const* type = abi::__cxa_current_exception_type();
         return fmt::format("{} was thrown", type ? ClassName(*type) : "an unknown exception");

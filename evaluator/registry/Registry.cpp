@@ -96,9 +96,12 @@ bool Registry::Add(std::unique_ptr<Entry> entry, void* record, unsigned long rec
     return true;
 }
 
+// A library that is used is not unloaded: it withdraws because the process ends, and values that were kept
+// may still point at their types.
 void Registry::Erase(Entries::iterator entry) {
     for (std::string const& identity : (*entry)->Identities()) byIdentity.erase(identity);
     byRecord.erase((*entry)->record);
+    if ((*entry)->library->uses > 0) stillUsed.push_back(std::move(*entry));
     entries.erase(entry);
     ++revision;
 }

@@ -66,6 +66,7 @@ class Registry {
     void Erase(Entries::iterator entry);
 
     Entries entries;
+    Entries stillUsed;  ///< withdrawn at the end of the process, see Erase
     std::unordered_map<void*, Entries::iterator> byRecord;
     std::unordered_map<std::string, Entry const*> byIdentity;  ///< see Entry::Identities
     std::vector<std::string> problems;

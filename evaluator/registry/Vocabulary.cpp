@@ -111,7 +111,12 @@ void Vocabulary::RequireTypesOfOperators(int code) const {
 }
 
 TypeEntry const* Vocabulary::Base(TypeEntry const& type) const {
-    return type.base.empty() ? nullptr : &Named(type, type.base);
+    if (type.base.empty()) return nullptr;
+    TypeEntry const& base = Named(type, type.base);
+    if (base.size > type.size)
+        throw UnknownType(fmt::format("{}: {}: its base type \"{}\" is larger than itself",
+                                      type.library->name, type.Describe(), base.name));
+    return &base;
 }
 
 std::vector<TypeEntry const*> Vocabulary::Lineage(TypeEntry const* type) const {

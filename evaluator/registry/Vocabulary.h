@@ -21,7 +21,8 @@
 
 namespace Evaluator {
 
-/// A registration refers to a type that nobody registered; what() names library, kind, phrase and type.
+/// A registration refers to a type that nobody registered, or to one that cannot be its base; what() names
+/// library, kind, phrase and type.
 struct UnknownType : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

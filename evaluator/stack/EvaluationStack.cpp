@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
 #include <utility>
 
 #include "registry/Libraries.h"
@@ -69,7 +68,8 @@ void const* StackPointer(void const* context) {
 #endif
 
 // The C++ runtime's account of the exceptions that are being handled on this thread, as the C++ ABI lays it
-// out. Those of a stack that was given up are not handled any more.
+// out: a list of those that have been caught, the latest first, and how many are on their way. Those of a
+// stack that was given up are neither any more.
 struct ExceptionsInHand {
     void* caught;
     unsigned int uncaught;
@@ -111,7 +111,9 @@ class FaultHandler {
 
   private:
     static void OnFault(int signal, siginfo_t* info, void* context) {
-        if (!EvaluationStack::Instance().Handles(static_cast<char const*>(info->si_addr), context))
+        bool const isFault = info->si_code > 0;  // else somebody has sent it
+        if (!isFault ||
+            !EvaluationStack::Instance().Handles(static_cast<char const*>(info->si_addr), context))
             PassOn(signal, info, context);
     }
     // A fault that is none of ours goes where it would have gone.
@@ -121,7 +123,13 @@ class FaultHandler {
         else if (before.sa_handler != SIG_DFL && before.sa_handler != SIG_IGN)
             before.sa_handler(signal);
         else
-            ::signal(signal, SIG_DFL);  // the instruction faults again, and ends the process
+            EndProcess(signal, *info);
+    }
+
+    // The instruction faults again; a signal that was sent has to be sent again.
+    static void EndProcess(int signal, siginfo_t const& info) {
+        ::signal(signal, SIG_DFL);
+        if (info.si_code <= 0) raise(signal);
     }
 
     static inline struct sigaction before;
@@ -136,20 +144,23 @@ EvaluationStack& EvaluationStack::Instance() {
 }
 
 // The mapping is kept for the next evaluation that wants the same size.
-void EvaluationStack::Provide(std::size_t bytes) {
+bool EvaluationStack::Provide(std::size_t bytes) {
     std::size_t const page = PageSize();
     std::size_t const wanted = kGuard + kReserve + (bytes + page - 1) / page * page;
-    if (mapped != wanted) {
-        if (mapping) munmap(std::exchange(mapping, nullptr), std::exchange(mapped, 0));
-        void* fresh =
-            mmap(nullptr, wanted, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
-        if (fresh == MAP_FAILED) throw std::bad_alloc();
-        mapping = static_cast<char*>(fresh);
-        mapped = wanted;
-        low = mapping + kGuard + kReserve;
-        if (mprotect(low, mapped - kGuard - kReserve, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+    if (mapped == wanted) return true;
+    void* fresh =
+        mmap(nullptr, wanted, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
+    if (fresh == MAP_FAILED) return false;
+    char* const begin = static_cast<char*>(fresh) + kGuard + kReserve;
+    if (mprotect(begin, wanted - kGuard - kReserve, PROT_READ | PROT_WRITE) != 0) {
+        munmap(fresh, wanted);
+        return false;
     }
-    Sanitizer::Forget(mapping + kGuard, mapped - kGuard);
+    if (mapping) munmap(mapping, mapped);
+    mapping = static_cast<char*>(fresh);
+    mapped = wanted;
+    low = begin;
+    return true;
 }
 
 void EvaluationStack::SetTrap(bool wanted) {
@@ -168,8 +179,8 @@ void EvaluationStack::Enter() {
     setcontext(&passage.caller);
 }
 
-bool EvaluationStack::Run(std::size_t bytes, void (*function)(void*), void* argument) {
-    Provide(bytes);
+bool EvaluationStack::Run(void (*function)(void*), void* argument) {
+    Sanitizer::Forget(mapping + kGuard, mapped - kGuard);
     FaultHandler handler;
     Switch passage;
     passage.function = function;
@@ -194,8 +205,16 @@ bool EvaluationStack::Run(std::size_t bytes, void (*function)(void*), void* argu
     passage.sanitizer.Return();
     current = nullptr;
     if (trapped) SetTrap(false);
-    if (!passage.finished) Exceptions() = before;
+    if (!passage.finished) leftExceptions = std::exchange(Exceptions(), before).caught;
     return passage.finished;
+}
+
+// What their destructors do may be given up as well; then those that are left wait for the next call.
+void EvaluationStack::EndExceptions() {
+    ExceptionsInHand& exceptions = Exceptions();
+    void* const mine = exceptions.caught;
+    if (leftExceptions) exceptions.caught = std::exchange(leftExceptions, nullptr);
+    while (exceptions.caught != mine) abi::__cxa_end_catch();
 }
 
 // Leaves the stack that the caller, or the code that the signal interrupted, stands on. Nothing is unwound.
@@ -208,11 +227,6 @@ void EvaluationStack::GiveUp() {
 bool EvaluationStack::IsCurrent() const {
     auto const* here = static_cast<char const*>(__builtin_frame_address(0));
     return current && here >= mapping && here < mapping + mapped;
-}
-
-std::size_t EvaluationStack::Left() const {
-    auto const* here = static_cast<char const*>(__builtin_frame_address(0));
-    return here > low ? static_cast<std::size_t>(here - low) : 0;
 }
 
 // Whether the fault is ours, and the code may go on. Does not return where the stack is given up.

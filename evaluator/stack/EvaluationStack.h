@@ -32,10 +32,17 @@ class EvaluationStack {
 
     static EvaluationStack& Instance();
 
-    /// Runs `function(argument)`, which must not throw, on a stack of so many bytes. Returns whether it
-    /// returned; false when the stack was exhausted or given up. Not to be called on the stack itself. Throws
-    /// std::bad_alloc when there is no memory for a stack.
-    bool Run(std::size_t bytes, void (*function)(void*), void* argument);
+    /// Makes the stack one of so many bytes, unless it is already. Returns whether there is memory for it;
+    /// where there is none, the stack stays what it was. Not to be called on the stack itself.
+    bool Provide(std::size_t bytes);
+
+    /// Runs `function(argument)`, which must not throw, on the stack that was provided. Returns whether it
+    /// returned; false when the stack was exhausted or given up. Not to be called on the stack itself.
+    bool Run(void (*function)(void*), void* argument);
+
+    /// Frees the exceptions that were being handled where the stack was given up; one that was on its way is
+    /// lost, since nobody knows where it is. Only on the stack: their destructors are the inspectors' code.
+    void EndExceptions();
 
     /// Gives the stack up as soon as the code of an inspector library goes on: Run returns false then. Only
     /// on the stack.
@@ -43,10 +50,8 @@ class EvaluationStack {
 
     /// Whether the caller stands on the stack.
     bool IsCurrent() const;
-    /// Bytes between the caller's frame and the reserve. Only on the stack.
-    std::size_t Left() const;
     /// The lowest address at which a frame that calls an inspector may lie: below it kLeftForInspectors are
-    /// left, and the frames of the library's adapter have their place. Only on the stack.
+    /// left, and the frames of the library's adapter have their place.
     char const* Floor() const { return low + kLeftForInspectors + kLeftForAdapters; }
 
     /// While one of these lives, exhaustion is none of ours: the process ends as it does on any stack. For
@@ -64,7 +69,6 @@ class EvaluationStack {
 
   private:
     EvaluationStack() = default;
-    void Provide(std::size_t bytes);
     static void Enter();
     void SetTrap(bool wanted);
     [[noreturn]] void GiveUp();
@@ -76,6 +80,7 @@ class EvaluationStack {
     char* low = nullptr;     ///< where the stack begins, above the reserve
     bool trapped = false;    ///< the reserve is open, and the inspector libraries' code is a trap
     bool foreign = false;
+    void* leftExceptions = nullptr;  ///< see EndExceptions
     struct Switch;
     Switch* current = nullptr;  ///< of the Run that is under way
 };

@@ -98,6 +98,21 @@ struct Module {
     PropertyByIndexOfWorld<integer, stranger> indexed{"strange place", "strange places", "stranger",
                                                       "integer", found};
 } module;
+#elif FAULT == 15  // a type that is smaller than its base
+struct wide {
+    long long weight;
+};
+struct narrow {
+    int weight;
+};
+narrow narrow_thing() { return {5}; }
+integer weight_of(wide const& object) { return object.weight; }
+struct Module {
+    TypeRecord<wide> wideType{"wide thing"};
+    TypeRecord<narrow> narrowType{"narrow thing", "wide thing"};
+    GlobalProperty<narrow> one{"narrow thing", "narrow things", "narrow thing", narrow_thing};
+    Property<wide, integer> weight{"weight", "weights", "wide thing", "integer", weight_of};
+} module;
 #endif
 
 [[maybe_unused]] void const* const used[] = {reinterpret_cast<void const*>(&answer),

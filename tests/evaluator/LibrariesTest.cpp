@@ -200,6 +200,16 @@ TEST(Libraries, AnUnknownTypeIsReportedAtFirstUseWhateverTheRegistration) {
     EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("StrangerInspectors.dylib"));
 }
 
+TEST(Libraries, ATypeThatIsSmallerThanItsBaseIsReportedAtFirstUse) {
+    ASSERT_EQ(Load("NarrowInspectors"), "");
+    auto compiled = Evaluator::Query::Compile("weight of narrow thing");
+    EXPECT_EQ(Messages(compiled.problems),
+              "NarrowInspectors.dylib: type \"narrow thing\": its base type \"wide thing\" is larger than "
+              "itself\n");
+    EXPECT_EQ(Answer("1 + 1"), "2");
+    EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("NarrowInspectors.dylib"));
+}
+
 TEST(Libraries, TheLibraryOfEveryTypeOnTheWayIsHeld) {
     ASSERT_EQ(Load("ThingInspectors"), "");
     ASSERT_EQ(Load("ForeignInspectors"), "");

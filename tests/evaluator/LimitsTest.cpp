@@ -1,5 +1,8 @@
 // Every limit at its bound and one past it.
 
+#include <chrono>
+#include <cstdint>
+
 #include "evaluator/NastyTest.h"
 
 namespace {
@@ -50,6 +53,38 @@ TEST_F(LimitsHold, TextsThatTheLanguageMakes) {
               "error: a text would be longer than 6 bytes\n");
 }
 
+TEST_F(LimitsHold, NoTextIsLongerThanItsLengthCanTell) {
+    Evaluator::RunOptions options;
+    options.limits.textBytes = SIZE_MAX;
+    EXPECT_EQ(Ask("giant & giant", options).problems,
+              "error: a text would be longer than 4294967295 bytes\n  giant & giant\n        ^\n"
+              "  hint: join fewer texts, or take them one at a time\n");
+}
+
+// The least and the most that can be asked for.
+TEST_F(LimitsHold, LimitsOfNothingAndWithoutBounds) {
+    Evaluator::RunOptions none, all;
+    none.limits.stackBytes = none.limits.textBytes = none.limits.inspectorMemory =
+        none.limits.gatheredValues = none.limits.suggestions = 0;
+    all.limits.stackBytes = all.limits.textBytes = all.limits.inspectorMemory = all.limits.gatheredValues =
+        all.limits.suggestions = all.limits.queryBytes = all.limits.nesting = all.limits.problems = SIZE_MAX;
+    none.limits.time = std::chrono::nanoseconds::min();
+    all.limits.time = std::chrono::nanoseconds::max();
+    for (std::string query :
+         {"kind of trouble 7 + 1", "number of integers up to 8", "length of \"12345678\""})
+        EXPECT_EQ(Ask(query, none), (Outcome{{"8"}, ""})) << query;
+    for (std::string query : {"sorted values of (8; 8)", "unique values of 8", "1 as string", "\"1\" & \"2\"",
+                              "concatenation of \"1\"", "(1, 2)"})
+        EXPECT_NE(Ask(query, none).problems, "") << query;
+    EXPECT_EQ(Ask("concatenation of (sorted values of (2; 1) as string) & \"0\"", all),
+              (Outcome{{"120"}, ""}));
+    EXPECT_EQ(Ask("small frame of trouble 1; kin of 1", all).problems,
+              Ask("small frame of trouble 1; kin of 1").problems);
+    none.limits.queryBytes = 0;
+    EXPECT_EQ(Ask("1", none).problems,
+              "error: the query is longer than 0 bytes\n  1\n  ^\n  hint: ask about fewer things at once\n");
+}
+
 TEST_F(LimitsHold, GatheredValues) {
     Evaluator::RunOptions options;
     options.limits.gatheredValues = 3;
@@ -96,6 +131,7 @@ TEST_F(LimitsHold, ProblemsOfOneQuery) {
     EXPECT_EQ(problems(2), 2u);
     EXPECT_EQ(problems(3), 3u);
     EXPECT_EQ(problems(4), 3u);
+    EXPECT_EQ(problems(0), 1u);  // as few as there may be
 }
 
 TEST_F(LimitsHold, SuggestionsInOneHint) {

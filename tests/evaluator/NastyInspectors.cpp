@@ -2,8 +2,11 @@
 // exceptions swallowed, memory hoarded, values that will not end. Each behaviour is one phrase.
 
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
+#include <exception>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -20,6 +23,18 @@
 
 namespace {
 
+// What is allocated while one of these lives is lost where its owner's frame is left; that is no fault of the
+// host's, so the leak sanitizer does not look for it.
+struct Lost {
+#ifdef ZELQ_ADDRESS_SANITIZER
+    Lost() { __lsan_disable(); }
+    ~Lost() { __lsan_enable(); }
+#else
+    Lost() {}
+#endif
+    Lost(Lost const&) = delete;
+};
+
 long livingTroubles = 0;
 long livingRounds = 0;
 
@@ -27,9 +42,34 @@ class trouble {
   public:
     explicit trouble(long long kind) : kind(kind) { ++livingTroubles; }
     trouble(trouble const& other) : kind(other.kind) { ++livingTroubles; }
-    ~trouble() { --livingTroubles; }
+    ~trouble() {
+        --livingTroubles;
+        kind = kEnded;
+    }
+    bool HasEnded() const { return kind == kEnded; }
     long long kind;
+
+  private:
+    static constexpr long long kEnded = -1;
 };
+
+long orphanedShadows = 0;
+
+// Points into its trouble, and looks at it once more when it ends.
+class shadow {
+  public:
+    explicit shadow(trouble const& whole) : whole(&whole) {}
+    shadow(shadow const&) = delete;
+    ~shadow() {
+        if (whole->HasEnded()) ++orphanedShadows;
+    }
+    trouble const* whole;
+};
+
+long givenToBeggars = 0;
+
+// Asks for memory when it ends, when nothing is being made that could own it.
+struct beggar {};
 
 // Throws when it ends.
 struct grudge {};
@@ -37,6 +77,10 @@ struct grudge {};
 struct abyss {};
 // Goes on for ever when it ends, but gives the host its time.
 struct lingerer {};
+// An exception without a word.
+struct muteness : std::exception {
+    char const* what() const noexcept override { return nullptr; }
+};
 
 void GiveTime() {
     auto* hooks = dynamic_cast<InspectorYieldContext*>(Get_Generic_Inspector_Context());
@@ -47,17 +91,6 @@ void YieldTime() {
     if (hooks && hooks->yieldTimeSlice) hooks->yieldTimeSlice(Get_Generic_Inspector_Context());
 }
 
-// What is allocated until Stop is not looked for by the leak sanitizer.
-class OwnLoss {
-  public:
-#ifdef ZELQ_ADDRESS_SANITIZER
-    OwnLoss() { __lsan_disable(); }
-    void Stop() { __lsan_enable(); }
-#else
-    void Stop() {}
-#endif
-};
-
 // Not inlined and not turned into a loop: each call takes its frame.
 template <std::size_t bytes>
 [[gnu::noinline]] long Recurse(long depth) {
@@ -67,23 +100,33 @@ template <std::size_t bytes>
     long below = Recurse<bytes>(depth - 1);
     return below + frame[0];
 }
-// What these two take of the C++ library is lost with the stack; it is theirs, not the host's.
 [[gnu::noinline]] std::size_t RecurseWithTexts(std::string const& text) {
     if (text.empty()) return 0;  // it never is
-    OwnLoss loss;
-    std::string longer = text + "x";
-    std::vector<std::string> copies(3, longer);
-    std::string shorter = longer.substr(0, 100);
-    loss.Stop();
-    return RecurseWithTexts(shorter) + copies.size();
+    std::vector<std::string> copies;
+    {
+        Lost lost;
+        copies.assign(3, (text + "x").substr(0, 100));
+    }
+    Allocate_Inspector_Memory(40);
+    return RecurseWithTexts(copies.front()) + copies.size();
 }
-[[gnu::noinline]] long RecurseHandling(long depth) {
-    OwnLoss loss;
+long livingExceptions = 0;
+// Counts itself; the one with the number 7 recurses without end when it ends.
+class complaint {
+  public:
+    explicit complaint(long number) : number(number) { ++livingExceptions; }
+    complaint(complaint const&) = delete;
+    ~complaint();
+
+  private:
+    long number;
+};
+[[gnu::noinline]] long RecurseHandling(long depth, long step) {
     try {
-        throw NoSuchObject();
-    } catch (NoSuchObject const&) {
-        loss.Stop();
-        return RecurseHandling(depth + 1) + 1;
+        Lost lost;
+        throw complaint(depth);
+    } catch (complaint const&) {
+        return RecurseHandling(depth + step, step) + 1;
     }
 }
 [[gnu::noinline]] std::size_t RecurseWithMemory(unsigned int size) {
@@ -93,6 +136,10 @@ template <std::size_t bytes>
     return RecurseWithMemory(size % 100 + 1) + static_cast<std::size_t>(memory[0]);
 }
 constexpr long kForEver = 1L << 60;
+complaint::~complaint() {
+    --livingExceptions;
+    if (number == 7) Recurse<64>(kForEver);
+}
 
 trouble trouble_numbered(unsigned long long kind) { return trouble(static_cast<long long>(kind)); }
 integer kind_of(trouble const& object) { return object.kind; }
@@ -103,7 +150,8 @@ integer small_frames_of(trouble const&) { return Recurse<64>(kForEver); }
 integer large_frames_of(trouble const&) { return Recurse<64 << 10>(kForEver); }
 integer texts_of(trouble const&) { return static_cast<long long>(RecurseWithTexts("x")); }
 integer memories_of(trouble const&) { return static_cast<long long>(RecurseWithMemory(1)); }
-integer handlers_of(trouble const&) { return RecurseHandling(0); }
+integer handlers_of(trouble const& object) { return RecurseHandling(0, static_cast<long>(object.kind)); }
+integer living_exceptions() { return livingExceptions; }
 // Takes so many KiB of stack and gives them back.
 integer stack_kilobytes_of(trouble const& object) {
     Recurse<1 << 10>(object.kind);
@@ -149,11 +197,28 @@ integer excuse_of(trouble const& object) {
 // Does not care.
 [[noreturn]] void StayDeaf() {
     for (;;) try {
+            Lost lost;
             GiveTime();
         } catch (...) {
         }
 }
 integer deafness_of(trouble const&) { StayDeaf(); }
+// Does not answer before it is told to stop, and then as if nothing had happened.
+shadow late_shadow_of(trouble const& object) {
+    try {
+        for (;;) GiveTime();
+    } catch (...) {
+    }
+    return shadow(object);
+}
+// The same, one value after the other.
+class late_shadows {
+  public:
+    shadow First(trouble const& object) { return late_shadow_of(object); }
+    shadow Next(trouble const&) { throw NoSuchObject(); }
+};
+integer orphaned_shadows() { return orphanedShadows; }
+integer given_to_beggars() { return givenToBeggars; }
 // Looks things up for ever, whatever the platform answers.
 struct Root {
     Root() {
@@ -174,6 +239,11 @@ inspector_string memory_of(integer const& bytes) {
     auto size = static_cast<unsigned int>(static_cast<long long>(bytes));
     return {static_cast<unsigned char*>(Allocate_Inspector_Memory(size)), size};
 }
+// Never read: what is joined of it would be too long for its length.
+inspector_string giant() {
+    static unsigned char const start = 'x';
+    return {&start, 3'000'000'000};
+}
 integer hoard_of(trouble const& object) {
     try {
         for (;;) Allocate_Inspector_Memory(1 << 20);
@@ -185,11 +255,20 @@ integer hoard_of(trouble const& object) {
 grudge grudge_of(trouble const&) { return {}; }
 abyss abyss_of(trouble const&) { return {}; }
 lingerer lingerer_of(trouble const&) { return {}; }
+beggar beggar_of(trouble const&) { return {}; }
+integer muteness_of(trouble const&) { throw muteness(); }
 
 void EndGrudge(void const*) { throw 42; }
 void EndAbyss(void const*) { Recurse<64>(kForEver); }
 void EndLingerer(void const*) {
     for (;;) GiveTime();
+}
+void EndBeggar(void const*) {
+    try {
+        std::memset(Allocate_Inspector_Memory(1000), 1, 1000);
+        ++givenToBeggars;
+    } catch (MemoryFullError const&) {
+    }
 }
 
 // Troubles 1, 2, 3 … without end.
@@ -224,6 +303,8 @@ struct Module {
     RawType grudgeType{"grudge", EndGrudge};
     RawType abyssType{"abyss", EndAbyss};
     RawType lingererType{"lingerer", EndLingerer};
+    RawType beggarType{"beggar", EndBeggar};
+    TypeRecord<shadow> shadowType{"shadow"};
     NumberedGlobalProperty<trouble> numbered{"trouble", "troubles", "trouble", trouble_numbered};
     GlobalProperty<integer> living{"living trouble", "living troubles", "integer", living_troubles};
     GlobalProperty<integer> livingRound{"living round", "living rounds", "integer", living_rounds};
@@ -247,6 +328,16 @@ struct Module {
     Property<trouble, grudge> grudges{"grudge", "grudges", "trouble", "grudge", grudge_of};
     Property<trouble, abyss> abysses{"abyss", "abysses", "trouble", "abyss", abyss_of};
     Property<trouble, lingerer> lingerers{"lingerer", "lingerers", "trouble", "lingerer", lingerer_of};
+    Property<trouble, beggar> beggars{"beggar", "beggars", "trouble", "beggar", beggar_of};
+    Property<trouble, shadow> late{"late shadow", "late shadows", "trouble", "shadow", late_shadow_of};
+    IteratedProperty<late_shadows, trouble, shadow> lateOnes{"later shadow", "later shadows", "trouble",
+                                                             "shadow"};
+    GlobalProperty<integer> orphans{"orphaned shadow", "orphaned shadows", "integer", orphaned_shadows};
+    GlobalProperty<inspector_string> giants{"giant", "giants", "string", giant};
+    GlobalProperty<integer> livingException{"living exception", "living exceptions", "integer",
+                                            living_exceptions};
+    GlobalProperty<integer> alms{"beggar given memory", "beggars given memory", "integer", given_to_beggars};
+    Property<trouble, integer> mute{"muteness", "mutenesses", "trouble", "integer", muteness_of};
     PropertyByIndexOfWorld<inspector_string, integer> memory{"memory", "memories", "integer", "string",
                                                              memory_of};
     IteratedGlobalProperty<rounds, trouble> round{"round", "rounds", "trouble"};

@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <mutex>
 #include <thread>
 
 #include "Evaluator/Context.h"
@@ -73,6 +77,25 @@ TEST_F(ValueLife, AKeptValueOutlivesItsEvaluationWithAllThatItNeeds) {
     EXPECT_EQ(Answer("living probe"), "5");
 }
 
+TEST_F(ValueLife, AKeptValueAndItsFieldsMayBeKeptAgain) {
+    std::shared_ptr<Evaluator::Result const> kept, field;
+    {
+        auto compiled = Evaluator::Query::Compile("(probe 1, (\"text\", part of probe 2))");
+        ASSERT_TRUE(compiled.query);
+        compiled.query->Run([&](Evaluator::Result const& result) {
+            kept = result.Keep();
+            return true;
+        });
+    }
+    field = kept->Fields()[1].Fields()[1].Keep();
+    kept = kept->Keep();
+    EXPECT_EQ(kept->Fields()[1].TypeName(), "(string, part)");
+    kept.reset();
+    EXPECT_EQ(field->TypeName(), "part");
+    EXPECT_EQ(Answer("living probe"), "1");
+    EXPECT_TRUE(Evaluator::UnloadInspectorLibrary("TestInspectors.dylib"));
+}
+
 TEST_F(ValueLife, WhatConstructAskedForStaysUntilTheStateHasEnded) {
     EXPECT_EQ(Answer("hoards of probe 1"), "");
     EXPECT_EQ(Answer("hoards of probes up to 3"), "");
@@ -138,6 +161,57 @@ TEST_F(ValueLife, AKeptValueMayBeLetGoOnAnotherThread) {
     std::thread([&] { kept.reset(); }).join();
 }
 
+// Compiling, loading and unloading, evaluating, keeping and letting go, each on its own thread.
+TEST_F(ValueLife, ThreadsMayDoEverythingAtOnce) {
+    constexpr int rounds = 100;
+    std::mutex keptLock;
+    std::vector<std::shared_ptr<Evaluator::Result const>> kept;
+    auto evaluate = [&](std::string const& query) {
+        for (int i = 0; i < rounds; ++i) {
+            auto compiled = Evaluator::Query::Compile(query);
+            ASSERT_TRUE(compiled.query);
+            EXPECT_FALSE(compiled.query->Run([&](Evaluator::Result const& result) {
+                std::lock_guard locked(keptLock);
+                kept.push_back(result.Keep());
+                return true;
+            }));
+        }
+    };
+    std::atomic<bool> done = false;
+    std::vector<std::thread> others;
+    others.emplace_back([&] {
+        for (int i = 0; i < rounds / 10; ++i) {
+            EXPECT_EQ(Messages(Evaluator::LoadInspectorLibrary(TestLibrary("SoundInspectors"))), "");
+            EXPECT_EQ(Answer("second answer"), "42");
+            EXPECT_FALSE(Evaluator::UnloadInspectorLibrary("SoundInspectors.dylib"));
+        }
+    });
+    others.emplace_back([&] {
+        while (!done) {
+            EXPECT_TRUE(Evaluator::Query::Compile("ids of parts of probes up to 3").query);
+            EXPECT_FALSE(Evaluator::AllRegistrations().empty());
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    others.emplace_back([&] {
+        while (!done) {
+            std::vector<std::shared_ptr<Evaluator::Result const>> some;
+            {
+                std::lock_guard locked(keptLock);
+                some.swap(kept);
+            }
+            some.clear();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    std::thread second(evaluate, "(part of it, echoes of it) of probes up to 3");
+    evaluate("sorted values of ids of ring twins of probes up to 5");
+    second.join();
+    done = true;
+    for (std::thread& thread : others) thread.join();
+    kept.clear();
+}
+
 TEST_F(ValueLife, AStreamOfValuesTakesNoMoreMemoryThanAFewOfThem) {
 #ifdef ZELQ_ADDRESS_SANITIZER
     constexpr long mayGrow =
@@ -170,6 +244,44 @@ TEST_F(ValueLife, AConsumerThatThrowsLeavesNothingBehind) {
     auto compiled = Evaluator::Query::Compile("probes up to 10");
     ASSERT_TRUE(compiled.query);
     EXPECT_THROW(compiled.query->Run([](Evaluator::Result const&) -> bool { throw 1; }), int);
+}
+
+// The deepest queries of every shape, compiled, explained and let go on the stack as it is by default.
+TEST_F(ValueLife, AConsumerMayCompile) {
+    for (std::string step : {"- %", "(%)", "(%; 1) whose (it > 0)", "(1, %)", "if true then % else 0",
+                             "% otherwise 0", "(%) of 1", "not (% = 1)", "integers up to (sum of %)"}) {
+        std::string deep = "1";
+        for (int i = 0; i < 190; ++i) {
+            std::string outer = step;
+            deep = outer.replace(outer.find('%'), 1, deep);
+        }
+        auto compiled = Evaluator::Query::Compile("1");
+        bool answered = false;
+        compiled.query->Run([&](Evaluator::Result const&) {
+            auto inner = Evaluator::Query::Compile(deep);
+            answered = inner.query ? inner.query->Explain().typeName != "" : !inner.problems.empty();
+            return true;
+        });
+        EXPECT_TRUE(answered) << step;
+    }
+}
+
+// The library's static objects end before those that the program made earlier.
+TEST_F(ValueLife, AProcessMayEndWithAKeptValue) {
+    EXPECT_EXIT(
+        {
+            static std::shared_ptr<Evaluator::Result const> kept;
+            Evaluator::UnloadInspectorLibrary("TestInspectors.dylib");
+            Evaluator::LoadInspectorLibrary(TestLibrary("TestInspectors"));
+            auto compiled = Evaluator::Query::Compile("(part of probe 1, probe 2, echoes of probe 3)");
+            compiled.query->Run([&](Evaluator::Result const& result) {
+                kept = result.Keep();
+                return true;
+            });
+            compiled.query.reset();
+            std::exit(kept ? 7 : 1);
+        },
+        testing::ExitedWithCode(7), "");
 }
 
 TEST_F(ValueLife, AConsumerCannotStartAQuery) {

@@ -8,9 +8,14 @@
 //     compiled.query->Run([](Evaluator::Result const& result) { puts(result.Text().c_str()); return true; });
 //
 // Every function may be called from any thread; one evaluation runs at a time in a process, and a second
-// thread waits for the first, as do loading and unloading. Compiling a query waits for nobody's evaluation.
-// Nothing here throws, but std::bad_alloc where a problem cannot be told for want of memory, and what a
-// consumer throws, which passes through Run.
+// thread waits for the first, as do loading, unloading, and keeping and letting go of kept values. So a
+// consumer must not wait for a thread that does one of these. Compiling a query waits for nobody's
+// evaluation. Nothing here throws, but std::bad_alloc where a problem cannot be told for want of memory, and
+// what a consumer throws, which passes through Run.
+//
+// While a query runs, faults of memory (SIGSEGV) are the evaluator's: an inspector that recurses without end
+// ends its evaluation, not the process. Any other fault does what it would have done. Afterwards the handler,
+// and the thread's signal mask, are what they were.
 
 #include <atomic>
 #include <chrono>
@@ -73,22 +78,24 @@ struct Limits {
     std::size_t queryBytes = 1 << 20;
     /// Depth of the syntax tree, at most 400: reading, checking and evaluating descend it on the stack.
     std::size_t nesting = 400;
-    /// Problems reported of one query; more would not be read.
+    /// Problems reported of one query, one at the least; more would not be read.
     std::size_t problems = 5;
     /// Suggestions in one hint.
     std::size_t suggestions = 3;
 
     // While it is evaluated.
 
-    /// Time from the call of Run; zero: none.
+    /// Time from the call of Run; zero or less: none. It takes effect at the next value, and in an inspector
+    /// when it looks something up or gives the host its time; one that does neither, when it returns.
     std::chrono::nanoseconds time{0};
-    /// Bytes of the stack that an evaluation runs on, from 304 KiB to 1 GiB. It bounds how deep inspectors
-    /// recurse.
+    /// Bytes of the stack that an evaluation runs on, at least 304 KiB and at most 1 GiB. It bounds how deep
+    /// inspectors recurse.
     std::size_t stackBytes = 8 << 20;
-    /// Bytes of one text that the language makes ("&", "concatenation", a tuple's text): a few bytes of query
-    /// can double a text again and again.
+    /// Bytes of one text that the language makes ("&", "concatenation", a tuple's text), at most 4294967295:
+    /// a few bytes of query can double a text again and again.
     std::size_t textBytes = 256 << 20;
-    /// Bytes of the memory that inspectors have asked for and that is in use at one time.
+    /// Bytes of the memory that inspectors have asked for and that is in use at one time. Kept values count,
+    /// and so do the texts that the language itself has joined or gathered.
     std::size_t inspectorMemory = std::size_t{1} << 30;
     /// Values that "sorted values", "unique values" or "last values" hold at one time.
     std::size_t gatheredValues = 10'000'000;
@@ -101,7 +108,8 @@ struct CompiledQuery;
 /// What a value is to a program: one of the core's types, or something that only its library understands.
 enum class ValueKind { string, integer, boolean, time, interval, tuple, other };
 
-/// One value. What it tells was settled when it was made: asking it calls no inspector.
+/// One value, during the consumer's call, and a copy of it no longer; Keep gives one that stays. What it
+/// tells was settled when it was made: asking it calls no inspector.
 class EVALUATOR_API Result {
   public:
     ValueKind Kind() const;
@@ -116,12 +124,13 @@ class EVALUATOR_API Result {
     /// Of a tuple: its fields, two or more; else none.
     std::vector<Result> const& Fields() const;
     /// The value, kept beyond the consumer's call and the evaluation. Until it is let go, the libraries that
-    /// made it cannot be unloaded.
+    /// its query uses cannot be unloaded. One that a consumer lets go of ends when the consumer has returned.
     std::shared_ptr<Result const> Keep() const;
 
   private:
     friend class Shown;
     friend class QueryRun;
+    friend class KeptValue;
     Result() = default;
     ValueKind kind = ValueKind::other;
     void* value = nullptr;
@@ -133,7 +142,8 @@ class EVALUATOR_API Result {
 
 /// Receives the values as they are found. Returns whether it wants more. An empty one lets every value
 /// pass. It is called on the thread that called Run, on the evaluation's stack, of which at least 256 KiB are
-/// left.
+/// left; if it exhausts them, the process ends. To compile there takes more, which Limits::stackBytes has by
+/// default.
 using Consumer = std::function<bool(Result const&)>;
 
 /// Ends evaluations from outside. Request may be called from any thread and from a signal handler.
