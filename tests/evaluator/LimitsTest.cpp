@@ -12,7 +12,7 @@ class LimitsHold : public NastyTest {};
 TEST_F(LimitsHold, InspectorMemory) {
     Evaluator::RunOptions options;
     options.limits.inspectorMemory = 100'000;
-    EXPECT_EQ(Ask("exists memory 90000", options), (Outcome{{"true"}, ""}));
+    EXPECT_EQ(Ask("exists memory 100000", options), (Outcome{{"true"}, ""}));
     EXPECT_EQ(Ask("exists memory 100001", options).problems,
               "error: inspectors want more than 100000 bytes of memory at one time\n  exists memory 100001\n"
               "         ^~~~~~\n  hint: ask about fewer or smaller things at once\n");
