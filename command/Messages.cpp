@@ -31,13 +31,6 @@ bool Same(Problem const& a, Problem const& b) {
 
 void Print(std::string const& text) { std::fwrite(text.data(), 1, text.size(), stderr); }
 
-// The text with control characters escaped, as messages show them.
-std::string Printable(std::string_view text) {
-    constexpr std::string_view before = "error: ", after = "\n";
-    std::string message = Evaluator::Render({ProblemKind::library, {}, std::string(text), {}}, {});
-    return message.substr(before.size(), message.size() - before.size() - after.size());
-}
-
 // "FILE:LINE:COLUMN: ", counted from 1, columns in characters; as editors read it.
 std::string PlaceOf(Problem const& problem, Question const& question) {
     if (question.source.empty() || problem.kind == ProblemKind::library) return {};
@@ -48,7 +41,8 @@ std::string PlaceOf(Problem const& problem, Question const& question) {
     before.remove_prefix(before.rfind('\n') + 1);  // npos + 1 is 0
     auto startsCharacter = [](char byte) { return (byte & 0xC0) != 0x80; };
     auto const column = std::count_if(before.begin(), before.end(), startsCharacter) + 1;
-    return Printable(question.source) + ':' + std::to_string(line) + ':' + std::to_string(column) + ": ";
+    return Evaluator::Printable(question.source) + ':' + std::to_string(line) + ':' + std::to_string(column) +
+           ": ";
 }
 
 }  // namespace

@@ -1,15 +1,13 @@
 #pragma once
 
-// Internal. Text as it may be shown on a terminal.
+// Internal. How wide text is on a terminal, once Printable has made it fit to be shown there.
 
-#include <string>
 #include <string_view>
+
+#include "Evaluator/Embedding.h"
 
 namespace Evaluator {
 
-/// The text with control characters, and bytes that are not UTF-8, as \xHH (tab, line end and return as \t \n
-/// \r).
-std::string Printable(std::string_view text);
 /// How many columns a printable text takes: its characters, each counted as one column.
 std::size_t Columns(std::string_view text);
 

@@ -61,9 +61,13 @@ struct Problem {
     std::string hint;  ///< empty: none
 };
 
+/// The text as it may be shown on a terminal: control characters, and bytes that are not UTF-8, as \xHH (tab,
+/// line end and return as \t \n \r).
+EVALUATOR_API std::string Printable(std::string_view text);
+
 enum class Colour { none, ansi };
 /// The problem as a person reads it: the message, the line of the query with a caret under the range, the
-/// hint. Control characters are shown escaped. Ends with a line end.
+/// hint, all of them printable. Ends with a line end.
 EVALUATOR_API std::string Render(Problem const& problem, std::string_view query,
                                  Colour colour = Colour::none);
 
