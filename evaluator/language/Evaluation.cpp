@@ -146,7 +146,7 @@ void Evaluation::GiveTime(InspectorContext* context) {
     if (!evaluation.InsistOnStopping() && evaluation.making) throw EvaluationStopped();
 }
 
-unsigned char Evaluation::MayLookUp() {
+unsigned char Evaluation::MayLookUp(unsigned int) {
     Evaluation* evaluation = present;
     if (!evaluation || !evaluation->ShouldStop()) return true;
     evaluation->InsistOnStopping();

@@ -156,7 +156,7 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     [[noreturn]] void Stop(Range where) const;
     Problem WhyStopped(Range where) const;
     /// What the platform asks before each look-up: false tells it to refuse.
-    static unsigned char MayLookUp();
+    static unsigned char MayLookUp(unsigned int items);
     /// What a long-running inspector calls from time to time. Throws when the evaluation is to stop.
     static void GiveTime(InspectorContext* context);
     /// Whether an inspector that has been told to stop again and again is to be left where it stands, which

@@ -24,9 +24,9 @@ namespace {
 
 std::atomic<PlatformCheckIn> checkIn{nullptr};
 
-bool MayGoOn() {
+bool MayGoOn(UInt32 items) {
     PlatformCheckIn const function = checkIn.load(std::memory_order_relaxed);
-    return function == nullptr || function() != 0;
+    return function == nullptr || function(items) != 0;
 }
 
 int Look(char const* path, int flags, struct statx& status) {
@@ -224,7 +224,7 @@ class Filler {
 }  // namespace
 
 OSErr Inspect(Location const& location, Item& item) {
-    if (!MayGoOn()) return userCanceledErr;
+    if (!MayGoOn(1)) return userCanceledErr;
     SystemPath const path(location.path);
     if (path.Error() != 0) return ErrorOfErrno(path.Error());
     if (int const error = Look(path.Get(), AT_SYMLINK_NOFOLLOW, item.status); error != 0)

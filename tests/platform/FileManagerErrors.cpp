@@ -20,7 +20,7 @@ OSStatus LookUpPath(std::string const& path) {
     return FSPathMakeRef(Bytes(path.c_str()), &found, nullptr);
 }
 
-Boolean SayStop() { return false; }
+Boolean SayStop(UInt32) { return false; }
 
 }  // namespace
 

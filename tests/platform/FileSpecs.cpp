@@ -152,7 +152,7 @@ TEST(FileSpecs, AreNotMadeWhenTheFolderCannotBeLookedAt) {
     FSRef const reference = ReferenceTo(folder.Write("file"));
     static int looks;
     looks = 0;
-    PlatformSetCheckIn([]() -> Boolean { return ++looks == 1; });
+    PlatformSetCheckIn([](UInt32) -> Boolean { return ++looks == 1; });
     FSSpec spec;
     OSErr const error = FSGetCatalogInfo(&reference, 0, nullptr, nullptr, &spec, nullptr);
     PlatformSetCheckIn(nullptr);

@@ -19,9 +19,10 @@ PLATFORM_API OSErr PlatformGetItem(CFURLRef url, FSCatalogInfoBitmap whichInfo, 
 /// location cannot be resolved; `error` (optional) then tells why.
 PLATFORM_API CFURLRef PlatformCreateResolvedURL(CFURLRef url, OSErr* error);
 
-/// Asked before every look-up of an item; false makes the look-up answer userCanceledErr. It is called on
-/// whatever thread looks up and must not call the platform.
-typedef Boolean (*PlatformCheckIn)(void);
+/// Asked before items are looked at, with their number: 1 by a look-up, more by a listing, 0 where a call
+/// merely waits. False makes the call answer userCanceledErr. It is called on whatever thread looks up and
+/// must not call the platform.
+typedef Boolean (*PlatformCheckIn)(UInt32 items);
 
 /// Installs the function that look-ups ask; null installs none. Returns the one that was installed before.
 PLATFORM_API PlatformCheckIn PlatformSetCheckIn(PlatformCheckIn function);

@@ -10,7 +10,7 @@ namespace {
 
 int lookUps = 0;
 
-Boolean Count() {
+Boolean Count(UInt32) {
     ++lookUps;
     return true;
 }
