@@ -55,6 +55,8 @@ struct AppleDoubleFacts {
     bool locked = false;
 };
 
+/// Whether the bytes begin as those of an image do.
+bool HasAppleDoubleMagic(ByteSource const& image);
 /// Reads an image. Empty when it is none: another magic or version, more than 20 entries, or an end in the
 /// middle of them. An entry that does not lie within the image, or is shorter than its kind, is ignored.
 std::optional<AppleDoubleFacts> DecodeAppleDouble(ByteSource const& image);

@@ -253,6 +253,11 @@ OSErr InspectListed(Place place, LinkRule rule, Item& item) {
     return InspectAt(place, rule, AT_NO_AUTOMOUNT, item);
 }
 
+bool IsCatalogInfo(FSCatalogInfoBitmap whichInfo) {
+    constexpr FSCatalogInfoBitmap known = kFSCatInfoGettableInfo | kFSCatInfoUserAccess;
+    return (whichInfo & ~known) == 0;
+}
+
 OSErr FillCatalogInfo(FoundItem const& found, FSCatalogInfoBitmap whichInfo, FSCatalogInfo& info) {
     SystemPath const path(found.location.path);
     Listing nothingKnown;
@@ -261,9 +266,8 @@ OSErr FillCatalogInfo(FoundItem const& found, FSCatalogInfoBitmap whichInfo, FSC
 
 OSErr FillCatalogInfo(FoundItem const& found, Place place, FSCatalogInfoBitmap whichInfo, Listing& listing,
                       FSCatalogInfo& info) {
-    constexpr FSCatalogInfoBitmap known = kFSCatInfoGettableInfo | kFSCatInfoUserAccess;
     info = FSCatalogInfo{};
-    if ((whichInfo & ~known) != 0) return errFSBadInfoBitmap;
+    if (!IsCatalogInfo(whichInfo)) return errFSBadInfoBitmap;
     Filler(found, place, whichInfo, listing, info).Fill();
     return noErr;
 }

@@ -47,6 +47,8 @@ struct Listing {
     FSVolumeRefNum volume = 0;
 };
 
+/// Whether all bits of a mask name catalog information.
+bool IsCatalogInfo(FSCatalogInfoBitmap whichInfo);
 /// Fills the fields of `whichInfo` of an item that was looked at; the others become zero. A field of which
 /// nothing can be learned any more, because the item has just gone, is zero too. errFSBadInfoBitmap for bits
 /// without meaning.

@@ -29,6 +29,8 @@ class FolderEntries {
     int Read(int folder, bool reopened);
     /// Takes the next entry at hand. Lent until the next Read; false when there is none.
     bool Take(FolderEntry& entry);
+    /// Whether no entry is at hand.
+    bool IsEmpty() const { return taken == bytes.size(); }
     /// Whether all entries have been read, if not taken.
     bool IsAtEnd() const { return atEnd; }
 

@@ -213,6 +213,8 @@ class Collector {
 
 }  // namespace
 
+bool IsAppleDouble(Place place) { return HasAppleDoubleMagic(FileSource(place)); }
+
 MacMetadata ReadMacMetadata(Place place, bool isFolder, MetadataStores stores) {
     return Collector(place, isFolder, stores).Collect();
 }

@@ -47,4 +47,7 @@ struct MetadataStores {
 /// absent.
 MacMetadata ReadMacMetadata(Place place, bool isFolder, MetadataStores stores);
 
+/// Whether the file at a place begins as AppleDouble files do.
+bool IsAppleDouble(Place place);
+
 }  // namespace Platform
