@@ -81,10 +81,9 @@ void FileLoop::ReadItems() {
     buffer.reserve(count);
     taken = 0;
     for (ItemCount i = 0; i < count; ++i) {
-        FileItem& item = buffer.emplace_back();
-        item.url = MakeURL(references[i]);
         bool const isKnown = catalogs[i].nodeID != 0;  // else the look-up to come says why not
-        if (isKnown) item.info = MacFileInfo(references[i], catalogs[i]);
+        buffer.emplace_back(FileLocation(MakeURL(references[i])),
+                            isKnown ? MacFileInfo(references[i], catalogs[i]) : MacFileInfo());
     }
 }
 

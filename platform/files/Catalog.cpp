@@ -86,11 +86,11 @@ class Filler {
         if (item.isLink) {
             std::string target;
             if (PathWithoutLinks(path.Text(), target) != 0) return;
-            metadata = ReadMacMetadata({AT_FDCWD, target.c_str()}, item.IsFolder(), {});
+            ReadMacMetadata({AT_FDCWD, target.c_str()}, item.IsFolder(), {}, metadata);
             return;
         }
         bool const attributes = listing.withoutAttributes != item.Device();
-        metadata = ReadMacMetadata(place, item.IsFolder(), {attributes, listing.companions});
+        ReadMacMetadata(place, item.IsFolder(), {attributes, listing.companions}, metadata);
         if (!metadata.hasAttributes) listing.withoutAttributes = item.Device();
     }
 

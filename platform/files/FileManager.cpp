@@ -148,10 +148,10 @@ Boolean CFURLGetFSRef(CFURLRef url, FSRef* reference) {
 
 CFURLRef CFURLCreateFromFSRef(CFAllocatorRef, FSRef const* reference) {
     return Guarded<CFURLRef>(nullptr, [&]() -> CFURLRef {
-        auto const remembered = ReferenceTable::Shared().Find(*reference);
+        auto remembered = ReferenceTable::Shared().Find(*reference);
         if (!remembered) return nullptr;
-        Location const& location = remembered->location;
-        return NewURL(location.path, remembered->isFolder, nullptr, location.rule);
+        Location& location = remembered->location;
+        return NewURL(std::move(location.path), remembered->isFolder, nullptr, location.rule);
     });
 }
 

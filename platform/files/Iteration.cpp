@@ -27,8 +27,11 @@ OSErr Describe(FoundItem const& found, Place place, Listing& listing, Batch cons
     bool const isKnown = found.item.status.stx_ino != 0;
     if (batch.infos != nullptr) {
         FSCatalogInfo& info = batch.infos[index];
-        info = FSCatalogInfo{};
-        if (isKnown) FillCatalogInfo(found, place, batch.whichInfo, listing, info);
+        if (isKnown) {
+            FillCatalogInfo(found, place, batch.whichInfo, listing, info);
+        } else {
+            info = FSCatalogInfo{};
+        }
     }
     if (batch.references != nullptr) batch.references[index] = MakeReference(found);
     if (batch.names != nullptr) batch.names[index] = CarbonName(found.location.path.Name());

@@ -78,26 +78,23 @@ constexpr Store kStores[] = {
 // One pass over the stores for one item.
 class Collector {
   public:
-    Collector(Place item, bool folder, MetadataStores wanted)
-        : place(item),
+    // `listed` are the item's attributes; null where they are not to be asked.
+    Collector(Place item, bool folder, bool companions, ExtendedAttributes const* listed, MacMetadata& result)
+        : facts(result),
+          place(item),
+          attributes(listed),
           name(LastComponent(item.path)),
           isFolder(folder),
-          besides(wanted.companions && !name.starts_with(kDoublePrefix) && name != "/") {
-        if (wanted.attributes) attributes.emplace(place);
-    }
+          besides(companions && !name.starts_with(kDoublePrefix) && name != "/") {}
 
-    MacMetadata Collect() {
-        facts.hasAttributes = attributes && attributes->AreSupported();
-        bool const hasAny = attributes && !attributes->IsEmpty();
-        if (!hasAny && !besides && !isFolder) return std::move(facts);
+    void Collect() {
         for (Store const& store : kStores) Ask(store);
-        return std::move(facts);
     }
 
   private:
     void Ask(Store const& store) {
         bool const companion = store.kind == Kind::Companion || store.kind == Kind::CompanionFork;
-        if (companion ? !MayHave(store.name) : !attributes || !attributes->Has(store.name)) return;
+        if (companion ? !MayHave(store.name) : attributes == nullptr || !attributes->Has(store.name)) return;
         switch (store.kind) {
             case Kind::FinderInfo:
                 TakeFinderInfo(attributes->Value(store.name, 256));
@@ -201,22 +198,27 @@ class Collector {
         facts.locked |= found->locked;
     }
 
+    MacMetadata& facts;
     Place const place;
+    ExtendedAttributes const* const attributes;
     std::string_view const name;
     bool const isFolder;
     bool const besides;  // companions may lie beside the item
-    std::optional<ExtendedAttributes> attributes;
     std::optional<CompanionFacts> doubleFile;
     std::optional<CompanionFacts> folderFile;
-    MacMetadata facts;
 };
 
 }  // namespace
 
 bool IsAppleDouble(Place place) { return HasAppleDoubleMagic(FileSource(place)); }
 
-MacMetadata ReadMacMetadata(Place place, bool isFolder, MetadataStores stores) {
-    return Collector(place, isFolder, stores).Collect();
+void ReadMacMetadata(Place place, bool isFolder, MetadataStores stores, MacMetadata& facts) {
+    std::optional<ExtendedAttributes> attributes;
+    if (stores.attributes) attributes.emplace(place);
+    bool const mayHaveAny = (attributes && !attributes->IsEmpty()) || stores.companions || isFolder;
+    if (mayHaveAny)
+        Collector(place, isFolder, stores.companions, attributes ? &*attributes : nullptr, facts).Collect();
+    facts.hasAttributes = attributes && attributes->AreSupported();
 }
 
 }  // namespace Platform

@@ -43,10 +43,9 @@ struct MetadataStores {
         true;  // not where a listing of the folder has shown that there are none beside the item
 };
 
-/// Reads the metadata of the item at a place, which is no symbolic link. What cannot be read counts as
-/// absent.
-MacMetadata ReadMacMetadata(Place place, bool isFolder, MetadataStores stores);
-
+/// Reads the metadata of the item at a place, which is no symbolic link, into `facts`, which are empty
+/// before. What cannot be read counts as absent.
+void ReadMacMetadata(Place place, bool isFolder, MetadataStores stores, MacMetadata& facts);
 /// Whether the file at a place begins as AppleDouble files do.
 bool IsAppleDouble(Place place);
 

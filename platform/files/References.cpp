@@ -40,7 +40,7 @@ std::uint64_t SealOf(Identity const& identity) {
 Identity IdentityOf(Item const& item) { return {0, item.Device(), item.status.stx_ino}; }
 
 ReferenceTable& ReferenceTable::Shared() {
-    static ReferenceTable& table = *new ReferenceTable(8192);
+    static ReferenceTable& table = *new ReferenceTable(1024);
     return table;
 }
 

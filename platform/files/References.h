@@ -39,7 +39,7 @@ struct RememberedLocation {
 class ReferenceTable {
   public:
     explicit ReferenceTable(std::size_t capacity) : places(capacity) {}
-    /// The table of the process, with 8192 places.
+    /// The table of the process, with 1024 places.
     static ReferenceTable& Shared();
 
     /// A new reference to an item that was looked at.

@@ -1,21 +1,20 @@
 #include "foundation/Path.h"
 
-#include <atomic>
-#include <cstdint>
 #include <cstring>
 #include <new>
 
+#include "foundation/Count.h"
 #include "foundation/PathStyles.h"
 
 namespace Platform {
 
 // The name, or the text of a path by itself, stands directly behind the node.
 struct Path::Node {
-    std::atomic<std::uint32_t> count{1};
-    bool plain;
+    OwnerCount count;
     Node* folder;  // null for a path by itself; owned
     std::size_t nameLength;
     std::size_t length;  // of the whole path
+    bool plain;
 
     char* NameBytes() { return reinterpret_cast<char*>(this + 1); }
     std::string_view Name() { return {NameBytes(), nameLength}; }
@@ -53,12 +52,12 @@ Path::Node* Path::NewNode(Node* folder, std::string_view name) {
 }
 
 void Path::Retain(Node* node) noexcept {
-    if (node != nullptr) node->count.fetch_add(1, std::memory_order_relaxed);
+    if (node != nullptr) node->count.Increase();
 }
 
 // Not recursive, since a path may have any number of names.
 void Path::Release(Node* node) noexcept {
-    while (node != nullptr && node->count.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    while (node != nullptr && node->count.Decrease()) {
         Node* const folder = node->folder;
         node->~Node();
         ::operator delete(node);

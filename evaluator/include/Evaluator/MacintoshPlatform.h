@@ -118,7 +118,8 @@ class EVALUATOR_API FileItem : public FileLocation {
     FileItem() = default;
     /// Looks the item up; `info.valid` is zero when there is none.
     explicit FileItem(FileLocation const& location) : FileLocation(location), info(location) {}
-    FileItem(FileLocation const& location, MacFileInfo const& known) : FileLocation(location), info(known) {}
+    FileItem(FileLocation location, MacFileInfo const& known)
+        : FileLocation(std::move(location)), info(known) {}
 
     /// The information. Throws FailedToGetFileItem where there is none.
     MacFileInfo const& Info() const {

@@ -3,7 +3,7 @@
 // The File Manager: references to files and folders, and what the catalog says of them.
 //
 // A reference (FSRef) stands for a location and the item found there. The layer remembers the locations of
-// the 8192 references made last; one that is older is stale and answers errFSBadFSRef, and so does one that
+// the 1024 references made last; one that is older is stale and answers errFSBadFSRef, and so does one that
 // was never made. Two references compare for as long as anyone keeps them. An item that has gone from its
 // location, or that another has replaced there, is not found (fnfErr).
 //
