@@ -1,5 +1,6 @@
 # The file system inspectors, relative to inspectors/.
 set(INSPECTORS_FILESYSTEM_SOURCES
+  filesystem/Attributes.cpp
   filesystem/File.cpp
   filesystem/FileCodes.cpp
   filesystem/FileSystemObject.cpp

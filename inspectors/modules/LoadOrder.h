@@ -6,6 +6,7 @@
 
 #include <cstddef>
 
+#include "modules/FileAttributesModule.h"
 #include "modules/FileSignaturesModule.h"
 #include "modules/FileSystemObjectsModule.h"
 #include "modules/FileTypesModule.h"
@@ -45,7 +46,7 @@ using LoadOrder = ModuleList<  //
     TimeAndDateModule,         // 11
     Vacant<12>,                // applications
     Vacant<13>,                // enableable files
-    Vacant<14>,                // file attributes and forks
+    FileAttributesModule,      // 14
     Vacant<15>,                // volume iteration
     Vacant<16>,                // volumes
     Vacant<17>,                // gestalt and hardware
