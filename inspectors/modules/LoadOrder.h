@@ -13,6 +13,8 @@
 #include "modules/FilesModule.h"
 #include "modules/FoldersModule.h"
 #include "modules/TimeAndDateModule.h"
+#include "modules/VolumeIterationModule.h"
+#include "modules/VolumesModule.h"
 
 namespace Inspectors {
 
@@ -47,8 +49,8 @@ using LoadOrder = ModuleList<  //
     Vacant<12>,                // applications
     Vacant<13>,                // enableable files
     FileAttributesModule,      // 14
-    Vacant<15>,                // volume iteration
-    Vacant<16>,                // volumes
+    VolumeIterationModule,     // 15
+    VolumesModule,             // 16
     Vacant<17>,                // gestalt and hardware
     Vacant<18>,                // internet configuration
     Vacant<19>,                // internet configuration

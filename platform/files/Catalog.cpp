@@ -1,17 +1,16 @@
 #include "files/Catalog.h"
 
 #include <Carbon/MacErrors.h>
-#include <Platform/Items.h>
 #include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <memory>
 
+#include "files/CheckIn.h"
 #include "files/Dates.h"
 #include "files/Errors.h"
 #include "files/Locations.h"
@@ -21,13 +20,6 @@
 namespace Platform {
 
 namespace {
-
-std::atomic<PlatformCheckIn> checkIn{nullptr};
-
-bool MayGoOn(UInt32 items) {
-    PlatformCheckIn const function = checkIn.load(std::memory_order_relaxed);
-    return function == nullptr || function(items) != 0;
-}
 
 int Look(char const* path, int flags, struct statx& status) {
     constexpr unsigned wanted = STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID;
@@ -259,5 +251,3 @@ FSVolumeRefNum VolumeOf(Item const& item) {
 }
 
 }  // namespace Platform
-
-PlatformCheckIn PlatformSetCheckIn(PlatformCheckIn function) { return Platform::checkIn.exchange(function); }
