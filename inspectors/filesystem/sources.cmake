@@ -3,6 +3,7 @@ set(INSPECTORS_FILESYSTEM_SOURCES
   filesystem/Ancestors.cpp
   filesystem/Descendants.cpp
   filesystem/Enumeration.cpp
+  filesystem/Attributes.cpp
   filesystem/File.cpp
   filesystem/FileCodes.cpp
   filesystem/FileSystemObject.cpp

@@ -8,12 +8,15 @@
 
 #include "modules/AncestorsModule.h"
 #include "modules/DescendantsModule.h"
+#include "modules/FileAttributesModule.h"
 #include "modules/FileSignaturesModule.h"
 #include "modules/FileSystemObjectsModule.h"
 #include "modules/FileTypesModule.h"
 #include "modules/FilesModule.h"
 #include "modules/FoldersModule.h"
 #include "modules/TimeAndDateModule.h"
+#include "modules/VolumeIterationModule.h"
+#include "modules/VolumesModule.h"
 
 namespace Inspectors {
 
@@ -47,9 +50,9 @@ using LoadOrder = ModuleList<  //
     TimeAndDateModule,         // 11
     Vacant<12>,                // applications
     Vacant<13>,                // enableable files
-    Vacant<14>,                // file attributes and forks
-    Vacant<15>,                // volume iteration
-    Vacant<16>,                // volumes
+    FileAttributesModule,      // 14
+    VolumeIterationModule,     // 15
+    VolumesModule,             // 16
     Vacant<17>,                // gestalt and hardware
     Vacant<18>,                // internet configuration
     Vacant<19>,                // internet configuration

@@ -3,6 +3,7 @@
 set(INSPECTORS_SYSTEM_SOURCES
   system/TimeAndDate.cpp
   system/TimeAndDateRelations.cpp
+  system/Volumes.cpp
 )
 # These relations must really recurse, at every level of optimisation; the file says why.
 set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/TimeAndDateRelations.cpp PROPERTIES

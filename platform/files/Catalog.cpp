@@ -1,16 +1,15 @@
 #include "files/Catalog.h"
 
 #include <Carbon/MacErrors.h>
-#include <Platform/Items.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <memory>
 
+#include "files/CheckIn.h"
 #include "files/Dates.h"
 #include "files/Errors.h"
 #include "files/FolderEntries.h"
@@ -20,8 +19,6 @@
 namespace Platform {
 
 namespace {
-
-std::atomic<PlatformCheckIn> checkIn{nullptr};
 
 int Look(Place place, int flags, struct statx& status) {
     constexpr unsigned wanted = STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID;
@@ -238,11 +235,6 @@ class Filler {
 
 }  // namespace
 
-bool MayGoOn(UInt32 items) {
-    PlatformCheckIn const function = checkIn.load(std::memory_order_relaxed);
-    return function == nullptr || function(items) != 0;
-}
-
 OSErr Inspect(Location const& location, Item& item) {
     if (!MayGoOn(1)) return userCanceledErr;
     SystemPath const path(location.path);
@@ -287,5 +279,3 @@ FSVolumeRefNum VolumeOf(Item const& item) {
 }
 
 }  // namespace Platform
-
-PlatformCheckIn PlatformSetCheckIn(PlatformCheckIn function) { return Platform::checkIn.exchange(function); }

@@ -30,9 +30,6 @@ struct FoundItem {
     Item item;
 };
 
-/// Asks the check-in function whether so many items may be looked at.
-bool MayGoOn(UInt32 items);
-
 /// Looks at the item at a location; a result code.
 OSErr Inspect(Location const& location, Item& item);
 /// The same at a place in a folder that is being listed: the check-in function is not asked, and nothing is

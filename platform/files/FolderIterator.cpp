@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "files/CheckIn.h"
 #include "files/Errors.h"
 #include "files/MacMetadata.h"
 

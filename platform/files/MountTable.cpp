@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <tuple>
 #include <utility>
@@ -31,14 +32,15 @@ constexpr std::size_t kMostVolumes =
 std::string Text(char const* text) { return text != nullptr ? text : ""; }
 
 // A file system whose server may not answer: nothing is asked of it that was not asked for. FUSE counts, as
-// its servers are programs.
+// its servers are programs, and so does autofs: a look at one would mount what it stands for.
 bool MayHang(libmnt_fs* entry) {
     std::string const type = Text(mnt_fs_get_fstype(entry));
-    return mnt_fs_is_netfs(entry) != 0 || type.starts_with("fuse");
+    return mnt_fs_is_netfs(entry) != 0 || type.starts_with("fuse") || type == "autofs";
 }
 
 // Asks the mounted file system itself.
 void Inspect(Mount& mount) {
+    mount.hasBytes = false;
     struct statx status;
     struct statvfs space;
     unsigned const wanted = STATX_BASIC_STATS | STATX_MNT_ID;
@@ -48,21 +50,19 @@ void Inspect(Mount& mount) {
     mount.device = makedev(status.stx_dev_major, status.stx_dev_minor);
     mount.root.clear();
     mount.hasBytes = space.f_blocks != 0;
+    mount.fsid = space.f_fsid;
 }
 
 Mount ReadMount(libmnt_fs* entry) {
     Mount mount;
     mount.id = static_cast<std::uint64_t>(mnt_fs_get_id(entry));
+    mount.parent = static_cast<std::uint64_t>(mnt_fs_get_parent_id(entry));
     mount.target = Text(mnt_fs_get_target(entry));
     mount.source = Text(mnt_fs_get_srcpath(entry));
     mount.device = mnt_fs_get_devno(entry);
     mount.root = Text(mnt_fs_get_root(entry));
-    std::string const type = Text(mnt_fs_get_fstype(entry));
-    if (MayHang(entry)) {
-        mount.hasBytes = mnt_fs_is_pseudofs(entry) == 0 && type != "fuse.portal";
-    } else if (type != "autofs") {  // a look at one would mount what it stands for
-        Inspect(mount);
-    }
+    mount.mayHang = MayHang(entry);
+    mount.hasBytes = mnt_fs_is_pseudofs(entry) == 0 && Text(mnt_fs_get_fstype(entry)) != "fuse.portal";
     return mount;
 }
 
@@ -75,6 +75,10 @@ std::vector<Mount> ReadMounts() {
     if (!table || !iterator) return mounts;
     libmnt_fs* entry = nullptr;
     while (mnt_table_next_fs(table.get(), iterator.get(), &entry) == 0) mounts.push_back(ReadMount(entry));
+    MarkSlowMounts(mounts);
+    for (Mount& mount : mounts) {
+        if (!mount.mayHang) Inspect(mount);
+    }
     return mounts;
 }
 
@@ -98,6 +102,7 @@ class KernelMounts final : public MountSource {
         pollfd request{watched, POLLPRI, 0};
         return poll(&request, 1, 0) > 0 && (request.revents & (POLLPRI | POLLERR)) != 0;
     }
+    std::string ReadName(Volume const& volume) override { return ReadNameOfVolume(volume); }
 
   private:
     int watched = -1;  // the kernel's table, open to be told of changes
@@ -182,6 +187,22 @@ std::vector<std::optional<std::size_t>> ListedMounts(std::vector<Mount> const& m
     return listed;
 }
 
+void MarkSlowMounts(std::vector<Mount>& mounts) {
+    std::vector<std::string> slow;
+    for (Mount const& mount : mounts) {
+        if (mount.mayHang && mount.target != "/") slow.push_back(mount.target);
+    }
+    for (Mount& mount : mounts) {
+        mount.mayHang |= std::any_of(slow.begin(), slow.end(), [&](std::string const& target) {
+            return mount.target != target && LiesBelow(mount.target, target);
+        });
+        if (!mount.mayHang) continue;
+        mount.hidden = std::any_of(mounts.begin(), mounts.end(), [&](Mount const& other) {
+            return other.parent == mount.id && other.target == mount.target;
+        });
+    }
+}
+
 std::vector<std::size_t> VolumeOrder(std::vector<Mount> const& mounts,
                                      std::vector<std::optional<std::size_t>> const& listed) {
     std::vector<std::size_t> order;
@@ -213,7 +234,8 @@ bool MountTable::WasJustChecked() const {
 // The number of a volume: the one that it had before, else the next that is free.
 SInt16 MountTable::NumberFor(Volume const& volume, std::vector<Volume> const& before) {
     auto const known = std::find_if(before.begin(), before.end(), [&](Volume const& old) {
-        return std::tie(old.mountPoint, old.source) == std::tie(volume.mountPoint, volume.source);
+        return std::tie(old.mountPoint, old.source, old.fsid) ==
+               std::tie(volume.mountPoint, volume.source, volume.fsid);
     });
     if (known != before.end() && IsFree(known->number, volumes)) return known->number;
     do {
@@ -229,13 +251,20 @@ void MountTable::Refresh() {
     std::map<std::size_t, SInt16> numbers;
     for (std::size_t const index : VolumeOrder(mounts, listed)) {
         if (volumes.size() == kMostVolumes) break;
-        Volume volume{0, mounts[index].target, mounts[index].source};
+        Mount const& mount = mounts[index];
+        Volume volume{0, mount.target, mount.source, mount.id, mount.fsid, mount.mayHang};
         volume.number = numbers[index] = NumberFor(volume, before);
         volumes.push_back(std::move(volume));
     }
     numbersOfMounts.clear();
     for (std::size_t i = 0; i < mounts.size(); ++i)
         numbersOfMounts[mounts[i].id] = listed[i] ? numbers[*listed[i]] : 0;
+    std::erase_if(names, [&](auto const& name) { return IsFree(name.first, volumes); });
+    visible.clear();
+    auto const mayHang = [](Mount const& mount) { return mount.mayHang; };
+    if (std::none_of(mounts.begin(), mounts.end(), mayHang)) return;
+    std::copy_if(mounts.begin(), mounts.end(), std::back_inserter(visible),
+                 [](Mount const& mount) { return !mount.hidden; });
 }
 
 SInt16 MountTable::NumberOf(std::uint64_t mountId) {
@@ -251,15 +280,47 @@ std::vector<Volume> MountTable::Volumes() {
     return volumes;
 }
 
-std::string NameOfVolume(Volume const& volume) {
+// Read without the lock: it may take a device's time, and is no harm to do twice.
+std::string MountTable::NameOf(Volume const& volume) {
+    {
+        std::lock_guard const lock(mutex);
+        if (auto const known = names.find(volume.number); known != names.end()) return known->second;
+    }
+    std::string const name = source->ReadName(volume);
+    std::lock_guard const lock(mutex);
+    if (!IsFree(volume.number, volumes)) names[volume.number] = name;
+    return name;
+}
+
+void MountTable::Drop(Volume const& volume) {
+    std::lock_guard const lock(mutex);
+    std::erase_if(volumes, [&](Volume const& listed) {
+        return listed.number == volume.number && listed.mount == volume.mount;
+    });
+}
+
+std::optional<SlowMount> MountTable::SlowMountOf(std::string_view path) {
+    std::lock_guard const lock(mutex);
+    if (!WasJustChecked()) RefreshIfChanged();
+    Mount const* best = nullptr;
+    for (Mount const& mount : visible) {
+        if (!LiesBelow(path, mount.target)) continue;
+        if (best == nullptr || mount.target.size() >= best->target.size()) best = &mount;
+    }
+    if (best == nullptr || !best->mayHang) return std::nullopt;
+    return SlowMount{best->id, best->target};
+}
+
+std::string ReadNameOfVolume(Volume const& volume) {
     std::string label = LabelOf(volume.source);
     if (!label.empty()) return label;
     return volume.mountPoint == "/" ? "root" : std::string(LastComponent(volume.mountPoint));
 }
 
 std::optional<std::string> MountPointOfVolume(std::string_view name) {
-    for (Volume const& volume : MountTable::Shared().Volumes()) {
-        if (NameOfVolume(volume) == name) return volume.mountPoint;
+    MountTable& table = MountTable::Shared();
+    for (Volume const& volume : table.Volumes()) {
+        if (table.NameOf(volume) == name) return volume.mountPoint;
     }
     return std::nullopt;
 }
@@ -272,7 +333,8 @@ std::optional<PlaceOnVolume> VolumeOfPath(std::string_view path) {
         if (best == nullptr || volume.mountPoint.size() > best->mountPoint.size()) best = &volume;
     }
     if (best == nullptr) return std::nullopt;
-    return PlaceOnVolume{NameOfVolume(*best), std::string(path.substr(best->mountPoint.size()))};
+    return PlaceOnVolume{MountTable::Shared().NameOf(*best),
+                         std::string(path.substr(best->mountPoint.size()))};
 }
 
 }  // namespace Platform

@@ -5,6 +5,8 @@
 // Listed are the file systems that have bytes, each once: the root first, the others in the order in which
 // they were mounted. The numbers go from -100 down and stay while the file system is mounted. The table is
 // read when it is first needed and when the kernel says that it has changed.
+//
+// Reading it asks nothing of file systems whose servers may not answer, nor anything that lies below them.
 
 #include <CoreFoundation/CFBase.h>
 
@@ -25,16 +27,23 @@ namespace Platform {
 /// One line of the kernel's table, and what the system says of it.
 struct Mount {
     std::uint64_t id = 0;
-    std::string target;  // where it is mounted
-    std::string source;  // what is mounted: a device, a server's path, or a mere word
-    dev_t device = 0;    // as stat(2) says of files on it
-    std::string root;    // the part of the file system that is mounted; empty where `device` tells all
+    std::uint64_t parent = 0;  // the id of the mount that it is mounted on
+    std::string target;        // where it is mounted
+    std::string source;        // what is mounted: a device, a server's path, or a mere word
+    dev_t device = 0;          // as stat(2) says of files on it
+    std::string root;          // the part of the file system that is mounted; empty where `device` tells all
     bool hasBytes = false;
-    bool hidden = false;  // another is mounted over it
+    bool hidden = false;     // another is mounted over it
+    bool mayHang = false;    // its server may not answer; what was not asked of it is left at its default
+    std::uint64_t fsid = 0;  // what statvfs(3) tells file systems apart by; 0 where it does not
 };
 
 /// For each mount the index of the one that is listed for its file system; empty when none is.
 std::vector<std::optional<std::size_t>> ListedMounts(std::vector<Mount> const& mounts);
+
+/// Marks the mounts below one that may hang: the way there leads through it. The root counts for itself only.
+/// Of all those it tells which are hidden, as far as the table says.
+void MarkSlowMounts(std::vector<Mount>& mounts);
 
 /// The indexes of the listed mounts in the order of the volumes: the root first.
 std::vector<std::size_t> VolumeOrder(std::vector<Mount> const& mounts,
@@ -45,6 +54,15 @@ struct Volume {
     SInt16 number = 0;
     std::string mountPoint;
     std::string source;
+    std::uint64_t mount = 0;  // the id of the mount
+    std::uint64_t fsid = 0;   // as that of a Mount
+    bool mayHang = false;
+};
+
+/// A mount whose server may not answer. The id tells it from another that takes its place.
+struct SlowMount {
+    std::uint64_t id = 0;
+    std::string mountPoint;
 };
 
 /// Where a table of mounts comes from.
@@ -55,6 +73,8 @@ class MountSource {
     virtual std::vector<Mount> Read() = 0;
     /// Whether they have changed since the last Read, or since it was asked last.
     virtual bool HasChanged() = 0;
+    /// The name of a volume as its device, or else its mount point, has it.
+    virtual std::string ReadName(Volume const& volume) = 0;
 };
 
 /// The volumes of a source and their numbers. Safe from any thread.
@@ -69,6 +89,14 @@ class MountTable {
     SInt16 NumberOf(std::uint64_t mountId);
     /// The volumes now, in their order.
     std::vector<Volume> Volumes();
+    /// The name of one of them. It is read once and kept for as long as the volume is listed.
+    std::string NameOf(Volume const& volume);
+    /// Takes a volume that was found not to be at its mount point any more off the list, until the mounts
+    /// change.
+    void Drop(Volume const& volume);
+    /// The mount whose server may not answer and on which a path lies, by its text; empty when it lies on
+    /// none. Cheap where there is no such mount at all. It may tell of the mounts as they were 10 ms ago.
+    std::optional<SlowMount> SlowMountOf(std::string_view path);
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -83,11 +111,13 @@ class MountTable {
     std::optional<Clock::time_point> lastCheck;  // when the source was asked for changes; empty before Read
     std::vector<Volume> volumes;
     std::map<std::uint64_t, SInt16> numbersOfMounts;
+    std::map<SInt16, std::string> names;  // of volumes that were asked for theirs
+    std::vector<Mount> visible;           // mounts that are not hidden; none where none may hang
     SInt16 lastNumber = -99;
 };
 
-/// The name of a volume: its label; else the last component of its mount point; else "root".
-std::string NameOfVolume(Volume const& volume);
+/// The name of a volume, read anew: its label; else the last component of its mount point; else "root".
+std::string ReadNameOfVolume(Volume const& volume);
 /// The mount point of the first volume with a name; empty when there is none.
 std::optional<std::string> MountPointOfVolume(std::string_view name);
 

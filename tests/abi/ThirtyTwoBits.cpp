@@ -6,9 +6,11 @@
 #include "Evaluator/Context.h"
 #include "Evaluator/Fingerprint.h"
 #include "Evaluator/Values.h"
+#include "filesystem/Attributes.h"
 #include "frame/Adapters.h"
 #include "frame/SharingPtr.h"
 #include "system/TimeAndDate.h"
+#include "system/Volumes.h"
 
 static_assert(sizeof(void*) == 4 && sizeof(unsigned long) == 4);
 
@@ -26,6 +28,9 @@ static_assert(offsetof(thetime, hour) == 0 && offsetof(thetime, minute) == 1 &&
               offsetof(thetime, second) == 2);
 static_assert(offsetof(DateRecord, day) == 0 && offsetof(DateRecord, month) == 4 &&
               offsetof(DateRecord, year) == 8);
+
+static_assert(sizeof(datafork) == 4 && sizeof(resfork) == 4);
+static_assert(sizeof(VolumeIterator) == 2);
 
 // A platform failure: the class's virtual functions and the 32-bit code.
 static_assert(sizeof(OSError) == 8 && sizeof(MemoryFullError) == 8);

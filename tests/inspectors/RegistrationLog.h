@@ -1,5 +1,8 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -37,3 +40,18 @@ Registration RegisteredAs(std::string const& row);
 /// The rows of what was withdrawn since the last ForgetWithdrawn(), in order.
 std::vector<std::string> const& Withdrawn();
 void ForgetWithdrawn();
+
+using Rows = std::vector<std::string>;
+
+/// Constructs a module, which must register these rows in this order and withdraw them in the opposite one.
+template <class Module>
+void ExpectRows(Rows rows) {
+    ForgetWithdrawn();
+    {
+        Module const module;
+        EXPECT_EQ(rows, RegisteredRows());
+    }
+    EXPECT_TRUE(Registered().empty());
+    std::reverse(rows.begin(), rows.end());
+    EXPECT_EQ(rows, Withdrawn());
+}

@@ -18,6 +18,7 @@ struct Machine {
     bool changed = false;
     int readings = 0;
     int checks = 0;
+    int names = 0;
 
     void Mounts(std::uint64_t id, std::string target) {
         Mount mount;
@@ -46,6 +47,10 @@ class MachineSource final : public Platform::MountSource {
     bool HasChanged() override {
         ++machine.checks;
         return machine.changed;
+    }
+    std::string ReadName(Volume const& volume) override {
+        ++machine.names;
+        return "name of " + volume.mountPoint;
     }
 
   private:
@@ -94,6 +99,64 @@ TEST_F(MountChanges, MountWithTheIdOfAnOlderOneIsAnotherVolume) {
     machine.Mounts(2, "/b");
     WaitUntilTheTableChecksAgain();
     EXPECT_EQ(-102, table.NumberOf(2));
+}
+
+TEST_F(MountChanges, OtherFileSystemMountedInTheSamePlaceIsAnotherVolume) {
+    machine.Mounts(2, "/a");
+    machine.mounts.back().fsid = 1;
+    EXPECT_EQ("/ -100\n/a -101\n", MountPoints());
+    machine.UnmountsTheLast();
+    machine.Mounts(2, "/a");
+    machine.mounts.back().fsid = 2;
+    EXPECT_EQ("/ -100\n/a -102\n", MountPoints());
+}
+
+TEST_F(MountChanges, DroppedVolumeIsNotListedUntilTheMountsChange) {
+    machine.Mounts(2, "/a");
+    Volume const gone = table.Volumes().back();
+    table.Drop(gone);
+    EXPECT_EQ("/ -100\n", MountPoints());
+    machine.Mounts(3, "/b");
+    EXPECT_EQ("/ -100\n/a -102\n/b -103\n", MountPoints());
+}
+
+TEST_F(MountChanges, NamesAreReadOnceWhileTheVolumeIsMounted) {
+    machine.Mounts(2, "/a");
+    Volume const volume = table.Volumes().back();
+    for (int i = 0; i < 3; ++i) EXPECT_EQ("name of /a", table.NameOf(volume));
+    EXPECT_EQ(1, machine.names);
+    machine.Mounts(3, "/b");
+    table.Volumes();
+    EXPECT_EQ("name of /a", table.NameOf(volume));
+    EXPECT_EQ(1, machine.names);
+    machine.mounts.resize(1);
+    machine.changed = true;
+    table.Volumes();
+    EXPECT_EQ("name of /a", table.NameOf(volume)) << "also of one that has just gone";
+    EXPECT_EQ(2, machine.names);
+}
+
+TEST_F(MountChanges, SlowMountOfAPathIsTheInnermostWhenItMayHang) {
+    EXPECT_FALSE(table.SlowMountOf("/net/host/file"));
+    machine.Mounts(2, "/net/host");
+    machine.mounts.back().mayHang = true;
+    machine.Mounts(3, "/net/host/fast");
+    WaitUntilTheTableChecksAgain();
+    auto const slow = table.SlowMountOf("/net/host/file");
+    ASSERT_TRUE(slow);
+    EXPECT_EQ("/net/host", slow->mountPoint);
+    EXPECT_EQ(2u, slow->id);
+    EXPECT_TRUE(table.SlowMountOf("/net/host"));
+    EXPECT_FALSE(table.SlowMountOf("/net/hostess"));
+    EXPECT_FALSE(table.SlowMountOf("/net/host/fast/file"));
+    EXPECT_FALSE(table.SlowMountOf("/net"));
+}
+
+TEST_F(MountChanges, HiddenMountIsNotTheSlowOneOfAPath) {
+    machine.Mounts(2, "/net");
+    machine.mounts.back().mayHang = machine.mounts.back().hidden = true;
+    machine.Mounts(3, "/net");
+    EXPECT_FALSE(table.SlowMountOf("/net/file"));
 }
 
 TEST_F(MountChanges, UnlistedMountsHaveTheNumberZero) {

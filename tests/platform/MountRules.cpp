@@ -61,7 +61,45 @@ TEST(MountRules, PartsOfAServersFileSystemAreVolumesOfTheirOwn) {
     EXPECT_EQ((Listed{0, 1, 2}), ListedMounts(mounts));
 }
 
+namespace {
+
+Mount Slow(std::uint64_t id, std::string target) {
+    Mount mount = OnDevice(id, std::move(target));
+    mount.id = id;
+    mount.mayHang = true;
+    return mount;
+}
+
+}  // namespace
+
+// Nothing is asked of a mount when the way to it leads through one that may hang.
+TEST(MountRules, WhatLiesBelowAMountThatMayHangMayHang) {
+    std::vector<Mount> mounts = {OnDevice(1, "/"), Slow(2, "/net"), OnDevice(3, "/net/a"),
+                                 OnDevice(4, "/network")};
+    Platform::MarkSlowMounts(mounts);
+    EXPECT_FALSE(mounts[0].mayHang);
+    EXPECT_TRUE(mounts[1].mayHang);
+    EXPECT_TRUE(mounts[2].mayHang);
+    EXPECT_FALSE(mounts[3].mayHang);
+}
+
+TEST(MountRules, RootThatMayHangMakesNoOtherHang) {
+    std::vector<Mount> mounts = {Slow(1, "/"), OnDevice(2, "/data")};
+    Platform::MarkSlowMounts(mounts);
+    EXPECT_TRUE(mounts[0].mayHang);
+    EXPECT_FALSE(mounts[1].mayHang);
+}
+
+TEST(MountRules, MountThatMayHangIsHiddenByWhatIsMountedOnItsRoot) {
+    std::vector<Mount> mounts = {OnDevice(1, "/"), Slow(2, "/net"), Slow(3, "/seen"), OnDevice(4, "/net")};
+    mounts[3].parent = 2;
+    Platform::MarkSlowMounts(mounts);
+    EXPECT_TRUE(mounts[1].hidden);
+    EXPECT_FALSE(mounts[2].hidden);
+    EXPECT_FALSE(mounts[3].mayHang) << "it can be asked without asking the one below";
+}
+
 TEST(MountRules, NameWithoutLabelIsTheLastComponentOfTheMountPoint) {
-    EXPECT_EQ("data", Platform::NameOfVolume({-101, "/mnt/data", "tmpfs"}));
-    EXPECT_EQ("root", Platform::NameOfVolume({-100, "/", "overlay"}));
+    EXPECT_EQ("data", Platform::ReadNameOfVolume({-101, "/mnt/data", "tmpfs"}));
+    EXPECT_EQ("root", Platform::ReadNameOfVolume({-100, "/", "overlay"}));
 }

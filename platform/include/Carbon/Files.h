@@ -1,6 +1,6 @@
 #pragma once
 
-// The File Manager: references to files and folders, and what the catalog says of them.
+// The File Manager: references to files and folders, what the catalog says of them, and volumes.
 //
 // A reference (FSRef) stands for a location and the item found there. The layer remembers the locations of
 // the 1024 references made last; one that is older is stale and answers errFSBadFSRef, and so does one that
@@ -218,7 +218,6 @@ PLATFORM_API OSStatus FSRefMakePath(FSRef const* ref, UInt8* path, UInt32 maxPat
 
 /// Stands for a pass over the items of a folder.
 typedef struct OpaqueFSIterator* FSIterator;
-typedef unsigned long ItemCount;
 
 /// The next items of a folder, at most `maximumObjects` of them; `actualObjects` gets their number. The other
 /// outputs are optional arrays with a place for each item: `catalogInfos` with the fields of `whichInfo`, and
@@ -246,3 +245,96 @@ PLATFORM_API OSErr FSpMakeFSRef(FSSpec const* spec, FSRef* newRef);
 /// fnfErr when there is no such item; `spec` is filled nevertheless.
 PLATFORM_API OSErr FSMakeFSSpec(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Param fileName,
                                 FSSpec* spec);
+
+// ---- Volumes
+//
+// A volume is a mounted file system that has room for bytes, each once. The first is the root, the others
+// follow in the order in which they were mounted. Reference numbers go from -100 down and belong to a volume
+// for as long as it stays mounted.
+
+typedef UInt32 FSVolumeInfoBitmap;
+
+#pragma pack(push, 2)
+
+/// What is known of a volume. What Linux has no counterpart for is zero.
+typedef struct FSVolumeInfo {
+    UTCDateTime createDate;   // birth time of the root folder, as local time; zero when it is not known
+    UTCDateTime modifyDate;   // mtime of the root folder, as local time
+    UTCDateTime backupDate;   // zero
+    UTCDateTime checkedDate;  // zero
+    UInt32 fileCount;         // inodes in use, at most 2^32 - 1; 0 where the file system does not count them
+    UInt32 folderCount;       // 0: folders are not counted apart
+    UInt64 totalBytes;
+    UInt64 freeBytes;       // that a user without privileges may fill
+    UInt32 blockSize;       // of the blocks that the next two count
+    UInt32 totalBlocks;     // at most 2^32 - 1, as the next
+    UInt32 freeBlocks;      // of freeBytes
+    UInt32 nextAllocation;  // zero, and what follows to the flags
+    UInt32 rsrcClumpSize;
+    UInt32 dataClumpSize;
+    UInt32 nextCatalogID;
+    UInt8 finderInfo[32];
+    UInt16 flags;
+    UInt16 filesystemID;  // zero, as what follows
+    UInt16 signature;
+    UInt16 driveNumber;
+    SInt16 driverRefNum;
+} FSVolumeInfo;
+
+#pragma pack(pop)
+
+/// What to obtain of a volume. A field that is not asked for is zero.
+enum {
+    kFSVolInfoNone = 0,
+    kFSVolInfoCreateDate = 0x0001,
+    kFSVolInfoModDate = 0x0002,
+    kFSVolInfoBackupDate = 0x0004,
+    kFSVolInfoCheckedDate = 0x0008,
+    kFSVolInfoFileCount = 0x0010,
+    kFSVolInfoDirCount = 0x0020,
+    kFSVolInfoSizes = 0x0040,
+    kFSVolInfoBlocks = 0x0080,
+    kFSVolInfoNextAlloc = 0x0100,
+    kFSVolInfoRsrcClump = 0x0200,
+    kFSVolInfoDataClump = 0x0400,
+    kFSVolInfoNextID = 0x0800,
+    kFSVolInfoFinderInfo = 0x1000,
+    kFSVolInfoFlags = 0x2000,
+    kFSVolInfoFSInfo = 0x4000,
+    kFSVolInfoDriveInfo = 0x8000,
+    kFSVolInfoGettableInfo = 0xFFFF
+};
+
+/// Bits of FSVolumeInfo::flags.
+enum {
+    kFSVolFlagDefaultVolumeMask = 0x0020,   // the root
+    kFSVolFlagHardwareLockedMask = 0x0080,  // the device is write-protected
+    kFSVolFlagSoftwareLockedMask = 0x8000   // mounted read-only
+};
+
+/// The reference number of no volume.
+enum { kFSInvalidVolumeRefNum = 0 };
+
+#ifdef __cplusplus
+static_assert(sizeof(FSVolumeInfo) == 126 && offsetof(FSVolumeInfo, modifyDate) == 8 &&
+              offsetof(FSVolumeInfo, fileCount) == 32 && offsetof(FSVolumeInfo, folderCount) == 36 &&
+              offsetof(FSVolumeInfo, totalBytes) == 40 && offsetof(FSVolumeInfo, freeBytes) == 48 &&
+              offsetof(FSVolumeInfo, blockSize) == 56 && offsetof(FSVolumeInfo, totalBlocks) == 60 &&
+              offsetof(FSVolumeInfo, freeBlocks) == 64 && offsetof(FSVolumeInfo, nextCatalogID) == 80 &&
+              offsetof(FSVolumeInfo, finderInfo) == 84 && offsetof(FSVolumeInfo, flags) == 116 &&
+              offsetof(FSVolumeInfo, driverRefNum) == 124);
+#endif
+
+/// What is known of a mounted volume: the one at the place `volumeIndex` when that is 1 or more, the one of
+/// the reference number `volume` when it is 0. Every output is optional: `info` gets the fields of
+/// `whichInfo`, `volumeName` the label, else the last component of the mount point, else "root", and
+/// `rootDirectory` a reference to the root folder. Dates are local: universal time plus the machine's present
+/// offset, in `lowSeconds`; `highSeconds` is not zero for what that cannot hold.
+///
+/// nsvErr when there is no such volume, or it has gone; paramErr for a negative index; errFSBadInfoBitmap for
+/// bits of `whichInfo` that mean nothing; else what the file system says. One whose server may not answer is
+/// waited for, a few seconds long: userCanceledErr when the check-in function says stop, then volOffLinErr.
+/// Number and name are known without asking the file system.
+PLATFORM_API OSErr FSGetVolumeInfo(FSVolumeRefNum volume, ItemCount volumeIndex, FSVolumeRefNum* actualVolume,
+                                   FSVolumeInfoBitmap whichInfo, FSVolumeInfo* info, HFSUniStr255* volumeName,
+                                   FSRef* rootDirectory);

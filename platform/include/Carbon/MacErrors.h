@@ -16,6 +16,7 @@ enum {
     dupFNErr = -48,              // exists already
     paramErr = -50,              // an argument that makes no sense
     rfNumErr = -51,              // not an open fork
+    volOffLinErr = -53,          // the file system's server does not answer
     permErr = -54,               // not permitted
     memFullErr = -108,           // no memory
     dirNFErr = -120,             // a folder on the way is missing, or is none

@@ -9,6 +9,7 @@
 typedef UInt32 FourCharCode;
 typedef FourCharCode OSType;
 typedef UInt32 OptionBits;
+typedef UInt32 ItemCount;
 typedef UInt32 TextEncoding;
 typedef unsigned long UniCharCount;
 

@@ -1,7 +1,8 @@
 #pragma once
 
 // What this platform offers beyond the published interfaces: an item's reference and catalog information in
-// one step, locations that are resolved against the disk, and the function that lets a host stop long work.
+// one step, locations that are resolved against the disk, the function that lets a host stop long work, and
+// mounts that do not answer.
 
 #include <Carbon/Files.h>
 #include <CoreFoundation/CFURL.h>
@@ -31,4 +32,14 @@ PLATFORM_API CFURLRef PlatformCreateResolvedURL(CFURLRef url, OSErr* error);
 typedef Boolean (*PlatformCheckIn)(UInt32 items);
 
 /// Installs the function that look-ups ask; null installs none. Returns the one that was installed before.
+/// PlatformUnresponsiveMount then knows of no failure of the calling thread.
 PLATFORM_API PlatformCheckIn PlatformSetCheckIn(PlatformCheckIn function);
+
+/// How the calling thread's last call ended that was given up because the file system of a mount does not
+/// answer: userCanceledErr when the check-in function said stop, volOffLinErr when it took too long, noErr
+/// when there was none. `buffer` of `size` bytes (optional) gets the mount point, cut where it does not fit,
+/// and a NUL; of no failure the empty text.
+PLATFORM_API OSErr PlatformUnresponsiveMount(char* buffer, UInt32 size);
+
+/// Sets how many milliseconds FSGetVolumeInfo waits for a mount; 5000 at first. Returns what was set before.
+PLATFORM_API UInt32 PlatformSetVolumePatience(UInt32 milliseconds);

@@ -21,21 +21,6 @@
 
 namespace {
 
-using Rows = std::vector<std::string>;
-
-// Constructs a module, which must register these rows in this order and withdraw them in the opposite one.
-template <class Module>
-void ExpectRows(Rows rows) {
-    ForgetWithdrawn();
-    {
-        Module const module;
-        EXPECT_EQ(rows, RegisteredRows());
-    }
-    EXPECT_TRUE(Registered().empty());
-    std::reverse(rows.begin(), rows.end());
-    EXPECT_EQ(rows, Withdrawn());
-}
-
 std::string const kOfFolder = "of \"folder\": ";
 std::string const kOfObject = "of \"filesystem object\": ";
 
