@@ -31,25 +31,37 @@ int FolderEntries::Read(int folder, bool reopened) {
     }
     bytes.assign(buffer.data(), used);
     taken = 0;
+    SkipDots();
     return 0;
 }
 
-bool FolderEntries::TakeAny(FolderEntry& entry) {
-    if (taken == bytes.size()) return false;
+// The entry at hand, the position behind it, and its bytes.
+FolderEntry FolderEntries::Next(std::int64_t& behind, std::size_t& size) const {
     dirent64 header;
     char const* const from = bytes.data() + taken;
     std::memcpy(&header, from, offsetof(dirent64, d_name));
-    entry = {from + offsetof(dirent64, d_name), header.d_ino, header.d_type};
-    taken += header.d_reclen;
-    position = header.d_off;
-    return true;
+    behind = header.d_off;
+    size = header.d_reclen;
+    return {from + offsetof(dirent64, d_name), header.d_ino, header.d_type};
+}
+
+void FolderEntries::SkipDots() {
+    while (!IsEmpty()) {
+        std::int64_t behind;
+        std::size_t size;
+        if (!IsDots(Next(behind, size).name)) return;
+        position = behind;
+        taken += size;
+    }
 }
 
 bool FolderEntries::Take(FolderEntry& entry) {
-    while (TakeAny(entry)) {
-        if (!IsDots(entry.name)) return true;
-    }
-    return false;
+    if (IsEmpty()) return false;
+    std::size_t size;
+    entry = Next(position, size);
+    taken += size;
+    SkipDots();
+    return true;
 }
 
 }  // namespace Platform

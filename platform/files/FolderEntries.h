@@ -40,7 +40,8 @@ class FolderEntries {
     int LookAhead(int folder, Visit const& visit) const;
 
   private:
-    bool TakeAny(FolderEntry& entry);
+    FolderEntry Next(std::int64_t& behind, std::size_t& size) const;
+    void SkipDots();
 
     std::string bytes;  // as getdents64(2) gave them
     std::size_t taken = 0;
