@@ -105,20 +105,23 @@ bool Evaluation::ShouldStop() {
     return true;
 }
 
+// A stop while the platform waited for a file system is told with its mount point.
 Problem Evaluation::WhyStopped(Range where) const {
+    constexpr std::int32_t cancelled = -128;
+    std::string const mount = UnresponsiveMount(cancelled);
     switch (stopReason) {
         case StopReason::time:
             return {ProblemKind::limit, where,
                     fmt::format("the time limit of {} s was reached",
                                 std::chrono::duration<double>(limits.time).count()),
-                    "allow more time, or ask for less"};
+                    mount.empty() ? "allow more time, or ask for less" : mount};
         case StopReason::inspectorMemory:
             return {ProblemKind::limit, where,
                     fmt::format("inspectors want more than {} bytes of memory at one time",
                                 limits.inspectorMemory),
                     "ask about fewer or smaller things at once"};
         default:
-            return {ProblemKind::cancelled, where, "the evaluation was cancelled", {}};
+            return {ProblemKind::cancelled, where, "the evaluation was cancelled", mount};
     }
 }
 

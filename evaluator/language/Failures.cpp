@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <cstdlib>
 #include <memory>
 #include <new>
@@ -12,6 +13,7 @@
 #include <typeinfo>
 
 #include "Evaluator/Exceptions.h"
+#include "Platform/Items.h"
 #include "registry/Vocabulary.h"
 
 namespace Evaluator {
@@ -66,11 +68,21 @@ constexpr std::array kMeanings{
     Meaning{-5551, "unknown selector"},
 };
 
-std::string PlatformError(long code) {
+constexpr std::int32_t volumeOffline = -53;
+
+// What the code means, in words; empty where nobody knows.
+std::string MeaningOf(long code) {
+    if (std::string mount = code == volumeOffline ? UnresponsiveMount(volumeOffline) : ""; !mount.empty())
+        return mount;
     auto found =
         std::find_if(kMeanings.begin(), kMeanings.end(), [&](auto& row) { return row.code == code; });
+    return found == kMeanings.end() ? std::string() : std::string(found->text);
+}
+
+std::string PlatformError(long code) {
+    std::string meaning = MeaningOf(code);
     return fmt::format("the platform's error {}{}", code,
-                       found == kMeanings.end() ? "" : fmt::format(" ({})", found->text));
+                       meaning.empty() ? "" : fmt::format(" ({})", meaning));
 }
 
 std::string ClassName(std::type_info const& type) {
@@ -156,6 +168,12 @@ std::string WhyNoItem(std::int32_t status) {
 }
 
 }  // namespace
+
+std::string UnresponsiveMount(std::int32_t code) {
+    char mountPoint[PATH_MAX + 1];
+    if (PlatformUnresponsiveMount(mountPoint, sizeof mountPoint) != code) return {};
+    return fmt::format("the file system mounted at \"{}\" does not answer", Printable(mountPoint));
+}
 
 std::optional<std::string> MissingItem() {
     try {

@@ -3,6 +3,7 @@
 // Internal. What an exception that came out of an inspector means to the person who asked. For use in a catch
 // clause: both functions look at the exception that is being handled.
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -13,6 +14,10 @@ namespace Evaluator {
 
 /// When the exception is the platform's word that an item is not there: that word. Else nothing.
 std::optional<std::string> MissingItem();
+
+/// The file system that the platform gave up waiting for, when its last such call in this evaluation ended
+/// with the code: words such as `the file system mounted at "/net" does not answer`. Else empty.
+std::string UnresponsiveMount(std::int32_t code);
 
 /// The problem to report: which registration failed and why, the platform's code with its meaning.
 Problem FailureOf(Entry const& entry, Range where);
