@@ -28,62 +28,64 @@ constexpr std::size_t kMostItems = 64;
 
 }  // namespace
 
+FileLoop::FileLoop() = default;
 FileLoop::~FileLoop() { End(); }
 
 void FileLoop::End() {
     if (iterator != nullptr) FSCloseIterator(std::exchange(iterator, nullptr));
     buffer = {};
-    current = {};
     atEnd = 1;
 }
 
 void FileLoop::Start(FileLocation const& location) {
     End();
     folder = location.url;
-    taken = 0;
-    isLastRead = false;
     if (OSErr const error = PlatformOpenIterator(folder, &iterator); error != noErr) Fail(error);
     atEnd = 0;
-    ++*this;
+    isLastRead = false;
+    GoTo(0);
 }
 
 FileLoop& FileLoop::operator++() {
-    if (atEnd != 0) return *this;
-    try {
-        Advance();
-    } catch (...) {
-        End();
-        throw;
-    }
+    if (atEnd == 0) GoTo(current + 1);
     return *this;
 }
 
 // The iterator stays open to the end: the folders among the items are opened from there.
-void FileLoop::Advance() {
-    while (taken == buffer.size()) {
-        if (isLastRead) return End();
-        ReadItems();
+void FileLoop::GoTo(std::size_t item) {
+    try {
+        current = item;
+        while (current == buffer.size()) {
+            if (isLastRead) return End();
+            ReadItems();
+        }
+        FileItem& found = buffer[current];
+        if (found.info.valid == 0) found.info = MacFileInfo(found);
+    } catch (...) {
+        End();
+        throw;
     }
-    current = std::move(buffer[taken++]);
-    if (current.info.valid == 0) current.info = MacFileInfo(current);
 }
 
 void FileLoop::ReadItems() {
     FSRef references[kMostItems];
     FSCatalogInfo catalogs[kMostItems];
     ItemCount count = 0;
-    std::size_t const most = std::clamp(2 * buffer.size(), kFirstItems, kMostItems);
+    auto const most = static_cast<ItemCount>(std::clamp(2 * buffer.size(), kFirstItems, kMostItems));
     OSErr const error = FSGetCatalogInfoBulk(iterator, most, &count, nullptr, MacFileInfo::kFields, catalogs,
                                              references, nullptr, nullptr);
     isLastRead = error == errFSNoMoreItems;
     if (error != noErr && !isLastRead) Fail(error);
     buffer.clear();
     buffer.reserve(count);
-    taken = 0;
+    current = 0;
     for (ItemCount i = 0; i < count; ++i) {
-        bool const isKnown = catalogs[i].nodeID != 0;  // else the look-up to come says why not
-        buffer.emplace_back(FileLocation(MakeURL(references[i])),
-                            isKnown ? MacFileInfo(references[i], catalogs[i]) : MacFileInfo());
+        FileLocation location(MakeURL(references[i]));
+        if (catalogs[i].nodeID != 0) {
+            buffer.emplace_back(std::move(location), references[i], catalogs[i]);
+        } else {
+            buffer.emplace_back(std::move(location), MacFileInfo());  // looked up when its turn comes
+        }
     }
 }
 

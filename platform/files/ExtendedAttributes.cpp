@@ -32,20 +32,20 @@ std::string PathOf(Place place) {
 
 }  // namespace
 
-ExtendedAttributes::ExtendedAttributes(Place item) : place(item) {
+bool ExtendedAttributes::List() {
     constexpr std::size_t mostBytes = 65536;  // the kernel's limit of a list
-    ssize_t size = List(few.data(), few.size());
+    ssize_t size = Ask(few.data(), few.size());
     char const* list = few.data();
     if (size < 0 && errno == ERANGE) {
         many.resize(mostBytes);
-        size = List(many.data(), many.size());
+        size = Ask(many.data(), many.size());
         list = many.data();
     }
-    supported = size >= 0 || errno != ENOTSUP;
     if (size > 0) names = {list, static_cast<std::size_t>(size)};
+    return size >= 0 || errno != ENOTSUP;
 }
 
-ssize_t ExtendedAttributes::List(char* list, std::size_t size) const {
+ssize_t ExtendedAttributes::Ask(char* list, std::size_t size) const {
     if (HasListxattrat()) return syscall(kListxattrat, place.folder, place.path, 0u, list, size);
     return listxattr(PathOf(place).c_str(), list, size);
 }

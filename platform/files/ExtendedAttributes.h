@@ -13,16 +13,16 @@
 
 namespace Platform {
 
-/// The attributes of an item, by one listing when it is made. Attributes that cannot be read count as absent.
+/// The attributes of an item, by one listing. Attributes that cannot be read count as absent.
 class ExtendedAttributes {
   public:
-    /// Lists those of the item at a place, links followed. The place must outlive this.
-    explicit ExtendedAttributes(Place item);
+    /// Of the item at a place, links followed; none until they are listed. The place must outlive this.
+    explicit ExtendedAttributes(Place item) : place(item) {}
     ExtendedAttributes(ExtendedAttributes const&) = delete;
     ExtendedAttributes& operator=(ExtendedAttributes const&) = delete;
 
-    /// False when the item's file system has no attributes at all.
-    bool AreSupported() const { return supported; }
+    /// Asks for their names; false when the item's file system has no attributes at all.
+    bool List();
     bool IsEmpty() const { return names.empty(); }
     bool Has(std::string_view name) const;
     /// The value of an attribute when it is at most `most` bytes; else nothing.
@@ -31,13 +31,12 @@ class ExtendedAttributes {
     std::optional<std::uint64_t> Size(std::string_view name) const;
 
   private:
-    ssize_t List(char* list, std::size_t size) const;
+    ssize_t Ask(char* list, std::size_t size) const;
 
     Place const place;
     std::array<char, 1024> few;  // names mostly fit here
     std::string many;
     std::string_view names;  // each with a NUL behind it
-    bool supported = true;
 };
 
 }  // namespace Platform

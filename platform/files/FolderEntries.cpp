@@ -16,6 +16,26 @@ namespace {
 constexpr std::size_t kReadBytes = 32768;
 constexpr std::size_t kLongestEntry = 280;  // a name of 255 bytes, in whole words
 
+// One entry as the kernel writes it: a dirent64, which has no alignment of its own here.
+class Entry {
+  public:
+    explicit Entry(char const* bytes) : from(bytes) {}
+    std::uint64_t Inode() const { return Field<std::uint64_t>(offsetof(dirent64, d_ino)); }
+    std::int64_t PositionBehind() const { return Field<std::int64_t>(offsetof(dirent64, d_off)); }
+    std::size_t Size() const { return Field<unsigned short>(offsetof(dirent64, d_reclen)); }
+    unsigned char Type() const { return Field<unsigned char>(offsetof(dirent64, d_type)); }
+    char const* Name() const { return from + offsetof(dirent64, d_name); }
+
+  private:
+    template <class Number>
+    Number Field(std::size_t offset) const {
+        Number number;
+        std::memcpy(&number, from + offset, sizeof number);
+        return number;
+    }
+    char const* from;
+};
+
 }  // namespace
 
 int FolderEntries::Read(int folder, bool reopened) {
@@ -35,31 +55,21 @@ int FolderEntries::Read(int folder, bool reopened) {
     return 0;
 }
 
-// The entry at hand, the position behind it, and its bytes.
-FolderEntry FolderEntries::Next(std::int64_t& behind, std::size_t& size) const {
-    dirent64 header;
-    char const* const from = bytes.data() + taken;
-    std::memcpy(&header, from, offsetof(dirent64, d_name));
-    behind = header.d_off;
-    size = header.d_reclen;
-    return {from + offsetof(dirent64, d_name), header.d_ino, header.d_type};
-}
-
 void FolderEntries::SkipDots() {
     while (!IsEmpty()) {
-        std::int64_t behind;
-        std::size_t size;
-        if (!IsDots(Next(behind, size).name)) return;
-        position = behind;
-        taken += size;
+        Entry const next(bytes.data() + taken);
+        if (*next.Name() != '.' || !IsDots(next.Name())) return;
+        position = next.PositionBehind();
+        taken += next.Size();
     }
 }
 
 bool FolderEntries::Take(FolderEntry& entry) {
     if (IsEmpty()) return false;
-    std::size_t size;
-    entry = Next(position, size);
-    taken += size;
+    Entry const next(bytes.data() + taken);
+    entry = {next.Name(), next.Inode(), next.Type()};
+    position = next.PositionBehind();
+    taken += next.Size();
     SkipDots();
     return true;
 }

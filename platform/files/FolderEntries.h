@@ -40,7 +40,6 @@ class FolderEntries {
     int LookAhead(int folder, Visit const& visit) const;
 
   private:
-    FolderEntry Next(std::int64_t& behind, std::size_t& size) const;
     void SkipDots();
 
     std::string bytes;  // as getdents64(2) gave them

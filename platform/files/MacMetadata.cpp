@@ -78,8 +78,7 @@ constexpr Store kStores[] = {
 // One pass over the stores for one item.
 class Collector {
   public:
-    // `listed` are the item's attributes; null where they are not to be asked.
-    Collector(Place item, bool folder, bool companions, ExtendedAttributes const* listed, MacMetadata& result)
+    Collector(Place item, bool folder, bool companions, ExtendedAttributes const& listed, MacMetadata& result)
         : facts(result),
           place(item),
           attributes(listed),
@@ -94,16 +93,16 @@ class Collector {
   private:
     void Ask(Store const& store) {
         bool const companion = store.kind == Kind::Companion || store.kind == Kind::CompanionFork;
-        if (companion ? !MayHave(store.name) : attributes == nullptr || !attributes->Has(store.name)) return;
+        if (companion ? !MayHave(store.name) : !attributes.Has(store.name)) return;
         switch (store.kind) {
             case Kind::FinderInfo:
-                TakeFinderInfo(attributes->Value(store.name, 256));
+                TakeFinderInfo(attributes.Value(store.name, 256));
                 break;
             case Kind::HfsCodes:
                 TakeHfsCodes();
                 break;
             case Kind::AfpInfo:
-                Take(DecodeAfpInfo(attributes->Value(store.name, 256)));
+                Take(DecodeAfpInfo(attributes.Value(store.name, 256)));
                 break;
             case Kind::AppleDouble:
                 TakeImage(store.name);
@@ -139,12 +138,12 @@ class Collector {
     }
 
     void CopyCode(std::string_view name, FinderBytes::iterator to) const {
-        auto const code = attributes->Value(name, 4);
+        auto const code = attributes.Value(name, 4);
         if (code.size() == 4) std::copy(code.begin(), code.end(), to);
     }
 
     void TakeForkAttribute(Store const& store) {
-        auto const size = attributes->Size(store.name);
+        auto const size = attributes.Size(store.name);
         if (!size || *size < store.trailing) return;
         TakeFork({ResourceForkPlace::Store::Attribute, std::string(store.name), 0, *size - store.trailing});
     }
@@ -155,7 +154,7 @@ class Collector {
 
     void TakeImage(std::string_view name) {
         constexpr std::size_t mostBytes = 4096;  // such images have 402; they hold no fork
-        auto const image = attributes->Value(name, mostBytes);
+        auto const image = attributes.Value(name, mostBytes);
         Take(DecodeAppleDouble(MemorySource(image)));
     }
 
@@ -200,7 +199,7 @@ class Collector {
 
     MacMetadata& facts;
     Place const place;
-    ExtendedAttributes const* const attributes;
+    ExtendedAttributes const& attributes;
     std::string_view const name;
     bool const isFolder;
     bool const besides;  // companions may lie beside the item
@@ -213,12 +212,10 @@ class Collector {
 bool IsAppleDouble(Place place) { return HasAppleDoubleMagic(FileSource(place)); }
 
 void ReadMacMetadata(Place place, bool isFolder, MetadataStores stores, MacMetadata& facts) {
-    std::optional<ExtendedAttributes> attributes;
-    if (stores.attributes) attributes.emplace(place);
-    bool const mayHaveAny = (attributes && !attributes->IsEmpty()) || stores.companions || isFolder;
-    if (mayHaveAny)
-        Collector(place, isFolder, stores.companions, attributes ? &*attributes : nullptr, facts).Collect();
-    facts.hasAttributes = attributes && attributes->AreSupported();
+    ExtendedAttributes attributes(place);
+    facts.hasAttributes = stores.attributes && attributes.List();
+    bool const mayHaveAny = !attributes.IsEmpty() || stores.companions || isFolder;
+    if (mayHaveAny) Collector(place, isFolder, stores.companions, attributes, facts).Collect();
 }
 
 }  // namespace Platform

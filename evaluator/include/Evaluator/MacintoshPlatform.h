@@ -120,6 +120,9 @@ class EVALUATOR_API FileItem : public FileLocation {
     explicit FileItem(FileLocation const& location) : FileLocation(location), info(location) {}
     FileItem(FileLocation location, MacFileInfo const& known)
         : FileLocation(std::move(location)), info(known) {}
+    /// With what was learned of it already.
+    FileItem(FileLocation location, FSRef const& reference, FSCatalogInfo const& catalog)
+        : FileLocation(std::move(location)), info(reference, catalog) {}
 
     /// The information. Throws FailedToGetFileItem where there is none.
     MacFileInfo const& Info() const {
@@ -134,7 +137,7 @@ class EVALUATOR_API FileItem : public FileLocation {
 /// no items; Carbon/Files.h (FSGetCatalogInfoBulk) tells the whole rule. Begins at its end.
 class EVALUATOR_API FileLoop {
   public:
-    FileLoop() = default;
+    FileLoop();
     ~FileLoop();
     FileLoop(FileLoop const&) = delete;
     FileLoop& operator=(FileLoop const&) = delete;
@@ -147,21 +150,21 @@ class EVALUATOR_API FileLoop {
     FileLoop& operator++();
 
     bool IsAtEnd() const { return atEnd != 0; }
-    /// The item at hand. One that could not be looked at has no information.
-    FileItem const& Item() const { return current; }
+    /// The item at hand; there is one except at the end. One that could not be looked at has no information.
+    /// Lent until the next step.
+    FileItem const& Item() const { return buffer[current]; }
 
   private:
-    void Advance();
+    void GoTo(std::size_t item);
     void ReadItems();
     void End();
 
     AutoCFURL folder;
     std::uint32_t atEnd = 1;
     std::vector<FileItem> buffer;  // items with their FSRefs, as they were read at one time
-    std::size_t taken = 0;         // how many of them
+    std::size_t current = 0;       // the one at hand
     FSIterator iterator = nullptr;
     bool isLastRead = false;  // the buffer has the last items
-    FileItem current;
 };
 
 /// Whether two items are equal: by their information, or where either has none, by their locations.
