@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "command/ExitStatus.h"
+#include "command/ProgressLine.h"
 
 namespace Command {
 namespace {
@@ -11,7 +12,10 @@ Evaluator::Cancellation asked;
 volatile sig_atomic_t first = 0;
 
 void OnSignal(int signal) {
-    if (asked.IsRequested()) _exit(kSignalled + signal);
+    if (asked.IsRequested()) {
+        ProgressLine::EraseAtOnce();
+        _exit(kSignalled + signal);
+    }
     first = signal;
     asked.Request();
 }

@@ -1,13 +1,12 @@
 #include "command/Messages.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
 #include "command/Json.h"
+#include "command/Terminal.h"
 
 namespace Command {
 namespace {
@@ -15,13 +14,9 @@ namespace {
 using Evaluator::Problem;
 using Evaluator::ProblemKind;
 
-std::string_view Environment(char const* name) {
-    char const* value = std::getenv(name);
-    return value ? value : "";
-}
-
 Evaluator::Colour ColourOfStandardError() {
-    bool wanted = isatty(STDERR_FILENO) && Environment("NO_COLOR").empty() && Environment("TERM") != "dumb";
+    char const* const refused = std::getenv("NO_COLOR");
+    bool const wanted = StandardErrorIsTerminal() && !(refused && *refused);
     return wanted ? Evaluator::Colour::ansi : Evaluator::Colour::none;
 }
 

@@ -25,6 +25,10 @@ constexpr char const* kFooter = R"(Examples:
 
 Values go to standard output as they are found; everything else goes to standard error.
 
+A query that runs longer than a second tells there how far it has come: values, files looked at (one that is looked
+at again counts again), seconds. It does so on a terminal only, unless TERM is "dumb", on one line, which goes when
+values come, and at the end.
+
 An argument that begins with one minus and is none of the options above, exactly, is the QUERY, such as '-5 + 3'.
 What stands behind -- is no option.
 
@@ -127,6 +131,7 @@ void AddOptions(CLI::App& app, Options& options) {
     app.add_option_function<std::string>("--timeout", setTimeout,
                                          "End the evaluation after so many seconds, such as 2.5")
         ->type_name("SECONDS");
+    app.add_flag("--quiet", options.quiet, "Show no progress; this silences nothing else");
     auto setErrorFormat = [&options](std::string const& text) { options.errorsAsJson = text == "json"; };
     app.add_option_function<std::string>("--error-format", setErrorFormat,
                                          "How problems are told: text, or json, one object a line")

@@ -18,6 +18,7 @@ struct Options {
     bool explain = false;  ///< tell how the query is understood, instead of answering it
     Format format = Format::lines;
     bool errorsAsJson = false;
+    bool quiet = false;                   ///< show no progress
     std::chrono::nanoseconds timeout{0};  ///< zero: none
 };
 

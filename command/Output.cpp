@@ -1,5 +1,7 @@
 #include "command/Output.h"
 
+#include <stdio_ext.h>
+
 #include <cerrno>
 #include <cstdio>
 
@@ -10,8 +12,11 @@ void Output::Note(bool succeeded) {
 }
 
 void Output::Write(std::string_view bytes) {
+    unended = bytes.ends_with('\n') ? 0 : unended + bytes.size();
     if (error == 0) Note(std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size());
 }
+
+bool Output::EndsALine() const { return unended <= __fpending(stdout); }
 
 void Output::Flush() {
     if (error == 0) Note(std::fflush(stdout) == 0);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <string_view>
 
 namespace Command {
@@ -13,12 +14,16 @@ class Output {
     /// To be called behind each value: flushes what was written where that was not done for a while.
     void FlushNowAndThen();
     void Flush();
+    /// Whether what has left the process ends a line, or is nothing at all, as far as can be told at no cost:
+    /// a line that ends within a write is not noticed.
+    bool EndsALine() const;
     /// The errno of the first write that failed, after which nothing more is written; 0: none.
     int Error() const { return error; }
 
   private:
     void Note(bool succeeded);
     int error = 0;
+    std::size_t unended = 0;  ///< bytes since the last write that ended a line
     std::chrono::steady_clock::time_point flushed;
 };
 

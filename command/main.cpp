@@ -16,6 +16,7 @@
 #include "command/Messages.h"
 #include "command/Options.h"
 #include "command/Output.h"
+#include "command/ProgressLine.h"
 #include "command/Question.h"
 
 namespace Command {
@@ -52,10 +53,13 @@ class LoadedInspectors {
 int Evaluate(Evaluator::Query const& query, Options const& options, AnswerWriter& writer, Output& output,
              std::vector<Problem>& problems) {
     Interruption interruption;
+    ProgressLine line(!options.quiet, output);
     Evaluator::RunOptions how;
     how.limits.time = options.timeout;
     how.cancellation = &interruption.Asked();
+    how.progress = line.Progress();
     auto consume = [&](Evaluator::Result const& value) {
+        auto const away = line.AboutToWrite();
         writer.Add(value);
         output.FlushNowAndThen();
         return output.Error() == 0;

@@ -11,8 +11,7 @@ static_assert(std::is_trivially_copyable_v<MacintoshPlatform::MacFileInfo>);
 namespace MacintoshPlatform {
 
 MacFileInfo::MacFileInfo(FileLocation const& location) {
-    constexpr FSCatalogInfoBitmap costly = kFSCatInfoValence | kFSCatInfoParentDirID;
-    status = PlatformGetItem(location.url, kFSCatInfoGettableInfo & ~costly, &reference, &catalog);
+    status = PlatformGetItem(location.url, kFields, &reference, &catalog);
     valid = status == noErr ? 1 : 0;
 }
 

@@ -71,7 +71,9 @@ void FileLocation::Set(CFURLRef parent, HFSUniStr255 const& name) {
 }
 
 AutoCFURL FileLocation::ParentURL() const {
-    if (PathOf(url) == "/") throw FailedToGetFileItem(fnfErr);
+    HFSUniStr255 const name = Name();
+    bool const isRoot = name.length == 1 && name.unicode[0] == u'/';
+    if (isRoot) throw FailedToGetFileItem(fnfErr);
     AutoCFURL parent(CFURLCreateCopyDeletingLastPathComponent(kCFAllocatorDefault, url));
     if (parent == nullptr) throw CFURLCreateCopyDeletingLastPathComponentFailed();
     return parent;

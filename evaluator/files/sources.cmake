@@ -3,5 +3,6 @@ set(EVALUATOR_FILES_SOURCES
   files/CoreFoundationHolders.cpp
   files/FileInfo.cpp
   files/FileLocation.cpp
+  files/FileLoop.cpp
   files/FileNames.cpp
   files/FileTimes.cpp)

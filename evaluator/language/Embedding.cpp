@@ -219,6 +219,7 @@ class QueryRun {
         Cursor::Step step = Cursor::Step::absent;
         while (cursor && (step = cursor->Next(evaluation, value)) == Cursor::Step::value) {
             evaluation.CheckIn(checked.root->range);
+            evaluation.CountValue();
             if (!consumer) continue;
             checked.shown.Show(evaluation, value, checked.root->range, result);
             bool const more = Consume();
@@ -314,6 +315,7 @@ RunOptions WithinBounds(RunOptions options) {
 
 std::optional<Problem> Query::Run(Consumer const& consumer, RunOptions const& asked) const {
     auto const begun = std::chrono::steady_clock::now();
+    if (asked.progress) asked.progress->Clear();
     RunOptions const options = WithinBounds(asked);
     Range const all = compiled->checked->root->range;
     Evaluating evaluating(evaluationLock, std::defer_lock);

@@ -51,6 +51,7 @@ Evaluation::Evaluation(std::size_t bindingCount, std::size_t literalCount, RunOp
       now(PresentMoment()),
       limits(options.limits),
       cancellation(options.cancellation),
+      progress(options.progress),
       deadline(Deadline(begun, options.limits.time)),
       watched(cancellation || deadline),
       floor(EvaluationStack::Instance().Floor()) {
@@ -149,11 +150,15 @@ void Evaluation::GiveTime(InspectorContext* context) {
     if (!evaluation.InsistOnStopping() && evaluation.making) throw EvaluationStopped();
 }
 
-unsigned char Evaluation::MayLookUp(unsigned int) {
+unsigned char Evaluation::MayLookUp(unsigned int items) {
     Evaluation* evaluation = present;
-    if (!evaluation || !evaluation->ShouldStop()) return true;
-    evaluation->InsistOnStopping();
-    return false;
+    if (!evaluation) return true;
+    if (evaluation->ShouldStop()) {
+        evaluation->InsistOnStopping();
+        return false;
+    }
+    if (evaluation->progress) evaluation->progress->items.fetch_add(items, std::memory_order_relaxed);
+    return true;
 }
 
 // ---- Calling inspectors

@@ -142,6 +142,10 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     }
     /// Whether it is to stop. May be called on any thread.
     bool ShouldStop();
+    /// Counts a value that is about to be handed to the consumer.
+    void CountValue() {
+        if (progress) progress->values.fetch_add(1, std::memory_order_relaxed);
+    }
     /// The problem to report when the stack was given up.
     Problem WhyGivenUp() const;
 
@@ -155,7 +159,8 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     }
     [[noreturn]] void Stop(Range where) const;
     Problem WhyStopped(Range where) const;
-    /// What the platform asks before each look-up: false tells it to refuse.
+    /// What the platform asks before so many items are looked at, and where they are counted: false tells it
+    /// to refuse.
     static unsigned char MayLookUp(unsigned int items);
     /// What a long-running inspector calls from time to time. Throws when the evaluation is to stop.
     static void GiveTime(InspectorContext* context);
@@ -166,6 +171,7 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     /// Local time keeps one offset from universal time throughout an evaluation.
     LocalOffsetHold const offset;
     Cancellation const* const cancellation;
+    Progress* const progress;
     std::optional<std::chrono::steady_clock::time_point> const deadline;
     bool const watched;  ///< there is a cancellation or a deadline to look at
     std::atomic<StopReason> stopReason{StopReason::none};

@@ -6,6 +6,8 @@
 
 #include <cstddef>
 
+#include "modules/AncestorsModule.h"
+#include "modules/DescendantsModule.h"
 #include "modules/FileAttributesModule.h"
 #include "modules/FileSignaturesModule.h"
 #include "modules/FileSystemObjectsModule.h"
@@ -79,8 +81,8 @@ using LoadOrder = ModuleList<  //
     Vacant<42>,                // domains
     Vacant<43>,                // file sections
     Vacant<44>,                // file content
-    Vacant<45>,                // descendants
-    Vacant<46>                 // ancestors
+    DescendantsModule,         // 45
+    AncestorsModule            // 46
     >;
 static_assert(LoadOrder::kCount == 46);
 

@@ -88,12 +88,9 @@ bool IsHeader(std::array<unsigned char, kHeaderSize> const& header) {
 
 }  // namespace
 
-std::uint16_t BigEndian16(unsigned char const* bytes) {
-    return static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1]);
-}
-
-std::uint32_t BigEndian32(unsigned char const* bytes) {
-    return static_cast<std::uint32_t>(BigEndian16(bytes)) << 16 | BigEndian16(bytes + 2);
+bool HasAppleDoubleMagic(ByteSource const& image) {
+    std::array<unsigned char, 4> magic;
+    return image.Read(0, magic) && BigEndian32(magic.data()) == kMagic;
 }
 
 bool MemorySource::Read(std::uint64_t offset, std::span<unsigned char> to) const {

@@ -55,6 +55,8 @@ struct AppleDoubleFacts {
     bool locked = false;
 };
 
+/// Whether the bytes begin as those of an image do.
+bool HasAppleDoubleMagic(ByteSource const& image);
 /// Reads an image. Empty when it is none: another magic or version, more than 20 entries, or an end in the
 /// middle of them. An entry that does not lie within the image, or is shorter than its kind, is ignored.
 std::optional<AppleDoubleFacts> DecodeAppleDouble(ByteSource const& image);
@@ -63,7 +65,11 @@ std::optional<AppleDoubleFacts> DecodeAppleDouble(ByteSource const& image);
 std::optional<AppleDoubleFacts> DecodeAfpInfo(std::span<unsigned char const> record);
 
 /// A big-endian number of 16 or 32 bits.
-std::uint16_t BigEndian16(unsigned char const* bytes);
-std::uint32_t BigEndian32(unsigned char const* bytes);
+inline std::uint16_t BigEndian16(unsigned char const* bytes) {
+    return static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1]);
+}
+inline std::uint32_t BigEndian32(unsigned char const* bytes) {
+    return static_cast<std::uint32_t>(BigEndian16(bytes)) << 16 | BigEndian16(bytes + 2);
+}
 
 }  // namespace Platform

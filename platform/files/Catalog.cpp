@@ -1,7 +1,6 @@
 #include "files/Catalog.h"
 
 #include <Carbon/MacErrors.h>
-#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -13,36 +12,51 @@
 #include "files/CheckIn.h"
 #include "files/Dates.h"
 #include "files/Errors.h"
-#include "files/Locations.h"
+#include "files/FolderEntries.h"
+#include "files/MacMetadata.h"
 #include "files/MountTable.h"
-#include "foundation/PathStyles.h"
 
 namespace Platform {
 
 namespace {
 
-int Look(char const* path, int flags, struct statx& status) {
+int Look(Place place, int flags, struct statx& status) {
     constexpr unsigned wanted = STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID;
-    return statx(AT_FDCWD, path, flags, wanted, &status) == 0 ? 0 : errno;
+    return statx(place.folder, place.path, flags, wanted, &status) == 0 ? 0 : errno;
 }
 
 // Describes a link by its target where the rule says so.
-void FollowLink(char const* path, LinkRule rule, Item& item) {
+void FollowLink(Place place, LinkRule rule, Item& item) {
     struct statx target;
-    bool const reached = rule != LinkRule::Itself && Look(path, 0, target) == 0;
+    bool const reached = rule != LinkRule::Itself && Look(place, 0, target) == 0;
     item.isLinkItself = !reached || (rule == LinkRule::Listed && S_ISDIR(target.stx_mode));
     if (!item.isLinkItself) item.status = target;
+}
+
+OSErr InspectAt(Place place, LinkRule rule, int flags, Item& item) {
+    if (int const error = Look(place, AT_SYMLINK_NOFOLLOW | flags, item.status); error != 0)
+        return ErrorOfErrno(error);
+    item.isLink = S_ISLNK(item.status.stx_mode);
+    item.isLinkItself = false;
+    if (item.isLink) FollowLink(place, rule, item);
+    return noErr;
 }
 
 // What is needed to fill in one item's information.
 class Filler {
   public:
-    Filler(Location const& itemLocation, Item const& inspected, FSCatalogInfoBitmap which,
+    Filler(FoundItem const& found, Place itemPlace, FSCatalogInfoBitmap which, Listing& shown,
            FSCatalogInfo& result)
-        : location(itemLocation), item(inspected), status(inspected.status), wanted(which), info(result) {}
+        : path(found.location.path),
+          place(itemPlace),
+          item(found.item),
+          status(item.status),
+          wanted(which),
+          listing(shown),
+          info(result) {}
 
-    void Fill(CatalogOptions options) {
-        if (!item.isLinkItself && NeedsMetadata()) ReadMetadata(options.companions);
+    void Fill() {
+        if (!item.isLinkItself && NeedsMetadata()) ReadMetadata();
         FillNode();
         FillDates();
         FillPermissions();
@@ -65,14 +79,24 @@ class Filler {
     }
 
     // Metadata belong to the target of a link, and its companions lie beside the target.
-    void ReadMetadata(Companions companions) {
-        if (!item.isLink) {
-            metadata = ReadMacMetadata(location.path, item.IsFolder(), companions);
+    void ReadMetadata() {
+        if (item.isLink) {
+            std::string target;
+            if (PathWithoutLinks(path.Text(), target) != 0) return;
+            ReadMacMetadata({AT_FDCWD, target.c_str()}, item.IsFolder(), {}, metadata);
             return;
         }
-        std::string target;
-        if (PathWithoutLinks(location.path, target) != 0) return;
-        metadata = ReadMacMetadata(target, item.IsFolder(), Companions::LookFor);
+        bool const attributes = listing.withoutAttributes != item.Device();
+        ReadMacMetadata(place, item.IsFolder(), {attributes, listing.companions}, metadata);
+        if (!metadata.hasAttributes) listing.withoutAttributes = item.Device();
+    }
+
+    FSVolumeRefNum Volume() {
+        if (listing.mountId != status.stx_mnt_id) {
+            listing.mountId = status.stx_mnt_id;
+            listing.volume = VolumeOf(item);
+        }
+        return listing.volume;
     }
 
     void FillNode() {
@@ -82,8 +106,8 @@ class Filler {
             if (item.IsFolder()) info.nodeFlags |= kFSNodeIsDirectoryMask;
             if (immutable || metadata.locked) info.nodeFlags |= kFSNodeLockedMask;
         }
-        if (Wants(kFSCatInfoVolume)) info.volume = VolumeOf(item);
-        if (Wants(kFSCatInfoParentDirID)) info.parentDirID = ParentNumber(location.path);
+        if (Wants(kFSCatInfoVolume)) info.volume = Volume();
+        if (Wants(kFSCatInfoParentDirID)) info.parentDirID = ParentNumber(path);
         if (Wants(kFSCatInfoNodeID))
             info.nodeID = volumeRoot ? UInt32{fsRtDirID} : static_cast<UInt32>(status.stx_ino);
     }
@@ -117,11 +141,10 @@ class Filler {
             int mode;
             UInt8 bit;
         } rights[] = {{W_OK, 1}, {R_OK, 2}, {X_OK, 4}};
-        SystemPath const path(location.path);
         int const flags = AT_EACCESS | (item.isLinkItself ? AT_SYMLINK_NOFOLLOW : 0);
         UInt8 result = 0;
         for (auto const& right : rights) {
-            if (faccessat(AT_FDCWD, path.Get(), right.mode, flags) == 0) result |= right.bit;
+            if (faccessat(place.folder, place.path, right.mode, flags) == 0) result |= right.bit;
         }
         return result;
     }
@@ -129,7 +152,7 @@ class Filler {
     UInt16 FinderFlags(FinderBytes const& bytes) const {
         UInt16 flags = BigEndian16(bytes.data() + 8);
         if (item.isLink) flags |= kIsAlias;
-        if (LastComponent(location.path).starts_with('.')) flags |= kIsInvisible;
+        if (path.Name().starts_with('.')) flags |= kIsInvisible;
         return flags;
     }
 
@@ -195,20 +218,17 @@ class Filler {
     }
 
     UInt32 CountEntries() const {
-        SystemPath const path(location.path);
-        std::unique_ptr<DIR, int (*)(DIR*)> const folder(opendir(path.Get()), closedir);
         UInt32 count = 0;
-        if (!folder) return count;
-        while (dirent const* entry = readdir(folder.get())) {
-            if (!IsDots(entry->d_name)) ++count;
-        }
+        ForEachEntry(place, [&](FolderEntry const&) { ++count; });
         return count;
     }
 
-    Location const& location;
+    Path const& path;
+    Place const place;
     Item const& item;
     struct statx const& status;
-    FSCatalogInfoBitmap wanted;
+    FSCatalogInfoBitmap const wanted;
+    Listing& listing;
     FSCatalogInfo& info;
     MacMetadata metadata;
 };
@@ -218,27 +238,35 @@ class Filler {
 OSErr Inspect(Location const& location, Item& item) {
     if (!MayGoOn(1)) return userCanceledErr;
     SystemPath const path(location.path);
-    if (path.Error() != 0) return ErrorOfErrno(path.Error());
-    if (int const error = Look(path.Get(), AT_SYMLINK_NOFOLLOW, item.status); error != 0)
-        return ErrorOfErrno(error);
-    item.isLink = S_ISLNK(item.status.stx_mode);
-    item.isLinkItself = false;
-    if (item.isLink) FollowLink(path.Get(), location.rule, item);
-    return noErr;
+    return path.Error() != 0 ? ErrorOfErrno(path.Error()) : InspectAt(path.Get(), location.rule, 0, item);
 }
 
-OSErr FillCatalogInfo(Location const& location, Item const& item, FSCatalogInfoBitmap whichInfo,
-                      CatalogOptions options, FSCatalogInfo& info) {
+OSErr InspectListed(Place place, LinkRule rule, Item& item) {
+    return InspectAt(place, rule, AT_NO_AUTOMOUNT, item);
+}
+
+bool IsCatalogInfo(FSCatalogInfoBitmap whichInfo) {
     constexpr FSCatalogInfoBitmap known = kFSCatInfoGettableInfo | kFSCatInfoUserAccess;
+    return (whichInfo & ~known) == 0;
+}
+
+OSErr FillCatalogInfo(FoundItem const& found, FSCatalogInfoBitmap whichInfo, FSCatalogInfo& info) {
+    SystemPath const path(found.location.path);
+    Listing nothingKnown;
+    return FillCatalogInfo(found, path.Get(), whichInfo, nothingKnown, info);
+}
+
+OSErr FillCatalogInfo(FoundItem const& found, Place place, FSCatalogInfoBitmap whichInfo, Listing& listing,
+                      FSCatalogInfo& info) {
     info = FSCatalogInfo{};
-    if ((whichInfo & ~known) != 0) return errFSBadInfoBitmap;
-    Filler(location, item, whichInfo, info).Fill(options);
+    if (!IsCatalogInfo(whichInfo)) return errFSBadInfoBitmap;
+    Filler(found, place, whichInfo, listing, info).Fill();
     return noErr;
 }
 
-UInt32 ParentNumber(std::string const& path) {
-    std::string const parent = ParentPath(path);
-    if (parent.empty()) return fsRtParID;
+UInt32 ParentNumber(Path const& path) {
+    Path const parent = path.Folder();
+    if (parent.IsNone()) return fsRtParID;
     SystemPath const form(parent);
     struct statx status;
     if (form.Error() != 0 || Look(form.Get(), 0, status) != 0) return 0;

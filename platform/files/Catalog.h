@@ -7,24 +7,12 @@
 #include <sys/sysmacros.h>
 
 #include <cstdint>
-#include <string>
+#include <optional>
 
-#include "files/MacMetadata.h"
+#include "files/Location.h"
+#include "files/Locations.h"
 
 namespace Platform {
-
-/// How an item is described whose last component is a symbolic link.
-enum class LinkRule : std::uint8_t {
-    Follow,  // by what it leads to; by itself when that cannot be reached
-    Listed,  // the same, but a link to a folder by itself: a listing does not enter it
-    Itself,  // by itself
-};
-
-/// Where an item is and how it is to be described.
-struct Location {
-    std::string path;  // plain
-    LinkRule rule = LinkRule::Follow;
-};
 
 /// An item that was looked at once, by one statx(2), or two for a link.
 struct Item {
@@ -36,23 +24,39 @@ struct Item {
     dev_t Device() const { return makedev(status.stx_dev_major, status.stx_dev_minor); }
 };
 
-/// Looks at the item at a location; a result code.
-OSErr Inspect(Location const& location, Item& item);
-
-/// What FillCatalogInfo may skip because the caller knows it.
-struct CatalogOptions {
-    Companions companions = Companions::LookFor;
+/// An item that was found, and where.
+struct FoundItem {
+    Location location;
+    Item item;
 };
 
+/// Looks at the item at a location; a result code.
+OSErr Inspect(Location const& location, Item& item);
+/// The same at a place in a folder that is being listed: the check-in function is not asked, and nothing is
+/// mounted.
+OSErr InspectListed(Place place, LinkRule rule, Item& item);
+
+/// What a listing of a folder has shown of all its items, and so spares the look-ups for each of them.
+struct Listing {
+    bool companions = true;                    // there may be companion files beside them
+    std::optional<dev_t> withoutAttributes{};  // a file system that has no extended attributes
+    std::uint64_t mountId = 0;                 // a mount, and the number of its volume
+    FSVolumeRefNum volume = 0;
+};
+
+/// Whether all bits of a mask name catalog information.
+bool IsCatalogInfo(FSCatalogInfoBitmap whichInfo);
 /// Fills the fields of `whichInfo` of an item that was looked at; the others become zero. A field of which
 /// nothing can be learned any more, because the item has just gone, is zero too. errFSBadInfoBitmap for bits
 /// without meaning.
-OSErr FillCatalogInfo(Location const& location, Item const& item, FSCatalogInfoBitmap whichInfo,
-                      CatalogOptions options, FSCatalogInfo& info);
+OSErr FillCatalogInfo(FoundItem const& found, FSCatalogInfoBitmap whichInfo, FSCatalogInfo& info);
+/// The same for an item of a listing, which is added to by what is learned of it.
+OSErr FillCatalogInfo(FoundItem const& found, Place place, FSCatalogInfoBitmap whichInfo, Listing& listing,
+                      FSCatalogInfo& info);
 
 /// The number by which FSSpecs and catalog entries name the folder that holds the item at a path; 1
 /// for the root.
-UInt32 ParentNumber(std::string const& path);
+UInt32 ParentNumber(Path const& path);
 /// The number of the volume that an item is on; 0 when it is not listed.
 FSVolumeRefNum VolumeOf(Item const& item);
 

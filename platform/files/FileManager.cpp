@@ -23,8 +23,8 @@ namespace {
 
 OSErr MakeParentReference(FoundItem const& found, FSRef& parentRef) {
     parentRef = FSRef{};
-    std::string const path = ParentPath(found.location.path);
-    if (path.empty()) return noErr;
+    Path const path = found.location.path.Folder();
+    if (path.IsNone()) return noErr;
     FoundItem parent;
     OSErr const error = FindItem(path, LinkRule::Follow, parent);
     if (error == noErr) parentRef = MakeReference(parent);
@@ -36,10 +36,10 @@ OSErr GetCatalogInfo(FSRef const& ref, FSCatalogInfoBitmap whichInfo, FSCatalogI
     FoundItem found;
     if (OSErr const error = FindReferenced(ref, found); error != noErr) return error;
     if (catalogInfo != nullptr) {
-        OSErr const error = FillCatalogInfo(found.location, found.item, whichInfo, {}, *catalogInfo);
+        OSErr const error = FillCatalogInfo(found, whichInfo, *catalogInfo);
         if (error != noErr) return error;
     }
-    if (outName != nullptr) *outName = CarbonName(LastComponent(found.location.path));
+    if (outName != nullptr) *outName = CarbonName(found.location.path.Name());
     if (fsSpec != nullptr) {
         if (OSErr const error = MakeSpec(found, *fsSpec); error != noErr) return error;
     }
@@ -48,7 +48,7 @@ OSErr GetCatalogInfo(FSRef const& ref, FSCatalogInfoBitmap whichInfo, FSCatalogI
 
 OSErr MakeReferenceToPath(std::string_view path, LinkRule rule, FSRef& ref, Boolean* isDirectory) {
     FoundItem found;
-    if (OSErr const error = FindItem(path, rule, found); error != noErr) return error;
+    if (OSErr const error = FindItemOfText(path, rule, found); error != noErr) return error;
     ref = MakeReference(found);
     if (isDirectory != nullptr) *isDirectory = found.item.IsFolder();
     return noErr;
@@ -61,14 +61,16 @@ OSErr FindNamed(FSRef const& parentRef, std::u16string_view text, FoundItem& fou
     FoundItem parent;
     if (OSErr const error = FindReferenced(parentRef, parent); error != noErr) return error;
     if (!parent.item.IsFolder()) return dirNFErr;
-    return FindItem(JoinPaths(parent.location.path, *name), LinkRule::Follow, found);
+    return FindItem(parent.location.path.Child(*name), LinkRule::Follow, found);
 }
 
 // The location without dots; the URL's folder, or the item itself where it must be one, has to exist.
-OSErr ResolveURL(std::string const& path, CFURLRef& result) {
-    std::string resolved;
+OSErr ResolveURL(CFURLRef url, CFURLRef& result) {
+    Path resolved;
     bool mustBeFolder = false;
-    if (int const error = ResolvePath(path, resolved, mustBeFolder); error != 0) return ErrorOfErrno(error);
+    int const failure = ResolvePath(url->ResolvedPath().Text(), resolved, mustBeFolder);
+    if (failure != 0) return ErrorOfErrno(failure);
+    mustBeFolder |= url->directory;
     FoundItem found;
     OSErr const error = FindItem(resolved, LinkRule::Follow, found);
     if (error == noErr) {
@@ -78,7 +80,7 @@ OSErr ResolveURL(std::string const& path, CFURLRef& result) {
     }
     if (error != fnfErr || mustBeFolder) return error;
     FoundItem folder;
-    if (OSErr const reason = FindItem(ParentPath(resolved), LinkRule::Follow, folder); reason != noErr)
+    if (OSErr const reason = FindItem(resolved.Folder(), LinkRule::Follow, folder); reason != noErr)
         return reason;
     if (!folder.item.IsFolder()) return fnfErr;  // a link that leads nowhere
     result = NewURL(resolved, false);
@@ -133,7 +135,7 @@ OSStatus FSRefMakePath(FSRef const* ref, UInt8* path, UInt32 maxPathSize) {
         if (ref == nullptr || path == nullptr) return paramErr;
         auto const remembered = ReferenceTable::Shared().Find(*ref);
         if (!remembered) return errFSBadFSRef;
-        std::string const& whole = remembered->location.path;
+        std::string const whole = remembered->location.path.Text();
         if (whole.size() >= maxPathSize) return errFSNameTooLong;
         std::memcpy(path, whole.c_str(), whole.size() + 1);
         return noErr;
@@ -146,8 +148,10 @@ Boolean CFURLGetFSRef(CFURLRef url, FSRef* reference) {
 
 CFURLRef CFURLCreateFromFSRef(CFAllocatorRef, FSRef const* reference) {
     return Guarded<CFURLRef>(nullptr, [&]() -> CFURLRef {
-        auto const remembered = ReferenceTable::Shared().Find(*reference);
-        return remembered ? NewURL(remembered->location.path, remembered->isFolder) : nullptr;
+        auto remembered = ReferenceTable::Shared().Find(*reference);
+        if (!remembered) return nullptr;
+        Location& location = remembered->location;
+        return NewURL(std::move(location.path), remembered->isFolder, nullptr, location.rule);
     });
 }
 
@@ -155,13 +159,12 @@ OSErr PlatformGetItem(CFURLRef url, FSCatalogInfoBitmap whichInfo, FSRef* ref, F
     return Guarded<OSErr>(memFullErr, [&]() -> OSErr {
         if (url == nullptr || ref == nullptr) return paramErr;
         FoundItem found;
-        // A folder's URL is one by its end; that is no reason to take the path apart.
-        std::string const path = url->ResolvedPath();
-        bool const isFolder = path.back() == '/';
-        OSErr error = FindItem(isFolder ? WithoutEndSeparators(path) : path, LinkRule::Follow, found);
+        Path const path = url->ResolvedPath();
+        OSErr error = path.IsPlain() ? FindItem(path, url->rule, found)
+                                     : FindItemOfText(path.Text(), LinkRule::Follow, found);
         if (error != noErr) return error;
-        if (isFolder && !found.item.IsFolder()) return dirNFErr;
-        if (info != nullptr) error = FillCatalogInfo(found.location, found.item, whichInfo, {}, *info);
+        if (url->directory && !found.item.IsFolder()) return dirNFErr;
+        if (info != nullptr) error = FillCatalogInfo(found, whichInfo, *info);
         if (error == noErr) *ref = MakeReference(found);
         return error;
     });
@@ -171,7 +174,7 @@ CFURLRef PlatformCreateResolvedURL(CFURLRef url, OSErr* error) {
     OSErr reason = memFullErr;
     CFURLRef const result = Guarded<CFURLRef>(nullptr, [&] {
         CFURLRef resolved = nullptr;
-        reason = ResolveURL(url->ResolvedPath(), resolved);
+        reason = ResolveURL(url, resolved);
         return resolved;
     });
     if (error != nullptr) *error = reason;

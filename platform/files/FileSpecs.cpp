@@ -1,15 +1,13 @@
 #include "files/FileSpecs.h"
 
 #include <Carbon/MacErrors.h>
-#include <dirent.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <optional>
 
-#include "files/Locations.h"
+#include "files/FolderEntries.h"
 #include "files/MountTable.h"
 #include "foundation/MacRoman.h"
 #include "foundation/Object.h"
@@ -43,18 +41,16 @@ std::string_view Extension(std::string_view name) {
 }
 
 // The entry of a folder that a mangled name was made of.
-std::optional<std::string> UnmangledName(std::string const& folder, std::string_view mangled) {
-    SystemPath const form(folder);
-    std::unique_ptr<DIR, int (*)(DIR*)> const entries(opendir(form.Get()), closedir);
-    if (!entries) return std::nullopt;
-    while (dirent const* entry = readdir(entries.get())) {
-        if (SpecName(entry->d_name, static_cast<UInt32>(entry->d_ino)) == mangled) return entry->d_name;
-    }
-    return std::nullopt;
+std::optional<std::string> UnmangledName(Path const& folder, std::string_view mangled) {
+    std::optional<std::string> found;
+    ForEachEntry(SystemPath(folder).Get(), [&](FolderEntry const& entry) {
+        if (!found && SpecName(entry.name, static_cast<UInt32>(entry.inode)) == mangled) found = entry.name;
+    });
+    return found;
 }
 
 // Whether the folder at the path is still the one that the numbers were made of.
-bool IsStillThere(std::string const& path, FSVolumeRefNum volume, SInt32 number) {
+bool IsStillThere(Path const& path, FSVolumeRefNum volume, SInt32 number) {
     FoundItem found;
     if (FindItem(path, LinkRule::Follow, found) != noErr || !found.item.IsFolder()) return false;
     return static_cast<SInt32>(found.item.status.stx_ino) == number && VolumeOf(found.item) == volume;
@@ -62,7 +58,7 @@ bool IsStillThere(std::string const& path, FSVolumeRefNum volume, SInt32 number)
 
 // The folder that an FSSpec means.
 struct SpecifiedFolder {
-    std::string path;
+    Path path;
     bool isItem = false;  // it is the specified item itself, whatever name is given: a volume's root
 };
 
@@ -74,7 +70,7 @@ OSErr FindFolder(FSVolumeRefNum volume, SInt32 number, SpecifiedFolder& folder) 
     if (number != fsRtParID && number != fsRtDirID) return dirNFErr;
     for (Volume const& listed : MountTable::Shared().Volumes()) {
         if (listed.number != volume) continue;
-        folder = {listed.mountPoint, number == fsRtParID};
+        folder = {Path(listed.mountPoint), number == fsRtParID};
         return noErr;
     }
     return nsvErr;
@@ -91,10 +87,10 @@ OSErr FindSpecified(FSSpec const& spec, FoundItem& found) {
     if (folder.isItem || name.empty() || name == "/") return FindItem(folder.path, LinkRule::Follow, found);
     std::string const fileName = FileNameOfMacRoman(name);
     if (CheckName(fileName) != noErr) return bdNamErr;
-    OSErr const error = FindItem(JoinPaths(folder.path, fileName), LinkRule::Follow, found);
+    OSErr const error = FindItem(folder.path.Child(fileName), LinkRule::Follow, found);
     if (error != fnfErr || name.find('#') == std::string_view::npos) return error;
     auto const unmangled = UnmangledName(folder.path, name);
-    return unmangled ? FindItem(JoinPaths(folder.path, *unmangled), LinkRule::Follow, found) : OSErr{fnfErr};
+    return unmangled ? FindItem(folder.path.Child(*unmangled), LinkRule::Follow, found) : OSErr{fnfErr};
 }
 
 void CopyName(std::string_view name, Str63& to) {
@@ -118,10 +114,10 @@ std::string SpecName(std::string_view name, UInt32 inode) {
 
 OSErr MakeSpec(FoundItem const& found, FSSpec& spec) {
     spec = FSSpec{};
-    std::string const& path = found.location.path;
-    CopyName(SpecName(LastComponent(path), static_cast<UInt32>(found.item.status.stx_ino)), spec.name);
-    std::string const folder = ParentPath(path);
-    if (folder.empty()) {
+    Path const& path = found.location.path;
+    CopyName(SpecName(path.Name(), static_cast<UInt32>(found.item.status.stx_ino)), spec.name);
+    Path const folder = path.Folder();
+    if (folder.IsNone()) {
         spec.vRefNum = VolumeOf(found.item);
         spec.parID = fsRtParID;
         return noErr;

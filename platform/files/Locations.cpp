@@ -6,59 +6,49 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
-#include <new>
 
 #include "foundation/PathStyles.h"
 
 namespace Platform {
 
-SystemPath::SystemPath(std::string_view path) {
-    if (path.size() < PATH_MAX) {
-        form = path;
+SystemPath::SystemPath(Path const& path) : folder(OpenFolders::Shared().FolderOf(path)) {
+    if (folder) {
+        form = path.Name();
+    } else if (path.Length() < PATH_MAX) {
+        form = path.Text();
     } else {
-        Shorten(path);
+        Shorten(path.Text());
     }
-}
-
-SystemPath::~SystemPath() {
-    if (folder >= 0) close(folder);
 }
 
 // Opens the folders on the way in steps of less than PATH_MAX bytes each, until what is left is short.
 void SystemPath::Shorten(std::string_view path) {
-    constexpr std::size_t longestStep = PATH_MAX - 64;  // leaves room for the descriptor's own path
-    while (path.size() > longestStep) {
-        std::size_t const end = path.rfind('/', longestStep);
+    while (path.size() >= PATH_MAX) {
+        std::size_t const end = path.rfind('/', PATH_MAX - 1);
         if (end == std::string_view::npos || end == 0) {
             error = ENAMETOOLONG;
             return;
         }
         std::string const step(path.substr(0, end));
-        int const next =
-            openat(folder >= 0 ? folder : AT_FDCWD, step.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+        int const next = openat(Get().folder, step.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
         if (next < 0) {
             error = errno;
             return;
         }
-        if (folder >= 0) close(folder);
-        folder = next;
+        folder = std::make_shared<Descriptor const>(next);
         path.remove_prefix(std::min(path.find_first_not_of('/', end), path.size()));
     }
-    form = "/proc/self/fd/" + std::to_string(folder) + "/" + std::string(path);
+    form = path;
 }
 
-bool IsPlainPath(std::string_view path) {
-    if (path.empty() || path.front() != '/') return false;
-    if (path == "/") return true;
-    while (!path.empty()) {
-        path.remove_prefix(1);
-        std::string_view const name = path.substr(0, path.find('/'));
-        if (name.empty() || IsDots(name)) return false;
-        path.remove_prefix(name.size());
-    }
-    return true;
+std::string Beside(Place place, std::string_view name) {
+    std::string_view const path = place.path;
+    std::size_t const end = path.rfind('/');
+    std::string result(path.substr(0, end == std::string_view::npos ? 0 : end + 1));
+    return result.append(name);
 }
 
 int PathWithoutLinks(std::string const& path, std::string& result) {
@@ -68,26 +58,23 @@ int PathWithoutLinks(std::string const& path, std::string& result) {
     return 0;
 }
 
-std::string ParentPath(std::string_view plainPath) {
-    if (plainPath == "/") return {};
-    std::size_t const end = plainPath.rfind('/');
-    return std::string(plainPath.substr(0, end == 0 ? 1 : end));
-}
-
 namespace {
 
 // One level up from `path`, on the disk. A link is left towards where it leads.
-int StepUp(std::string& path) {
+int StepUp(std::string& text) {
+    Path path(text);
     SystemPath const here(path);
     struct stat status;
     if (here.Error() != 0) return here.Error();
-    if (lstat(here.Get(), &status) != 0) return errno;
+    auto const [folder, name] = here.Get();
+    if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return errno;
     if (S_ISLNK(status.st_mode)) {
-        if (stat(here.Get(), &status) != 0) return errno;
-        if (int const error = PathWithoutLinks(path, path); error != 0) return error;
+        if (fstatat(folder, name, &status, 0) != 0) return errno;
+        if (int const error = PathWithoutLinks(text, text); error != 0) return error;
+        path = Path(text);
     }
     if (!S_ISDIR(status.st_mode)) return ENOTDIR;
-    if (path != "/") path = ParentPath(path);
+    if (!path.IsRoot()) text = path.Folder().Text();
     return 0;
 }
 
@@ -100,11 +87,11 @@ int WorkingDirectory(std::string& path) {
 
 }  // namespace
 
-int ResolvePath(std::string_view path, std::string& resolved, bool& folder) {
+int ResolvePath(std::string_view path, Path& resolved, bool& folder) {
     if (path.empty()) return EINVAL;
-    resolved = "/";
+    std::string text = "/";
     if (path.front() != '/') {
-        if (int const error = WorkingDirectory(resolved); error != 0) return error;
+        if (int const error = WorkingDirectory(text); error != 0) return error;
     }
     folder = path.back() == '/' || IsDots(LastComponent(path));
     while (!path.empty()) {
@@ -112,11 +99,12 @@ int ResolvePath(std::string_view path, std::string& resolved, bool& folder) {
         path.remove_prefix(std::min(name.size() + 1, path.size()));
         if (name.empty() || name == ".") continue;
         if (name != "..") {
-            AppendName(resolved, name);
-        } else if (int const error = StepUp(resolved); error != 0) {
+            AppendName(text, name);
+        } else if (int const error = StepUp(text); error != 0) {
             return error;
         }
     }
+    resolved = Path(text);
     return 0;
 }
 

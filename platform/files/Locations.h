@@ -1,45 +1,55 @@
 #pragma once
 
-// Paths on the disk: absolute ones, ones longer than system calls take, and ones with "..".
+// Paths on the disk: in the form that system calls take, and resolved where they hold "..".
 //
 // Functions here return 0 or a value of errno.
+
+#include <fcntl.h>
 
 #include <string>
 #include <string_view>
 
+#include "files/OpenFolders.h"
+#include "foundation/Path.h"
+
 namespace Platform {
 
-/// A path in a form that system calls take, whatever its length: PATH_MAX and more are reached through
-/// descriptors of folders on the way, which this object holds.
+/// What system calls take: a folder's descriptor and a path from there. Borrowed.
+struct Place {
+    int folder = AT_FDCWD;
+    char const* path = "";
+};
+
+/// A path in the form that system calls take, whatever its length. An item whose folder is just being listed
+/// is found from there, and PATH_MAX and more bytes are reached through the folders on the way.
 class SystemPath {
   public:
-    explicit SystemPath(std::string_view path);
+    explicit SystemPath(Path const& path);
     SystemPath(SystemPath const&) = delete;
     SystemPath& operator=(SystemPath const&) = delete;
-    ~SystemPath();
 
-    /// 0, or why a folder on the way could not be opened; then the path below cannot be found.
+    /// 0, or why a folder on the way could not be opened; then the place leads nowhere.
     int Error() const { return error; }
-    char const* Get() const { return form.c_str(); }
+    /// Lent as long as this lives.
+    Place Get() const { return {folder ? folder->Number() : AT_FDCWD, form.c_str()}; }
 
   private:
     void Shorten(std::string_view path);
 
     std::string form;
-    int folder = -1;
+    SharedDescriptor folder;
     int error = 0;
 };
 
-/// Whether a path is absolute and has no ".", "..", doubled separators or separator at its end.
-bool IsPlainPath(std::string_view path);
+/// The place of an item beside the one at `place`, or below its folder: `name` takes the place of the last
+/// name.
+std::string Beside(Place place, std::string_view name);
 
 /// The plain path of a location: see PlatformCreateResolvedURL. `folder` tells whether the path demanded a
 /// folder, by its end. That the item is one, if it exists, is left to the caller, and so is the folder that
 /// holds it.
-int ResolvePath(std::string_view path, std::string& resolved, bool& folder);
+int ResolvePath(std::string_view path, Path& resolved, bool& folder);
 
-/// The path of the folder that holds the item at a plain path; of the root empty.
-std::string ParentPath(std::string_view plainPath);
 /// The path without any symbolic link.
 int PathWithoutLinks(std::string const& path, std::string& result);
 

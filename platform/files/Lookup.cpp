@@ -11,16 +11,17 @@
 
 namespace Platform {
 
-OSErr FindItem(std::string_view path, LinkRule rule, FoundItem& found) {
+OSErr FindItem(Path const& path, LinkRule rule, FoundItem& found) {
+    found.location = {path, rule};
+    return Inspect(found.location, found.item);
+}
+
+OSErr FindItemOfText(std::string_view text, LinkRule rule, FoundItem& found) {
+    Path path;
     bool mustBeFolder = false;
-    if (IsPlainPath(path)) {
-        found.location = {std::string(path), rule};
-    } else {
-        int const error = ResolvePath(path, found.location.path, mustBeFolder);
-        if (error != 0) return ErrorOfErrno(error);
-        found.location.rule = mustBeFolder && rule == LinkRule::Itself ? LinkRule::Follow : rule;
-    }
-    if (OSErr const error = Inspect(found.location, found.item); error != noErr) return error;
+    if (int const error = ResolvePath(text, path, mustBeFolder); error != 0) return ErrorOfErrno(error);
+    LinkRule const applied = mustBeFolder && rule == LinkRule::Itself ? LinkRule::Follow : rule;
+    if (OSErr const error = FindItem(path, applied, found); error != noErr) return error;
     return mustBeFolder && !found.item.IsFolder() ? OSErr{dirNFErr} : OSErr{noErr};
 }
 

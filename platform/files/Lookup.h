@@ -13,14 +13,10 @@
 
 namespace Platform {
 
-/// An item that was found, and where.
-struct FoundItem {
-    Location location;
-    Item item;
-};
-
-/// Finds the item at a path, which is made plain first; a result code.
-OSErr FindItem(std::string_view path, LinkRule rule, FoundItem& found);
+/// Finds the item at a plain path; a result code.
+OSErr FindItem(Path const& path, LinkRule rule, FoundItem& found);
+/// Finds the item at a path that is made plain first. One that ends with '/', "." or ".." wants a folder.
+OSErr FindItemOfText(std::string_view path, LinkRule rule, FoundItem& found);
 /// Finds the item that a reference stands for; a result code.
 OSErr FindReferenced(FSRef const& reference, FoundItem& found);
 /// A new reference to a found item.

@@ -2,15 +2,13 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <string_view>
 #include <vector>
 
-#include "files/Locations.h"
+#include "files/ExtendedAttributes.h"
 #include "foundation/PathStyles.h"
 
 namespace Platform {
@@ -21,11 +19,11 @@ namespace {
 class FileSource final : public ByteSource {
   public:
     // A file that is missing or not a regular one has no bytes.
-    explicit FileSource(std::string const& path) {
-        SystemPath const form(path);
+    explicit FileSource(Place place) {
         struct stat status;
-        if (form.Error() != 0 || lstat(form.Get(), &status) != 0 || !S_ISREG(status.st_mode)) return;
-        descriptor = open(form.Get(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+        bool const isThere = fstatat(place.folder, place.path, &status, AT_SYMLINK_NOFOLLOW) == 0;
+        if (!isThere || !S_ISREG(status.st_mode)) return;
+        descriptor = openat(place.folder, place.path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
         size = static_cast<std::uint64_t>(status.st_size);
     }
     FileSource(FileSource const&) = delete;
@@ -77,75 +75,35 @@ constexpr Store kStores[] = {
     {Kind::Companion, kDoublePrefix},  // copies to volumes that cannot hold forks
 };
 
-// The attributes of an item, by one listing.
-class Attributes {
-  public:
-    explicit Attributes(char const* itemPath) : path(itemPath) {
-        ssize_t size = listxattr(path, names.data(), names.size());
-        while (size < 0 && errno == ERANGE && names.size() < kMostBytes) {
-            names.resize(names.size() * 4);
-            size = listxattr(path, names.data(), names.size());
-        }
-        names.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
-    }
-
-    bool Has(std::string_view wanted) const {
-        std::string_view rest = names;
-        while (!rest.empty()) {
-            std::string_view const name = rest.substr(0, rest.find('\0'));
-            if (name == wanted) return true;
-            rest.remove_prefix(std::min(name.size() + 1, rest.size()));
-        }
-        return false;
-    }
-    // The value of an attribute that is there, when it is at most `most` bytes; else nothing.
-    std::vector<unsigned char> Value(std::string_view name, std::size_t most) const {
-        std::vector<unsigned char> value(most);
-        ssize_t const size = getxattr(path, std::string(name).c_str(), value.data(), value.size());
-        value.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
-        return value;
-    }
-    std::optional<std::uint64_t> Size(std::string_view name) const {
-        ssize_t const size = getxattr(path, std::string(name).c_str(), nullptr, 0);
-        if (size < 0) return std::nullopt;
-        return static_cast<std::uint64_t>(size);
-    }
-
-  private:
-    static constexpr std::size_t kMostBytes = 65536;  // the kernel's limit of a list
-    char const* path;
-    std::string names = std::string(1024, '\0');
-};
-
 // One pass over the stores for one item.
 class Collector {
   public:
-    Collector(std::string const& itemPath, bool folder, Companions companions)
-        : path(itemPath),
-          form(itemPath),
-          attributes(form.Get()),
+    // `listed` are the item's attributes; null where they are not to be asked.
+    Collector(Place item, bool folder, bool companions, ExtendedAttributes const* listed, MacMetadata& result)
+        : facts(result),
+          place(item),
+          attributes(listed),
+          name(LastComponent(item.path)),
           isFolder(folder),
-          lookForCompanions(companions == Companions::LookFor &&
-                            !LastComponent(path).starts_with(kDoublePrefix)) {}
+          besides(companions && !name.starts_with(kDoublePrefix) && name != "/") {}
 
-    MacMetadata Collect() {
+    void Collect() {
         for (Store const& store : kStores) Ask(store);
-        return std::move(facts);
     }
 
   private:
     void Ask(Store const& store) {
         bool const companion = store.kind == Kind::Companion || store.kind == Kind::CompanionFork;
-        if (companion ? !lookForCompanions : !attributes.Has(store.name)) return;
+        if (companion ? !MayHave(store.name) : attributes == nullptr || !attributes->Has(store.name)) return;
         switch (store.kind) {
             case Kind::FinderInfo:
-                TakeFinderInfo(attributes.Value(store.name, 256));
+                TakeFinderInfo(attributes->Value(store.name, 256));
                 break;
             case Kind::HfsCodes:
                 TakeHfsCodes();
                 break;
             case Kind::AfpInfo:
-                Take(DecodeAfpInfo(attributes.Value(store.name, 256)));
+                Take(DecodeAfpInfo(attributes->Value(store.name, 256)));
                 break;
             case Kind::AppleDouble:
                 TakeImage(store.name);
@@ -175,18 +133,18 @@ class Collector {
             CopyCode("hfs.type", info.begin());
             CopyCode("hfs.creator", info.begin() + 4);
         }
-        std::string const fork = JoinPaths(path, "rsrc");
-        FileSource const source(fork);
+        std::string const fork = JoinPaths(name, "rsrc");
+        FileSource const source({place.folder, Beside(place, fork).c_str()});
         if (source.Size() != 0) TakeFork({ResourceForkPlace::Store::File, fork, 0, source.Size()});
     }
 
     void CopyCode(std::string_view name, FinderBytes::iterator to) const {
-        auto const code = attributes.Value(name, 4);
+        auto const code = attributes->Value(name, 4);
         if (code.size() == 4) std::copy(code.begin(), code.end(), to);
     }
 
     void TakeForkAttribute(Store const& store) {
-        auto const size = attributes.Size(store.name);
+        auto const size = attributes->Size(store.name);
         if (!size || *size < store.trailing) return;
         TakeFork({ResourceForkPlace::Store::Attribute, std::string(store.name), 0, *size - store.trailing});
     }
@@ -197,15 +155,18 @@ class Collector {
 
     void TakeImage(std::string_view name) {
         constexpr std::size_t mostBytes = 4096;  // such images have 402; they hold no fork
-        auto const image = attributes.Value(name, mostBytes);
+        auto const image = attributes->Value(name, mostBytes);
         Take(DecodeAppleDouble(MemorySource(image)));
     }
 
-    std::string CompanionPath(std::string_view prefix) const {
-        if (isFolder && prefix == kDoubleFolder) return JoinPaths(path, ".AppleDouble/.Parent");
-        std::string const folder = ParentPath(path);
-        if (folder.empty()) return {};
-        return JoinPaths(folder, std::string(prefix).append(LastComponent(path)));
+    // Whether there may be a companion with this in front of its name. A folder's own lies within it, where
+    // a listing of the folder that holds it does not look.
+    bool MayHave(std::string_view prefix) const { return besides || (isFolder && prefix == kDoubleFolder); }
+
+    // A companion's name as the item's folder has it.
+    std::string CompanionName(std::string_view prefix) const {
+        if (isFolder && prefix == kDoubleFolder) return JoinPaths(name, ".AppleDouble/.Parent");
+        return std::string(prefix).append(name);
     }
 
     void TakeCompanion(std::string_view prefix, bool forkOnly) {
@@ -215,19 +176,18 @@ class Collector {
         if (!found.facts) return;
         if (found.facts->resourceFork) {
             ByteRange const range = *found.facts->resourceFork;
-            TakeFork({ResourceForkPlace::Store::File, found.path, range.offset, range.length});
+            TakeFork({ResourceForkPlace::Store::File, found.name, range.offset, range.length});
         }
         if (!forkOnly) Take(found.facts);
     }
 
     struct CompanionFacts {
-        std::string path;
+        std::string name;
         std::optional<AppleDoubleFacts> facts;
     };
     CompanionFacts ReadCompanion(std::string_view prefix) const {
-        std::string const companion = CompanionPath(prefix);
-        if (companion.empty()) return {};
-        return {companion, DecodeAppleDouble(FileSource(companion))};
+        std::string const companion = CompanionName(prefix);
+        return {companion, DecodeAppleDouble(FileSource({place.folder, Beside(place, companion).c_str()}))};
     }
 
     void Take(std::optional<AppleDoubleFacts> const& found) {
@@ -238,20 +198,27 @@ class Collector {
         facts.locked |= found->locked;
     }
 
-    std::string const& path;
-    SystemPath form;
-    Attributes attributes;
-    bool isFolder;
-    bool lookForCompanions;
+    MacMetadata& facts;
+    Place const place;
+    ExtendedAttributes const* const attributes;
+    std::string_view const name;
+    bool const isFolder;
+    bool const besides;  // companions may lie beside the item
     std::optional<CompanionFacts> doubleFile;
     std::optional<CompanionFacts> folderFile;
-    MacMetadata facts;
 };
 
 }  // namespace
 
-MacMetadata ReadMacMetadata(std::string const& path, bool isFolder, Companions companions) {
-    return Collector(path, isFolder, companions).Collect();
+bool IsAppleDouble(Place place) { return HasAppleDoubleMagic(FileSource(place)); }
+
+void ReadMacMetadata(Place place, bool isFolder, MetadataStores stores, MacMetadata& facts) {
+    std::optional<ExtendedAttributes> attributes;
+    if (stores.attributes) attributes.emplace(place);
+    bool const mayHaveAny = (attributes && !attributes->IsEmpty()) || stores.companions || isFolder;
+    if (mayHaveAny)
+        Collector(place, isFolder, stores.companions, attributes ? &*attributes : nullptr, facts).Collect();
+    facts.hasAttributes = attributes && attributes->AreSupported();
 }
 
 }  // namespace Platform

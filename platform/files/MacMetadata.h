@@ -9,6 +9,7 @@
 #include <string>
 
 #include "files/AppleDouble.h"
+#include "files/Locations.h"
 
 namespace Platform {
 
@@ -17,7 +18,7 @@ struct ResourceForkPlace {
     enum class Store {
         None,       // there is no resource fork
         Attribute,  // the value of the extended attribute `name` of the item
-        File,       // a part of the file `name`
+        File,       // a part of the file `name`, seen from the item's folder
     };
     Store store = Store::None;
     std::string name;
@@ -32,14 +33,20 @@ struct MacMetadata {
     std::optional<std::int32_t> created;   // seconds since 1 January 2000, universal time
     std::optional<std::int32_t> backedUp;  // the same
     bool locked = false;
+    bool hasAttributes = true;  // false when the file system has no extended attributes at all
 };
 
-/// Whether the companion files of an item are worth looking for: not when a listing of its folder has shown
-/// that there are none.
-enum class Companions { LookFor, KnownAbsent };
+/// Where to look.
+struct MetadataStores {
+    bool attributes = true;  // not where the file system is known to have none
+    bool companions =
+        true;  // not where a listing of the folder has shown that there are none beside the item
+};
 
-/// Reads the metadata of the item at a plain path, links in it followed. What cannot be read counts as
-/// absent.
-MacMetadata ReadMacMetadata(std::string const& path, bool isFolder, Companions companions);
+/// Reads the metadata of the item at a place, which is no symbolic link, into `facts`, which are empty
+/// before. What cannot be read counts as absent.
+void ReadMacMetadata(Place place, bool isFolder, MetadataStores stores, MacMetadata& facts);
+/// Whether the file at a place begins as AppleDouble files do.
+bool IsAppleDouble(Place place);
 
 }  // namespace Platform

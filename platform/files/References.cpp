@@ -40,7 +40,7 @@ std::uint64_t SealOf(Identity const& identity) {
 Identity IdentityOf(Item const& item) { return {0, item.Device(), item.status.stx_ino}; }
 
 ReferenceTable& ReferenceTable::Shared() {
-    static ReferenceTable& table = *new ReferenceTable(8192);
+    static ReferenceTable& table = *new ReferenceTable(1024);
     return table;
 }
 
@@ -77,7 +77,7 @@ FolderTable& FolderTable::Shared() {
     return table;
 }
 
-void FolderTable::Remember(FSVolumeRefNum volume, SInt32 number, std::string const& path) {
+void FolderTable::Remember(FSVolumeRefNum volume, SInt32 number, Path const& path) {
     std::lock_guard const lock(mutex);
     Key const key(volume, number);
     if (auto const known = index.find(key); known != index.end()) {
@@ -92,7 +92,7 @@ void FolderTable::Remember(FSVolumeRefNum volume, SInt32 number, std::string con
     folders.pop_back();
 }
 
-std::optional<std::string> FolderTable::Find(FSVolumeRefNum volume, SInt32 number) const {
+std::optional<Path> FolderTable::Find(FSVolumeRefNum volume, SInt32 number) const {
     std::lock_guard const lock(mutex);
     auto const found = index.find(Key(volume, number));
     if (found == index.end()) return std::nullopt;

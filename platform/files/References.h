@@ -10,7 +10,6 @@
 #include <map>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -40,7 +39,7 @@ struct RememberedLocation {
 class ReferenceTable {
   public:
     explicit ReferenceTable(std::size_t capacity) : places(capacity) {}
-    /// The table of the process, with 8192 places.
+    /// The table of the process, with 1024 places.
     static ReferenceTable& Shared();
 
     /// A new reference to an item that was looked at.
@@ -68,15 +67,15 @@ class FolderTable {
     /// The table of the process, of 1024 folders.
     static FolderTable& Shared();
 
-    void Remember(FSVolumeRefNum volume, SInt32 number, std::string const& path);
+    void Remember(FSVolumeRefNum volume, SInt32 number, Path const& path);
     /// The path of a folder; empty when it is not remembered.
-    std::optional<std::string> Find(FSVolumeRefNum volume, SInt32 number) const;
+    std::optional<Path> Find(FSVolumeRefNum volume, SInt32 number) const;
 
   private:
     using Key = std::pair<FSVolumeRefNum, SInt32>;
     struct Folder {
         Key key;
-        std::string path;
+        Path path;
     };
     mutable std::mutex mutex;
     std::size_t most;

@@ -7,9 +7,10 @@
 
 #include <CoreFoundation/CFBase.h>
 
-#include <atomic>
 #include <new>
 #include <utility>
+
+#include "foundation/Count.h"
 
 namespace Platform {
 
@@ -27,17 +28,17 @@ class Object {
     /// The same for equal objects.
     virtual CFHashCode Hash() const = 0;
 
-    void Retain() const noexcept { count.fetch_add(1, std::memory_order_relaxed); }
+    void Retain() const noexcept { count.Increase(); }
     void Release() const noexcept {
-        if (count.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+        if (count.Decrease()) delete this;
     }
-    CFIndex Count() const noexcept { return count.load(std::memory_order_relaxed); }
+    CFIndex Count() const noexcept { return static_cast<CFIndex>(count.Number()); }
 
   protected:
     Object() = default;
 
   private:
-    mutable std::atomic<CFIndex> count{1};
+    mutable OwnerCount count;
 };
 
 /// The next free type number; each type asks once.

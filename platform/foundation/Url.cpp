@@ -9,9 +9,12 @@
 #include "foundation/TextCodec.h"
 
 using Platform::Guarded;
+using Platform::LinkRule;
 using Platform::NewURL;
+using Platform::Path;
 
-__CFURL::__CFURL(std::string ownPath, CFURLRef baseURL) : path(std::move(ownPath)), base(baseURL) {
+__CFURL::__CFURL(Path ownPath, bool isDirectory, CFURLRef baseURL, LinkRule linkRule)
+    : path(std::move(ownPath)), directory(isDirectory), rule(linkRule), base(baseURL) {
     if (base != nullptr) base->Retain();
 }
 
@@ -23,26 +26,32 @@ CFTypeID __CFURL::TypeID() const { return CFURLGetTypeID(); }
 
 bool __CFURL::EqualTo(Platform::Object const& other) const {
     auto const& that = static_cast<__CFURL const&>(other);
-    if (path != that.path || (base == nullptr) != (that.base == nullptr)) return false;
+    if (directory != that.directory || (base == nullptr) != (that.base == nullptr)) return false;
+    if (!path.Is(that.path) && path.Text() != that.path.Text()) return false;
     return base == nullptr || base->EqualTo(*that.base);
 }
 
-CFHashCode __CFURL::Hash() const { return std::hash<std::string>()(path); }
+CFHashCode __CFURL::Hash() const { return std::hash<std::string>()(path.Text()); }
 
-std::string __CFURL::ResolvedPath() const {
-    return base == nullptr ? path : Platform::JoinPaths(base->ResolvedPath(), path);
+Path __CFURL::ResolvedPath() const {
+    return base == nullptr ? path : Path(Platform::JoinPaths(base->ResolvedPath().Text(), path.Text()));
 }
 
-CFURLRef Platform::NewURL(std::string path, bool directory, CFURLRef base) {
-    if (directory && path.back() != '/') path += '/';
-    return new __CFURL(std::move(path), path.front() == '/' ? nullptr : base);
+CFURLRef Platform::NewURL(Path path, bool directory, CFURLRef base, LinkRule rule) {
+    bool const isFolder = directory || path.IsRoot();
+    bool const isAbsolute = base == nullptr || path.IsPlain() || path.Text().front() == '/';
+    return new __CFURL(std::move(path), isFolder, isAbsolute ? nullptr : base, rule);
+}
+
+CFURLRef Platform::NewURL(std::string_view path, bool directory, CFURLRef base) {
+    return NewURL(Path(path), directory || path.ends_with('/'), base);
 }
 
 namespace {
 
 CFURLRef NewURLOfBytes(std::string_view path, bool directory, CFURLRef base) {
     if (path.empty() || path.find('\0') != std::string_view::npos) return nullptr;
-    return NewURL(std::string(path), directory, base);
+    return NewURL(path, directory, base);
 }
 
 CFURLRef NewURLOfHfsPath(std::string const& path, bool directory, CFURLRef base) {
@@ -99,7 +108,7 @@ CFURLRef CFURLCreateFromFileSystemRepresentationRelativeToBase(CFAllocatorRef, U
 
 CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style) {
     return Guarded<CFStringRef>(nullptr, [&]() -> CFStringRef {
-        std::string_view const path = Platform::WithoutEndSeparators(url->path);
+        std::string const path = url->path.Text();
         if (style == kCFURLPOSIXPathStyle) return Platform::NewFileNameString(path);
         return style == kCFURLHFSPathStyle ? NewHfsPath(path) : nullptr;
     });
@@ -108,8 +117,7 @@ CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style) {
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer,
                                          CFIndex maxBufferLength) {
     return Guarded<Boolean>(false, [&]() -> Boolean {
-        std::string const whole = resolveAgainstBase != 0 ? url->ResolvedPath() : url->path;
-        std::string_view const path = Platform::WithoutEndSeparators(whole);
+        std::string const path = (resolveAgainstBase != 0 ? url->ResolvedPath() : url->path).Text();
         if (maxBufferLength < 0 || path.size() >= static_cast<std::size_t>(maxBufferLength)) return false;
         std::memcpy(buffer, path.data(), path.size());
         buffer[path.size()] = 0;
@@ -117,18 +125,18 @@ Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBas
     });
 }
 
-Boolean CFURLHasDirectoryPath(CFURLRef url) {
-    return url->path.back() == '/' || Platform::IsDots(Platform::LastComponent(url->path));
-}
+Boolean CFURLHasDirectoryPath(CFURLRef url) { return url->directory || Platform::IsDots(url->path.Name()); }
 
 CFStringRef CFURLCopyLastPathComponent(CFURLRef url) {
-    return Guarded<CFStringRef>(
-        nullptr, [&] { return Platform::NewFileNameString(Platform::LastComponent(url->path)); });
+    return Guarded<CFStringRef>(nullptr, [&] { return Platform::NewFileNameString(url->path.Name()); });
 }
 
 CFURLRef CFURLCreateCopyDeletingLastPathComponent(CFAllocatorRef, CFURLRef url) {
-    return Guarded<CFURLRef>(nullptr,
-                             [&] { return NewURL(Platform::FolderOfPath(url->path), true, url->base); });
+    return Guarded<CFURLRef>(nullptr, [&] {
+        bool const isPlain = url->path.IsPlain() && !url->path.IsRoot();
+        Path folder = isPlain ? url->path.Folder() : Path(Platform::FolderOfPath(url->path.Text()));
+        return NewURL(std::move(folder), true, url->base);
+    });
 }
 
 CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFStringRef component,
@@ -136,6 +144,6 @@ CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFS
     return Guarded<CFURLRef>(nullptr, [&]() -> CFURLRef {
         auto const bytes = Platform::FileNameOfText(component->text);
         if (!bytes || bytes->empty()) return nullptr;
-        return NewURL(Platform::JoinPaths(url->path, *bytes), isDirectory != 0, url->base);
+        return NewURL(url->path.Child(*bytes), isDirectory != 0 || bytes->ends_with('/'), url->base);
     });
 }

@@ -7,6 +7,7 @@
 using Platform::FolderTable;
 using Platform::Item;
 using Platform::LinkRule;
+using Platform::Path;
 using Platform::ReferenceTable;
 
 namespace {
@@ -14,7 +15,12 @@ namespace {
 FSRef Remember(ReferenceTable& table, std::string path) {
     Item item{};
     item.status.stx_ino = path.size();
-    return table.Remember({std::move(path), LinkRule::Listed}, item);
+    return table.Remember({Path(path), LinkRule::Listed}, item);
+}
+
+std::string FolderIn(FolderTable const& table, FSVolumeRefNum volume, SInt32 number) {
+    auto const path = table.Find(volume, number);
+    return path ? path->Text() : std::string();
 }
 
 }  // namespace
@@ -25,7 +31,7 @@ TEST(ReferenceTable, RemembersAsManyAsItHasPlaces) {
     FSRef const second = Remember(table, "/second");
     Remember(table, "/third");
     ASSERT_TRUE(table.Find(first));
-    EXPECT_EQ("/first", table.Find(first)->location.path);
+    EXPECT_EQ("/first", table.Find(first)->location.path.Text());
     EXPECT_EQ(LinkRule::Listed, table.Find(first)->location.rule);
     Remember(table, "/fourth");
     EXPECT_FALSE(table.Find(first));
@@ -42,36 +48,36 @@ TEST(ReferenceTable, KeepsWhatAReferenceHoldsItself) {
 
 TEST(FolderTable, RemembersAsManyAsItHasPlaces) {
     FolderTable table(2);
-    table.Remember(-100, 1, "/one");
-    table.Remember(-100, 2, "/two");
-    EXPECT_EQ("/one", table.Find(-100, 1));
-    table.Remember(-100, 3, "/three");
-    EXPECT_EQ(std::nullopt, table.Find(-100, 1));
-    EXPECT_EQ("/two", table.Find(-100, 2));
-    EXPECT_EQ("/three", table.Find(-100, 3));
+    table.Remember(-100, 1, Path("/one"));
+    table.Remember(-100, 2, Path("/two"));
+    EXPECT_EQ("/one", FolderIn(table, -100, 1));
+    table.Remember(-100, 3, Path("/three"));
+    EXPECT_EQ("", FolderIn(table, -100, 1));
+    EXPECT_EQ("/two", FolderIn(table, -100, 2));
+    EXPECT_EQ("/three", FolderIn(table, -100, 3));
 }
 
 TEST(FolderTable, KnownFolderTakesNoSecondPlace) {
     FolderTable table(2);
-    table.Remember(-100, 1, "/one");
-    table.Remember(-100, 2, "/two");
-    table.Remember(-100, 1, "/moved");
-    EXPECT_EQ("/moved", table.Find(-100, 1));
-    EXPECT_EQ("/two", table.Find(-100, 2));
+    table.Remember(-100, 1, Path("/one"));
+    table.Remember(-100, 2, Path("/two"));
+    table.Remember(-100, 1, Path("/moved"));
+    EXPECT_EQ("/moved", FolderIn(table, -100, 1));
+    EXPECT_EQ("/two", FolderIn(table, -100, 2));
 }
 
 TEST(FolderTable, FolderNamedAgainIsNamedLast) {
     FolderTable table(2);
-    table.Remember(-100, 1, "/one");
-    table.Remember(-100, 2, "/two");
-    table.Remember(-100, 1, "/one");
-    table.Remember(-100, 3, "/three");
-    EXPECT_EQ("/one", table.Find(-100, 1));
-    EXPECT_EQ(std::nullopt, table.Find(-100, 2));
+    table.Remember(-100, 1, Path("/one"));
+    table.Remember(-100, 2, Path("/two"));
+    table.Remember(-100, 1, Path("/one"));
+    table.Remember(-100, 3, Path("/three"));
+    EXPECT_EQ("/one", FolderIn(table, -100, 1));
+    EXPECT_EQ("", FolderIn(table, -100, 2));
 }
 
 TEST(FolderTable, SameNumberOnAnotherVolumeIsAnotherFolder) {
     FolderTable table(2);
-    table.Remember(-100, 1, "/one");
-    EXPECT_EQ(std::nullopt, table.Find(-101, 1));
+    table.Remember(-100, 1, Path("/one"));
+    EXPECT_EQ("", FolderIn(table, -101, 1));
 }

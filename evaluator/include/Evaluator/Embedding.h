@@ -162,11 +162,31 @@ class Cancellation {
     static_assert(std::atomic<bool>::is_always_lock_free);
 };
 
+/// How far an evaluation has come. Run begins with zeros and counts up; any thread may read meanwhile, and
+/// afterwards.
+class Progress {
+  public:
+    /// Values handed to the consumer since Run began, with the one that it is being handed.
+    std::uint64_t Values() const noexcept { return values.load(std::memory_order_relaxed); }
+    /// Files and folders that the platform has been asked to look at since Run began, for look-ups and for
+    /// listings; one that is looked at again counts again.
+    std::uint64_t Items() const noexcept { return items.load(std::memory_order_relaxed); }
+
+  private:
+    friend class Query;
+    friend class Evaluation;
+    void Clear() noexcept { values = items = 0; }
+    std::atomic<std::uint64_t> values{0}, items{0};
+    static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
+};
+
 struct RunOptions {
     Limits limits;
     /// Looked at throughout the evaluation, and while it waits for another to end. May be null; must outlive
     /// Run.
     Cancellation const* cancellation = nullptr;
+    /// Where to tell how far it has come; for one Run at a time. May be null; must outlive Run.
+    Progress* progress = nullptr;
 };
 
 /// A checked query as a tree, one node for each phrase, word or operator.

@@ -14,6 +14,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "Evaluator/CoreFoundationHolders.h"
 #include "Evaluator/Exceptions.h"
@@ -84,8 +85,15 @@ class EVALUATOR_API MacFileInfo {
   public:
     /// No information.
     MacFileInfo() = default;
-    /// Looks the item at a location up, with all fields of the catalog but valence and parentDirID.
+    /// Looks the item at a location up, with the fields kFields of the catalog.
     explicit MacFileInfo(FileLocation const& location);
+    /// What was learned of an item with these fields.
+    MacFileInfo(FSRef const& itsReference, FSCatalogInfo const& itsCatalog)
+        : valid(1), reference(itsReference), catalog(itsCatalog) {}
+
+    /// All fields of the catalog but two that cost system calls of their own.
+    static constexpr FSCatalogInfoBitmap kFields =
+        kFSCatInfoGettableInfo & ~(kFSCatInfoValence | kFSCatInfoParentDirID);
 
     /// Whether the item is a folder. Requires `valid`, as what follows.
     bool IsFolder() const { return (catalog.nodeFlags & kFSNodeIsDirectoryMask) != 0; }
@@ -110,7 +118,8 @@ class EVALUATOR_API FileItem : public FileLocation {
     FileItem() = default;
     /// Looks the item up; `info.valid` is zero when there is none.
     explicit FileItem(FileLocation const& location) : FileLocation(location), info(location) {}
-    FileItem(FileLocation const& location, MacFileInfo const& known) : FileLocation(location), info(known) {}
+    FileItem(FileLocation location, MacFileInfo const& known)
+        : FileLocation(std::move(location)), info(known) {}
 
     /// The information. Throws FailedToGetFileItem where there is none.
     MacFileInfo const& Info() const {
@@ -119,6 +128,40 @@ class EVALUATOR_API FileItem : public FileLocation {
     }
 
     MacFileInfo info;
+};
+
+/// The items of a folder, one at a time: the state of an enumeration. Companion files that hold metadata are
+/// no items; Carbon/Files.h (FSGetCatalogInfoBulk) tells the whole rule. Begins at its end.
+class EVALUATOR_API FileLoop {
+  public:
+    FileLoop() = default;
+    ~FileLoop();
+    FileLoop(FileLoop const&) = delete;
+    FileLoop& operator=(FileLoop const&) = delete;
+
+    /// Begins with the first item of the folder, whatever came before; at the end when it has none. Throws
+    /// DirectoryNotFoundError when there is no such folder, FilePermissionError when it may not be read, and
+    /// what ThrowRealOSError does for any other code.
+    void Start(FileLocation const& location);
+    /// Goes on to the next item, or to the end, where it stays. Throws as Start does, and is at the end then.
+    FileLoop& operator++();
+
+    bool IsAtEnd() const { return atEnd != 0; }
+    /// The item at hand. One that could not be looked at has no information.
+    FileItem const& Item() const { return current; }
+
+  private:
+    void Advance();
+    void ReadItems();
+    void End();
+
+    AutoCFURL folder;
+    std::uint32_t atEnd = 1;
+    std::vector<FileItem> buffer;  // items with their FSRefs, as they were read at one time
+    std::size_t taken = 0;         // how many of them
+    FSIterator iterator = nullptr;
+    bool isLastRead = false;  // the buffer has the last items
+    FileItem current;
 };
 
 /// Whether two items are equal: by their information, or where either has none, by their locations.

@@ -3,7 +3,7 @@
 // The File Manager: references to files and folders, what the catalog says of them, and volumes.
 //
 // A reference (FSRef) stands for a location and the item found there. The layer remembers the locations of
-// the 8192 references made last; one that is older is stale and answers errFSBadFSRef, and so does one that
+// the 1024 references made last; one that is older is stale and answers errFSBadFSRef, and so does one that
 // was never made. Two references compare for as long as anyone keeps them. An item that has gone from its
 // location, or that another has replaced there, is not found (fnfErr).
 //
@@ -215,6 +215,26 @@ PLATFORM_API OSStatus FSPathMakeRefWithOptions(UInt8 const* path, OptionBits opt
 /// Writes the absolute path that the reference was made with, and a NUL, to `path` of `maxPathSize` bytes.
 /// errFSNameTooLong when it does not fit, errFSBadFSRef for a stale reference.
 PLATFORM_API OSStatus FSRefMakePath(FSRef const* ref, UInt8* path, UInt32 maxPathSize);
+
+/// Stands for a pass over the items of a folder.
+typedef struct OpaqueFSIterator* FSIterator;
+
+/// The next items of a folder, at most `maximumObjects` of them; `actualObjects` gets their number. The other
+/// outputs are optional arrays with a place for each item: `catalogInfos` with the fields of `whichInfo`, and
+/// what FSGetCatalogInfo tells of it besides. Items come in the order of the file system, each once.
+/// AppleDouble files that go with an item are none, nor are those that have gone before they were looked at.
+/// A link to a folder is described by itself, as a file. An item that may not be looked at, as in a folder
+/// that may be read but not searched, has catalog information of zeros, among them the nodeID 0, which no
+/// other has; its reference leads to it nevertheless. `containerChanged` (optional) tells whether the folder
+/// has changed since the iterator was opened. errFSNoMoreItems when these are the last items, of which there
+/// may be none; errFSBadItemCount for 0 items, errFSIteratorNotFound, errFSBadInfoBitmap, and what the file
+/// system says where there is no item to give.
+PLATFORM_API OSErr FSGetCatalogInfoBulk(FSIterator iterator, ItemCount maximumObjects,
+                                        ItemCount* actualObjects, Boolean* containerChanged,
+                                        FSCatalogInfoBitmap whichInfo, FSCatalogInfo* catalogInfos,
+                                        FSRef* refs, FSSpec* specs, HFSUniStr255* names);
+/// Ends an iterator, which must not be in use on another thread. errFSIteratorNotFound when it is none.
+PLATFORM_API OSErr FSCloseIterator(FSIterator iterator);
 
 /// A reference to the item that the FSSpec names. The layer remembers the 1024 folders that it last
 /// named in an FSSpec; dirNFErr when the folder is not among them or is gone, fnfErr when it has no

@@ -24,8 +24,12 @@ enum {
     notAFileErr = -1302,         // a folder where a file is needed
     errFSBadFSRef = -1401,       // a reference that is stale, or that was never made
     errFSBadInfoBitmap = -1405,  // a bit of the information mask that means nothing
+    errFSNotAFolder = -1407,
     errFSNameTooLong = -1410,
     errFSMissingName = -1411,
+    errFSNoMoreItems = -1417,   // behind the last item of a folder
+    errFSBadItemCount = -1418,  // a number of items below 1
     errFSRefsDifferent = -1420,
-    afpAccessDenied = -5000  // no permission on the way, or to read
+    errFSIteratorNotFound = -1423,  // not an open iterator
+    afpAccessDenied = -5000         // no permission on the way, or to read
 };

@@ -13,6 +13,12 @@
 PLATFORM_API OSErr PlatformGetItem(CFURLRef url, FSCatalogInfoBitmap whichInfo, FSRef* ref,
                                    FSCatalogInfo* info);
 
+/// Opens an iterator over the items of the folder that `url` leads to. It is read by FSGetCatalogInfoBulk and
+/// must be closed by FSCloseIterator. There may be any number of iterators; few of their folders are open at
+/// one time, the others are opened again when they are read. fnfErr or dirNFErr when there is no such folder,
+/// dirNFErr when the item is no folder, and what the file system says.
+PLATFORM_API OSErr PlatformOpenIterator(CFURLRef url, FSIterator* iterator);
+
 /// The same location without base, ".", ".." and doubled separators: ".." is the physical parent folder, a
 /// relative path starts at the working directory, and symbolic links that are not stepped back over keep
 /// their names. The folder that holds the last component must exist; the component itself need not, unless

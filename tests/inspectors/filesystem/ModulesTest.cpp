@@ -9,6 +9,8 @@
 
 #include "RegistrationLog.h"
 #include "Slot.h"
+#include "modules/AncestorsModule.h"
+#include "modules/DescendantsModule.h"
 #include "modules/FileSignaturesModule.h"
 #include "modules/FileSystemObjectsModule.h"
 #include "modules/FileTypesModule.h"
@@ -73,7 +75,25 @@ TEST(FileSystemObjectsModule, RegistersItsTableInOrder) {
          "property \"modification time\" \"modification times\" " + kOfObject + "\"time\" pure",
          "property \"backup time\" \"backup times\" " + kOfObject + "\"time\"",
          "property \"parent folder\" \"parent folders\" " + kOfObject + "\"folder\"",
-         "property \"name\" \"names\" " + kOfObject + "\"string\" pure", "cache"});
+         "property \"name\" \"names\" " + kOfObject + "\"string\" pure",
+         "iterated property \"item\" \"items\" " + kOfFolder + "\"filesystem object\"",
+         "iterated property \"item ending in\" \"items ending in\" [\"string\"] " + kOfFolder +
+             "\"filesystem object\"",
+         "iterated property \"file\" \"files\" " + kOfFolder + "\"file\"",
+         "iterated property \"file ending in\" \"files ending in\" [\"string\"] " + kOfFolder + "\"file\"",
+         "iterated property \"folder\" \"folders\" " + kOfFolder + "\"folder\"",
+         "iterated property \"folder ending in\" \"folders ending in\" [\"string\"] " + kOfFolder +
+             "\"folder\"",
+         "cache"});
+}
+
+TEST(DescendantsModule, RegistersItsTable) {
+    ExpectRows<DescendantsModule>(
+        {"iterated property \"descendant\" \"descendants\" " + kOfFolder + "\"file\""});
+}
+
+TEST(AncestorsModule, RegistersItsTable) {
+    ExpectRows<AncestorsModule>({"iterated property \"ancestor\" \"ancestors\" " + kOfObject + "\"folder\""});
 }
 
 TEST(FileTypesModule, RegistersItsTableInOrder) {

@@ -1,0 +1,180 @@
+#include "files/FolderIterator.h"
+
+#include <Carbon/MacErrors.h>
+#include <dirent.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+#include <utility>
+
+#include "files/CheckIn.h"
+#include "files/Errors.h"
+#include "files/MacMetadata.h"
+
+namespace Platform {
+
+namespace {
+
+constexpr int kOpenFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+constexpr std::string_view kCompanionPrefix = "._";
+constexpr std::string_view kCompanionFolder = ".AppleDouble";
+
+bool LooksLikeCompanion(std::string_view name) {
+    return name.starts_with(kCompanionPrefix) || name == kCompanionFolder;
+}
+
+int LookAtFolder(Descriptor const& folder, struct statx& status) {
+    return statx(folder.Number(), "", AT_EMPTY_PATH, STATX_BASIC_STATS, &status) == 0 ? 0 : errno;
+}
+
+bool AreSame(struct statx const& left, struct statx const& right) {
+    return left.stx_ino == right.stx_ino && left.stx_dev_major == right.stx_dev_major &&
+           left.stx_dev_minor == right.stx_dev_minor;
+}
+
+}  // namespace
+
+// ---- Opening
+
+OSErr FolderIterator::OpenFolder(SharedDescriptor& descriptor) const {
+    SystemPath const path(location.path);
+    if (path.Error() != 0) return ErrorOfErrno(path.Error());
+    auto const [folder, name] = path.Get();
+    int const links = location.rule == LinkRule::Follow ? 0 : O_NOFOLLOW;
+    int const number = openat(folder, name, kOpenFlags | links);
+    if (number < 0) return ErrorOfErrno(errno);
+    descriptor = std::make_shared<Descriptor const>(number);
+    return noErr;
+}
+
+OSErr FolderIterator::Open(Location const& folder, std::shared_ptr<FolderIterator>& iterator) {
+    if (!MayGoOn(0)) return userCanceledErr;
+    std::shared_ptr<FolderIterator> const result(new FolderIterator(folder));
+    SharedDescriptor descriptor;
+    if (OSErr const error = result->OpenFolder(descriptor); error != noErr) return error;
+    if (int const error = LookAtFolder(*descriptor, result->opened); error != 0) return ErrorOfErrno(error);
+    OpenFolders::Shared().Hold(result.get(), folder.path, std::move(descriptor));
+    iterator = result;
+    return noErr;
+}
+
+void FolderIterator::GoOnWith(SharedDescriptor descriptor) {
+    struct statx status;
+    if (LookAtFolder(*descriptor, status) != 0 || !AreSame(status, opened)) return;
+    OpenFolders::Shared().Hold(this, location.path, std::move(descriptor));
+    reopened = true;
+}
+
+// ---- Reading
+
+FolderIterator::Turn::Turn(FolderIterator& its) : iterator(its), folder(OpenFolders::Shared().Of(&its)) {
+    if (folder) return;
+    if (error = iterator.OpenFolder(folder); error != noErr) return;
+    struct statx status;
+    bool const isSame = LookAtFolder(*folder, status) == 0 && AreSame(status, iterator.opened);
+    error = isSame ? OSErr{noErr} : OSErr{fnfErr};
+    if (!isSame) return;
+    OpenFolders::Shared().Hold(&iterator, iterator.location.path, folder);
+    iterator.reopened = true;
+}
+
+// The first entries tell, with a look at those behind them, whether there are companions.
+OSErr FolderIterator::Turn::TakeEntry(FolderEntry& entry) {
+    FolderEntries& entries = iterator.entries;
+    while (!entries.Take(entry)) {
+        if (entries.IsAtEnd()) return errFSNoMoreItems;
+        int failure = entries.Read(folder->Number(), std::exchange(iterator.reopened, false));
+        if (failure == 0 && !std::exchange(iterator.wasRead, true)) {
+            bool& companions = iterator.listing.companions;
+            companions = false;
+            failure = entries.LookAhead(folder->Number(), [&](FolderEntry const& one) {
+                companions |= LooksLikeCompanion(one.name);
+            });
+        }
+        if (failure != 0) return ErrorOfErrno(failure);
+    }
+    return noErr;
+}
+
+bool FolderIterator::Turn::IsCompanion(FolderEntry const& entry) const {
+    if (!iterator.listing.companions || !LooksLikeCompanion(entry.name)) return false;
+    int const here = folder->Number();
+    struct stat status;
+    auto const look = [&](char const* name) {
+        return fstatat(here, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) == 0;
+    };
+    char const* const name = entry.name.data();
+    if (entry.name == kCompanionFolder) return look(name) && S_ISDIR(status.st_mode);
+    char const* const whose = name + kCompanionPrefix.size();
+    return *whose != '\0' && look(whose) && IsAppleDouble({here, name});
+}
+
+OSErr FolderIterator::Turn::Next(FoundItem& found, Place& place) {
+    for (FolderEntry entry;;) {
+        if (!MayGoOn(1)) return userCanceledErr;
+        if (OSErr const failure = TakeEntry(entry); failure != noErr) return failure;
+        if (IsCompanion(entry)) continue;
+        place = {folder->Number(), entry.name.data()};
+        OSErr const failure = InspectListed(place, LinkRule::Listed, found.item);
+        if (failure == fnfErr) continue;
+        if (failure != noErr) found.item = Item{};
+        found.location = {iterator.location.path.Child(entry.name), LinkRule::Listed};
+        return noErr;
+    }
+}
+
+bool FolderIterator::Turn::HasChanged() const {
+    struct statx now;
+    struct statx const& then = iterator.opened;
+    return LookAtFolder(*folder, now) != 0 || now.stx_mtime.tv_sec != then.stx_mtime.tv_sec ||
+           now.stx_mtime.tv_nsec != then.stx_mtime.tv_nsec;
+}
+
+// ---- The iterators of the process
+
+FolderIterators& FolderIterators::Shared() {
+    static FolderIterators& iterators = *new FolderIterators();
+    return iterators;
+}
+
+FSIterator FolderIterators::Add(std::shared_ptr<FolderIterator> iterator) {
+    std::lock_guard const lock(mutex);
+    iterators.emplace_hint(iterators.end(), ++lastNumber, std::move(iterator));
+    return reinterpret_cast<FSIterator>(lastNumber);
+}
+
+std::shared_ptr<FolderIterator> FolderIterators::Find(FSIterator number) const {
+    std::lock_guard const lock(mutex);
+    auto const found = iterators.find(reinterpret_cast<std::uintptr_t>(number));
+    return found == iterators.end() ? nullptr : found->second;
+}
+
+// A walk opens folders from the top down, so it is among the last that were opened.
+std::shared_ptr<FolderIterator> FolderIterators::NewestAbove(Path const& folder) const {
+    constexpr int mostLooks = 16;
+    int looks = 0;
+    for (auto one = iterators.rbegin(); one != iterators.rend() && looks < mostLooks; ++one, ++looks) {
+        if (folder.IsChildOf(one->second->FolderPath())) return one->second;
+    }
+    return nullptr;
+}
+
+bool FolderIterators::End(FSIterator number) {
+    std::shared_ptr<FolderIterator> ended, above;
+    {
+        std::lock_guard const lock(mutex);
+        auto const found = iterators.find(reinterpret_cast<std::uintptr_t>(number));
+        if (found == iterators.end()) return false;
+        ended = std::move(found->second);
+        iterators.erase(found);
+        above = NewestAbove(ended->FolderPath());
+    }
+    SharedDescriptor const folder = OpenFolders::Shared().LetGo(ended.get());
+    if (!above || !folder || OpenFolders::Shared().Of(above.get())) return true;
+    int const up = openat(folder->Number(), "..", kOpenFlags);
+    if (up >= 0) above->GoOnWith(std::make_shared<Descriptor const>(up));
+    return true;
+}
+
+}  // namespace Platform

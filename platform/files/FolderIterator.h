@@ -1,0 +1,91 @@
+#pragma once
+
+// Iterators over the items of a folder.
+
+#include <Carbon/Files.h>
+#include <Carbon/MacErrors.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string_view>
+
+#include "files/Catalog.h"
+#include "files/FolderEntries.h"
+#include "files/OpenFolders.h"
+
+namespace Platform {
+
+/// One pass over the items of a folder: each once, in the order of the file system. Companion files that hold
+/// metadata are no items, nor is what has gone before it was looked at. For one thread at a time.
+class FolderIterator {
+  public:
+    /// Opens the folder at a location; a result code.
+    static OSErr Open(Location const& folder, std::shared_ptr<FolderIterator>& iterator);
+    ~FolderIterator() { OpenFolders::Shared().LetGo(this); }
+    FolderIterator(FolderIterator const&) = delete;
+    FolderIterator& operator=(FolderIterator const&) = delete;
+
+    /// The iterator's turn to read: while one lives, its folder is open.
+    class Turn {
+      public:
+        explicit Turn(FolderIterator& iterator);
+        /// noErr, or why the folder cannot be opened again.
+        OSErr Error() const { return error; }
+        /// The next item, looked at; errFSNoMoreItems behind the last. `place` is lent until the next call.
+        /// An item that may not be looked at has an empty status, the inode number 0 among it.
+        OSErr Next(FoundItem& found, Place& place);
+        /// Whether the folder has changed since the iterator was opened.
+        bool HasChanged() const;
+
+      private:
+        OSErr TakeEntry(FolderEntry& entry);
+        bool IsCompanion(FolderEntry const& entry) const;
+
+        FolderIterator& iterator;
+        SharedDescriptor folder;
+        OSErr error = noErr;
+    };
+
+    /// Whether all items have been taken.
+    bool IsAtEnd() const { return entries.IsAtEnd() && entries.IsEmpty(); }
+    Path const& FolderPath() const { return location.path; }
+    /// What its listing has shown.
+    Listing listing;
+
+    /// Goes on with a folder that was let go of, if `descriptor` is that folder's.
+    void GoOnWith(SharedDescriptor descriptor);
+
+  private:
+    explicit FolderIterator(Location const& folder) : location(folder) {}
+    OSErr OpenFolder(SharedDescriptor& descriptor) const;
+
+    Location const location;
+    struct statx opened {};  // the folder as it was
+    FolderEntries entries;
+    bool wasRead = false;
+    bool reopened = false;  // the descriptor is a new one, not read from yet
+};
+
+/// The iterators of the process, by the numbers that stand for them outside. Safe from any thread.
+class FolderIterators {
+  public:
+    static FolderIterators& Shared();
+
+    FSIterator Add(std::shared_ptr<FolderIterator> iterator);
+    /// Null for a number that stands for none.
+    std::shared_ptr<FolderIterator> Find(FSIterator number) const;
+    /// Ends an iterator; false when the number stands for none. The iterator over the folder that holds its
+    /// folder goes on from there if it had to close its own.
+    bool End(FSIterator number);
+
+  private:
+    std::shared_ptr<FolderIterator> NewestAbove(Path const& folder) const;
+
+    mutable std::mutex mutex;
+    std::map<std::uintptr_t, std::shared_ptr<FolderIterator>> iterators;
+    std::uintptr_t lastNumber = 0;
+};
+
+}  // namespace Platform

@@ -1,0 +1,53 @@
+#include "files/OpenFolders.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace Platform {
+
+Descriptor::~Descriptor() { close(number); }
+
+OpenFolders& OpenFolders::Shared() {
+    static OpenFolders& folders = *new OpenFolders(32);
+    return folders;
+}
+
+void OpenFolders::Hold(void const* iterator, Path const& path, SharedDescriptor descriptor) {
+    SharedDescriptor oldest;  // closed without the lock
+    std::lock_guard const lock(mutex);
+    folders.push_front({iterator, path, std::move(descriptor)});
+    if (folders.size() <= most) return;
+    oldest = std::move(folders.back().descriptor);
+    folders.pop_back();
+}
+
+template <class Condition>
+SharedDescriptor OpenFolders::Use(Condition const& condition) {
+    std::lock_guard const lock(mutex);
+    auto const found = std::find_if(folders.begin(), folders.end(), condition);
+    if (found == folders.end()) return nullptr;
+    folders.splice(folders.begin(), folders, found);
+    return found->descriptor;
+}
+
+SharedDescriptor OpenFolders::Of(void const* iterator) {
+    return Use([=](Held const& held) { return held.iterator == iterator; });
+}
+
+SharedDescriptor OpenFolders::FolderOf(Path const& item) {
+    return Use([&](Held const& held) { return item.IsChildOf(held.path); });
+}
+
+SharedDescriptor OpenFolders::LetGo(void const* iterator) {
+    std::lock_guard const lock(mutex);
+    auto const found = std::find_if(folders.begin(), folders.end(),
+                                    [=](Held const& held) { return held.iterator == iterator; });
+    if (found == folders.end()) return nullptr;
+    SharedDescriptor const descriptor = std::move(found->descriptor);
+    folders.erase(found);
+    return descriptor;
+}
+
+}  // namespace Platform

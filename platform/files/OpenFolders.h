@@ -1,0 +1,59 @@
+#pragma once
+
+// The folders that iterators hold open. They are few, however many iterators there are, so that a walk goes
+// deeper than a process may open files; the others are opened again when their turn comes.
+
+#include <list>
+#include <memory>
+#include <mutex>
+
+#include "foundation/Path.h"
+
+namespace Platform {
+
+/// An open file or folder; closed with its last owner.
+class Descriptor {
+  public:
+    explicit Descriptor(int open) : number(open) {}
+    Descriptor(Descriptor const&) = delete;
+    Descriptor& operator=(Descriptor const&) = delete;
+    ~Descriptor();
+    int Number() const { return number; }
+
+  private:
+    int const number;
+};
+using SharedDescriptor = std::shared_ptr<Descriptor const>;
+
+/// Holds the folders that were used last. Safe from any thread.
+class OpenFolders {
+  public:
+    explicit OpenFolders(std::size_t capacity) : most(capacity) {}
+    /// Those of the process, at most 32.
+    static OpenFolders& Shared();
+
+    /// Holds an iterator's folder. The one that was used longest ago is let go of when there are too many.
+    void Hold(void const* iterator, Path const& path, SharedDescriptor descriptor);
+    /// The folder of an iterator; null when it was let go of.
+    SharedDescriptor Of(void const* iterator);
+    /// The folder that holds the item at a path, if one of them is the very folder that the path was made a
+    /// child of; null otherwise.
+    SharedDescriptor FolderOf(Path const& item);
+    /// Lets an iterator's folder go, and returns it; null when it was not held.
+    SharedDescriptor LetGo(void const* iterator);
+
+  private:
+    struct Held {
+        void const* iterator;
+        Path path;
+        SharedDescriptor descriptor;
+    };
+    template <class Condition>
+    SharedDescriptor Use(Condition const& condition);
+
+    std::mutex mutex;
+    std::size_t const most;
+    std::list<Held> folders;  // the one used last in front
+};
+
+}  // namespace Platform
