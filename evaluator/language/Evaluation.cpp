@@ -163,6 +163,15 @@ unsigned char Evaluation::MayLookUp(unsigned int items) {
 
 // ---- Calling inspectors
 
+namespace {
+
+// An absence is not believed when a file system has not answered.
+void CheckForSilence(Entry const& entry, Range where) {
+    if (auto problem = SilenceBehind(entry, where)) throw EvaluationError{std::move(*problem)};
+}
+
+}  // namespace
+
 // Calls an inspector that constructs `made`; the memory that it asks for meanwhile is `owner`'s. Returns
 // whether it made it. A result that is not believed is there all the same, and ends like any other: so it is
 // `call` that makes it keep its sources.
@@ -182,6 +191,7 @@ bool Evaluation::Guarded(Holder& owner, Holder& made, Entry const& entry, Range 
     } catch (NoSuchObject const&) {
         making = nullptr;
         CheckIn(where);
+        CheckForSilence(entry, where);
         Absent(where);
     } catch (EvaluationError const&) {
         throw;
@@ -190,6 +200,7 @@ bool Evaluation::Guarded(Holder& owner, Holder& made, Entry const& entry, Range 
         CheckIn(where);
         std::optional<std::string> missing = MissingItem();
         if (!missing) throw EvaluationError{FailureOf(entry, where)};
+        CheckForSilence(entry, where);
         absence = {Absence::Kind::missingItem, where, std::move(*missing)};
     }
     owner.FreeMemory(before);

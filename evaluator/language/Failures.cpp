@@ -160,6 +160,14 @@ std::string NameOf(Entry const& entry) {
     }
 }
 
+Problem Failed(Entry const& entry, Range where, std::string const& reason) {
+    std::string name = NameOf(entry);
+    return {ProblemKind::evaluation,
+            where,
+            name.empty() ? reason : fmt::format("\"{}\" failed: {}", name, reason),
+            {}};
+}
+
 // "May not be read" and "is not there" are different things to whoever asked.
 std::string WhyNoItem(std::int32_t status) {
     constexpr std::int32_t fileNotFound = -43, directoryNotFound = -120;
@@ -189,13 +197,11 @@ std::optional<std::string> MissingItem() {
     }
 }
 
-Problem FailureOf(Entry const& entry, Range where) {
-    std::string reason = Reason();
-    std::string name = NameOf(entry);
-    return {ProblemKind::evaluation,
-            where,
-            name.empty() ? reason : fmt::format("\"{}\" failed: {}", name, reason),
-            {}};
+std::optional<Problem> SilenceBehind(Entry const& entry, Range where) {
+    if (UnresponsiveMount(volumeOffline).empty()) return std::nullopt;
+    return Failed(entry, where, PlatformError(volumeOffline));
 }
+
+Problem FailureOf(Entry const& entry, Range where) { return Failed(entry, where, Reason()); }
 
 }  // namespace Evaluator

@@ -1,7 +1,7 @@
 #pragma once
 
 // Internal. What an exception that came out of an inspector means to the person who asked. For use in a catch
-// clause: both functions look at the exception that is being handled.
+// clause: MissingItem and FailureOf look at the exception that is being handled.
 
 #include <cstdint>
 #include <optional>
@@ -18,6 +18,10 @@ std::optional<std::string> MissingItem();
 /// The file system that the platform gave up waiting for, when its last such call in this evaluation ended
 /// with the code: words such as `the file system mounted at "/net" does not answer`. Else empty.
 std::string UnresponsiveMount(std::int32_t code);
+
+/// The problem to report when an inspector answered that something is not there, but the platform had given
+/// up on a file system that does not answer: nobody knows whether it is there. Else nothing.
+std::optional<Problem> SilenceBehind(Entry const& entry, Range where);
 
 /// The problem to report: which registration failed and why, the platform's code with its meaning.
 Problem FailureOf(Entry const& entry, Range where);

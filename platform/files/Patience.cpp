@@ -40,6 +40,22 @@ struct Call {
 };
 using SharedCall = std::shared_ptr<Call>;
 
+// A thread that is started while one of these lives leaves signals to the program's own threads.
+class SignalsBlocked {
+  public:
+    SignalsBlocked() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before);
+    }
+    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+    SignalsBlocked(SignalsBlocked const&) = delete;
+    SignalsBlocked& operator=(SignalsBlocked const&) = delete;
+
+  private:
+    sigset_t before;
+};
+
 class Helpers {
   public:
     // They outlive every thread that may still come back at the end.
@@ -75,19 +91,14 @@ class Helpers {
     }
 
   private:
-    // The threads leave signals to the program's own.
     OSErr StartThread(SharedCall const& call) {
-        sigset_t all, before;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before);
-        OSErr error = noErr;
+        SignalsBlocked const blocked;
         try {
             std::thread([this, call] { Run(call); }).detach();
+            return noErr;
         } catch (std::system_error const&) {
-            error = memFullErr;
+            return memFullErr;
         }
-        pthread_sigmask(SIG_SETMASK, &before, nullptr);
-        return error;
     }
 
     void Run(SharedCall call) noexcept {

@@ -235,6 +235,22 @@ integer search_of(trouble const&) {
     }
 }
 
+// Ask for a volume and make something else of every failure: that there is none, or no item.
+OSErr error_of_volume(unsigned long long index) {
+    FSVolumeInfo info;
+    return FSGetVolumeInfo(0, static_cast<ItemCount>(index), nullptr, kFSVolInfoSizes, &info, nullptr,
+                           nullptr);
+}
+integer shrug_at(unsigned long long index) {
+    if (error_of_volume(index) != 0) throw NoSuchObject();
+    return 1;
+}
+integer sigh_at(unsigned long long index) {
+    if (OSErr const error = error_of_volume(index); error != 0)
+        throw MacintoshPlatform::FailedToGetFileItem(error);
+    return 1;
+}
+
 inspector_string memory_of(integer const& bytes) {
     auto size = static_cast<unsigned int>(static_cast<long long>(bytes));
     return {static_cast<unsigned char*>(Allocate_Inspector_Memory(size)), size};
@@ -324,6 +340,8 @@ struct Module {
     Property<trouble, integer> excuse{"excuse", "excuses", "trouble", "integer", excuse_of};
     Property<trouble, integer> deafness{"deafness", "deafnesses", "trouble", "integer", deafness_of};
     Property<trouble, integer> search{"search", "searches", "trouble", "integer", search_of};
+    NumberedGlobalProperty<integer> shrugs{"shrug", "shrugs", "integer", shrug_at};
+    NumberedGlobalProperty<integer> sighs{"sigh", "sighs", "integer", sigh_at};
     Property<trouble, integer> hoard{"hoard", "hoards", "trouble", "integer", hoard_of};
     Property<trouble, grudge> grudges{"grudge", "grudges", "trouble", "grudge", grudge_of};
     Property<trouble, abyss> abysses{"abyss", "abysses", "trouble", "abyss", abyss_of};

@@ -183,6 +183,23 @@ TEST_F(DeadMounts, FailAnEvaluationWithTheirNameWhenThereIsNoTimeLimit) {
     });
 }
 
+// An inspector that takes every failure for an absence would have them answered "false".
+TEST_F(DeadMounts, MakeNothingAbsent) {
+    ApartWithADeadMount([&](DeadServer&) {
+        ASSERT_EQ(Messages(Evaluator::LoadInspectorLibrary(TestLibrary("NastyInspectors"))), "");
+        std::string const index = std::to_string(DeadIndex());
+        for (std::string const word : {"shrug", "sigh"}) {
+            std::string const failed =
+                "error: \"" + word + "\" failed: the platform's error -53 (" + DoesNotAnswer() + ")\n";
+            for (std::string const& query :
+                 {"exists " + word + " " + index, word + " " + index + " otherwise 2",
+                  "number of " + word + "s " + index})
+                EXPECT_EQ(failed, Ask(query).problems.substr(0, failed.size())) << query;
+            EXPECT_EQ("true|false", Answer("exists " + word + " 1; exists " + word + " 9999"));
+        }
+    });
+}
+
 TEST_F(DeadMounts, AreNotNamedForTheTimeLimitOfAnotherEvaluation) {
     ApartWithADeadMount([&](DeadServer&) {
         PlatformSetVolumePatience(3'600'000);
