@@ -12,6 +12,7 @@
 #include "files/CheckIn.h"
 #include "files/Dates.h"
 #include "files/Errors.h"
+#include "files/ExtendedAttributes.h"
 #include "files/FolderEntries.h"
 #include "files/MacMetadata.h"
 #include "files/MountTable.h"
@@ -86,16 +87,36 @@ class Filler {
             ReadMacMetadata({AT_FDCWD, target.c_str()}, item.IsFolder(), {}, metadata);
             return;
         }
-        bool const attributes = listing.withoutAttributes != item.Device();
-        ReadMacMetadata(place, item.IsFolder(), {attributes, listing.companions}, metadata);
-        if (!metadata.hasAttributes) listing.withoutAttributes = item.Device();
+        ReadMacMetadata(place, item.IsFolder(), {MayHaveAttributes(), listing.companions, MayHoldFolders()},
+                        metadata);
     }
 
-    FSVolumeRefNum Volume() {
-        if (listing.mountId != status.stx_mnt_id) {
-            listing.mountId = status.stx_mnt_id;
-            listing.volume = VolumeOf(item);
+    // Goes over to the item's mount.
+    void KnowMount() {
+        if (listing.mountId == status.stx_mnt_id) return;
+        listing.mountId = status.stx_mnt_id;
+        listing.volume = VolumeOf(item);
+        listing.attributes = true;
+        listing.wasProbed = false;
+    }
+
+    // Not on file systems that have none, as files tell: asking each item would cost as much as looking at
+    // it.
+    bool MayHaveAttributes() {
+        KnowMount();
+        if (!listing.wasProbed && S_ISREG(status.stx_mode)) {
+            listing.wasProbed = true;
+            listing.attributes = MountTable::Shared().HasAttributes(
+                listing.mountId, [&] { return ExtendedAttributes::MayExist(place); });
         }
+        return listing.attributes;
+    }
+
+    // A folder with two links, its name and its own ".", holds none; other numbers do not tell.
+    bool MayHoldFolders() const { return item.IsFolder() && status.stx_nlink != 2; }
+
+    FSVolumeRefNum Volume() {
+        KnowMount();
         return listing.volume;
     }
 

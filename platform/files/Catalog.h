@@ -38,10 +38,11 @@ OSErr InspectListed(Place place, LinkRule rule, Item& item);
 
 /// What a listing of a folder has shown of all its items, and so spares the look-ups for each of them.
 struct Listing {
-    bool companions = true;                    // there may be companion files beside them
-    std::optional<dev_t> withoutAttributes{};  // a file system that has no extended attributes
-    std::uint64_t mountId = 0;                 // a mount, and the number of its volume
+    bool companions = true;     // there may be companion files beside them
+    std::uint64_t mountId = 0;  // a mount, and the number of its volume
     FSVolumeRefNum volume = 0;
+    bool attributes = true;  // files on it may have extended attributes;
+    bool wasProbed = false;  // this was found out
 };
 
 /// Whether all bits of a mask name catalog information.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 
 namespace Platform {
 
@@ -32,7 +33,16 @@ std::string PathOf(Place place) {
 
 }  // namespace
 
-bool ExtendedAttributes::List() {
+bool ExtendedAttributes::MayExist(Place file) {
+    constexpr char const* ofEachKind[] = {"user.com.apple.FinderInfo", "osx.com.apple.FinderInfo", "hfs.type",
+                                          "com.apple.FinderInfo"};
+    std::string const path = PathOf(file);
+    return std::any_of(std::begin(ofEachKind), std::end(ofEachKind), [&](char const* name) {
+        return getxattr(path.c_str(), name, nullptr, 0) >= 0 || errno != ENOTSUP;
+    });
+}
+
+void ExtendedAttributes::List() {
     constexpr std::size_t mostBytes = 65536;  // the kernel's limit of a list
     ssize_t size = Ask(few.data(), few.size());
     char const* list = few.data();
@@ -42,7 +52,6 @@ bool ExtendedAttributes::List() {
         list = many.data();
     }
     if (size > 0) names = {list, static_cast<std::size_t>(size)};
-    return size >= 0 || errno != ENOTSUP;
 }
 
 ssize_t ExtendedAttributes::Ask(char* list, std::size_t size) const {

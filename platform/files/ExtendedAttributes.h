@@ -21,8 +21,12 @@ class ExtendedAttributes {
     ExtendedAttributes(ExtendedAttributes const&) = delete;
     ExtendedAttributes& operator=(ExtendedAttributes const&) = delete;
 
-    /// Asks for their names; false when the item's file system has no attributes at all.
-    bool List();
+    /// Whether the file at a place may have attributes under any of the names that Mac-aware programs and
+    /// file systems use: not when its file system refuses them all.
+    static bool MayExist(Place file);
+
+    /// Asks for their names.
+    void List();
     bool IsEmpty() const { return names.empty(); }
     bool Has(std::string_view name) const;
     /// The value of an attribute when it is at most `most` bytes; else nothing.

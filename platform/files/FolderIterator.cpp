@@ -28,11 +28,6 @@ int LookAtFolder(Descriptor const& folder, struct statx& status) {
     return statx(folder.Number(), "", AT_EMPTY_PATH, STATX_BASIC_STATS, &status) == 0 ? 0 : errno;
 }
 
-bool AreSame(struct statx const& left, struct statx const& right) {
-    return left.stx_ino == right.stx_ino && left.stx_dev_major == right.stx_dev_major &&
-           left.stx_dev_minor == right.stx_dev_minor;
-}
-
 }  // namespace
 
 // ---- Opening
@@ -53,29 +48,38 @@ OSErr FolderIterator::Open(Location const& folder, std::shared_ptr<FolderIterato
     std::shared_ptr<FolderIterator> const result(new FolderIterator(folder));
     SharedDescriptor descriptor;
     if (OSErr const error = result->OpenFolder(descriptor); error != noErr) return error;
-    if (int const error = LookAtFolder(*descriptor, result->opened); error != 0) return ErrorOfErrno(error);
-    OpenFolders::Shared().Hold(result.get(), folder.path, std::move(descriptor));
+    OpenFolders::Shared().Hold(*result, folder.path, std::move(descriptor));
     iterator = result;
     return noErr;
 }
 
+// What tells the folder from another is learned only when it is let go of, which few folders are.
+void FolderIterator::WillLetGo(Descriptor const& folder) noexcept {
+    if (LookAtFolder(folder, asLetGo) != 0) asLetGo = {};
+}
+
+bool FolderIterator::IsItsFolder(Descriptor const& folder) const {
+    struct statx now;
+    return LookAtFolder(folder, now) == 0 && now.stx_ino == asLetGo.stx_ino &&
+           now.stx_dev_major == asLetGo.stx_dev_major && now.stx_dev_minor == asLetGo.stx_dev_minor;
+}
+
 void FolderIterator::GoOnWith(SharedDescriptor descriptor) {
-    struct statx status;
-    if (LookAtFolder(*descriptor, status) != 0 || !AreSame(status, opened)) return;
-    OpenFolders::Shared().Hold(this, location.path, std::move(descriptor));
+    if (!IsItsFolder(*descriptor)) return;
+    OpenFolders::Shared().Hold(*this, location.path, std::move(descriptor));
     reopened = true;
 }
 
 // ---- Reading
 
-FolderIterator::Turn::Turn(FolderIterator& its) : iterator(its), folder(OpenFolders::Shared().Of(&its)) {
+FolderIterator::Turn::Turn(FolderIterator& its) : iterator(its), folder(its.HeldFolder()) {
     if (folder) return;
     if (error = iterator.OpenFolder(folder); error != noErr) return;
-    struct statx status;
-    bool const isSame = LookAtFolder(*folder, status) == 0 && AreSame(status, iterator.opened);
-    error = isSame ? OSErr{noErr} : OSErr{fnfErr};
-    if (!isSame) return;
-    OpenFolders::Shared().Hold(&iterator, iterator.location.path, folder);
+    if (!iterator.IsItsFolder(*folder)) {
+        error = fnfErr;
+        return;
+    }
+    OpenFolders::Shared().Hold(iterator, iterator.location.path, folder);
     iterator.reopened = true;
 }
 
@@ -124,11 +128,11 @@ OSErr FolderIterator::Turn::Next(FoundItem& found, Place& place) {
     }
 }
 
-bool FolderIterator::Turn::HasChanged() const {
+bool FolderIterator::Turn::HasChanged() {
     struct statx now;
-    struct statx const& then = iterator.opened;
-    return LookAtFolder(*folder, now) != 0 || now.stx_mtime.tv_sec != then.stx_mtime.tv_sec ||
-           now.stx_mtime.tv_nsec != then.stx_mtime.tv_nsec;
+    if (LookAtFolder(*folder, now) != 0) return true;
+    auto const& then = iterator.firstTime ? *iterator.firstTime : iterator.firstTime.emplace(now.stx_mtime);
+    return then.tv_sec != now.stx_mtime.tv_sec || then.tv_nsec != now.stx_mtime.tv_nsec;
 }
 
 // ---- The iterators of the process
@@ -170,8 +174,8 @@ bool FolderIterators::End(FSIterator number) {
         iterators.erase(found);
         above = NewestAbove(ended->FolderPath());
     }
-    SharedDescriptor const folder = OpenFolders::Shared().LetGo(ended.get());
-    if (!above || !folder || OpenFolders::Shared().Of(above.get())) return true;
+    SharedDescriptor const folder = ended->GiveBack();
+    if (!above || !folder || above->HeldFolder()) return true;
     int const up = openat(folder->Number(), "..", kOpenFlags);
     if (up >= 0) above->GoOnWith(std::make_shared<Descriptor const>(up));
     return true;

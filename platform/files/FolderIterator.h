@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string_view>
 
 #include "files/Catalog.h"
@@ -19,11 +20,11 @@ namespace Platform {
 
 /// One pass over the items of a folder: each once, in the order of the file system. Companion files that hold
 /// metadata are no items, nor is what has gone before it was looked at. For one thread at a time.
-class FolderIterator {
+class FolderIterator final : private FolderUser {
   public:
     /// Opens the folder at a location; a result code.
     static OSErr Open(Location const& folder, std::shared_ptr<FolderIterator>& iterator);
-    ~FolderIterator() { OpenFolders::Shared().LetGo(this); }
+    ~FolderIterator() { OpenFolders::Shared().LetGo(*this); }
     FolderIterator(FolderIterator const&) = delete;
     FolderIterator& operator=(FolderIterator const&) = delete;
 
@@ -36,8 +37,8 @@ class FolderIterator {
         /// The next item, looked at; errFSNoMoreItems behind the last. `place` is lent until the next call.
         /// An item that may not be looked at has an empty status, the inode number 0 among it.
         OSErr Next(FoundItem& found, Place& place);
-        /// Whether the folder has changed since the iterator was opened.
-        bool HasChanged() const;
+        /// Whether the folder has changed since this was asked first.
+        bool HasChanged();
 
       private:
         OSErr TakeEntry(FolderEntry& entry);
@@ -54,15 +55,22 @@ class FolderIterator {
     /// What its listing has shown.
     Listing listing;
 
+    /// Its open folder; null when it was let go of.
+    SharedDescriptor HeldFolder() { return OpenFolders::Shared().Of(*this); }
+    /// Gives the folder back at the iterator's end; null when it was let go of before.
+    SharedDescriptor GiveBack() { return OpenFolders::Shared().LetGo(*this); }
     /// Goes on with a folder that was let go of, if `descriptor` is that folder's.
     void GoOnWith(SharedDescriptor descriptor);
 
   private:
     explicit FolderIterator(Location const& folder) : location(folder) {}
     OSErr OpenFolder(SharedDescriptor& descriptor) const;
+    bool IsItsFolder(Descriptor const& folder) const;
+    void WillLetGo(Descriptor const& folder) noexcept override;
 
     Location const location;
-    struct statx opened {};  // the folder as it was
+    struct statx asLetGo {};                          // the folder, when it was let go of last
+    std::optional<struct statx_timestamp> firstTime;  // its modification, when it was asked for first
     FolderEntries entries;
     bool wasRead = false;
     bool reopened = false;  // the descriptor is a new one, not read from yet

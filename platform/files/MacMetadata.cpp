@@ -78,13 +78,16 @@ constexpr Store kStores[] = {
 // One pass over the stores for one item.
 class Collector {
   public:
-    Collector(Place item, bool folder, bool companions, ExtendedAttributes const& listed, MacMetadata& result)
+    // `listed` are the item's attributes; none where they are not to be asked.
+    Collector(Place item, bool folder, MetadataStores wanted, ExtendedAttributes const& listed,
+              MacMetadata& result)
         : facts(result),
           place(item),
           attributes(listed),
           name(LastComponent(item.path)),
           isFolder(folder),
-          besides(companions && !name.starts_with(kDoublePrefix) && name != "/") {}
+          besides(wanted.companions && !name.starts_with(kDoublePrefix) && name != "/"),
+          within(folder && wanted.within) {}
 
     void Collect() {
         for (Store const& store : kStores) Ask(store);
@@ -160,7 +163,9 @@ class Collector {
 
     // Whether there may be a companion with this in front of its name. A folder's own lies within it, where
     // a listing of the folder that holds it does not look.
-    bool MayHave(std::string_view prefix) const { return besides || (isFolder && prefix == kDoubleFolder); }
+    bool MayHave(std::string_view prefix) const {
+        return isFolder && prefix == kDoubleFolder ? within : besides;
+    }
 
     // A companion's name as the item's folder has it.
     std::string CompanionName(std::string_view prefix) const {
@@ -203,6 +208,7 @@ class Collector {
     std::string_view const name;
     bool const isFolder;
     bool const besides;  // companions may lie beside the item
+    bool const within;   // and in it
     std::optional<CompanionFacts> doubleFile;
     std::optional<CompanionFacts> folderFile;
 };
@@ -213,9 +219,9 @@ bool IsAppleDouble(Place place) { return HasAppleDoubleMagic(FileSource(place));
 
 void ReadMacMetadata(Place place, bool isFolder, MetadataStores stores, MacMetadata& facts) {
     ExtendedAttributes attributes(place);
-    facts.hasAttributes = stores.attributes && attributes.List();
-    bool const mayHaveAny = !attributes.IsEmpty() || stores.companions || isFolder;
-    if (mayHaveAny) Collector(place, isFolder, stores.companions, attributes, facts).Collect();
+    if (stores.attributes) attributes.List();
+    bool const mayHaveAny = !attributes.IsEmpty() || stores.companions || (isFolder && stores.within);
+    if (mayHaveAny) Collector(place, isFolder, stores, attributes, facts).Collect();
 }
 
 }  // namespace Platform

@@ -33,14 +33,13 @@ struct MacMetadata {
     std::optional<std::int32_t> created;   // seconds since 1 January 2000, universal time
     std::optional<std::int32_t> backedUp;  // the same
     bool locked = false;
-    bool hasAttributes = true;  // false when the file system has no extended attributes at all
 };
 
 /// Where to look.
 struct MetadataStores {
     bool attributes = true;  // not where the file system is known to have none
-    bool companions =
-        true;  // not where a listing of the folder has shown that there are none beside the item
+    bool companions = true;  // beside the item; not where a listing has shown that there are none
+    bool within = true;      // in a folder, for its own; not where it is known to hold no folders
 };
 
 /// Reads the metadata of the item at a place, which is no symbolic link, into `facts`, which are empty

@@ -257,6 +257,7 @@ void MountTable::Refresh() {
         volumes.push_back(std::move(volume));
     }
     numbersOfMounts.clear();
+    attributesOfMounts.clear();
     for (std::size_t i = 0; i < mounts.size(); ++i)
         numbersOfMounts[mounts[i].id] = listed[i] ? numbers[*listed[i]] : 0;
     std::erase_if(names, [&](auto const& name) { return IsFree(name.first, volumes); });
@@ -272,6 +273,18 @@ SInt16 MountTable::NumberOf(std::uint64_t mountId) {
     if (!WasJustChecked() || !numbersOfMounts.contains(mountId)) RefreshIfChanged();
     auto const number = numbersOfMounts.find(mountId);
     return number == numbersOfMounts.end() ? SInt16{0} : number->second;
+}
+
+bool MountTable::HasAttributes(std::uint64_t mountId, std::function<bool()> const& probe) {
+    std::unique_lock lock(mutex);
+    if (auto const known = attributesOfMounts.find(mountId); known != attributesOfMounts.end())
+        return known->second;
+    bool const isMount = numbersOfMounts.contains(mountId);
+    lock.unlock();
+    bool const answer = probe();  // it may take its time
+    lock.lock();
+    if (isMount) attributesOfMounts[mountId] = answer;
+    return answer;
 }
 
 std::vector<Volume> MountTable::Volumes() {

@@ -14,6 +14,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -87,6 +88,9 @@ class MountTable {
     /// The number of the volume that an item is on, by the mount that statx(2) says it is on; 0 when it is
     /// not listed. A mount that has taken the id of one that was unmounted may pass for that one for 10 ms.
     SInt16 NumberOf(std::uint64_t mountId);
+    /// Whether items on a mount may have extended attributes: what `probe` answered for it last, which is
+    /// asked once for each mount as long as the mounts do not change.
+    bool HasAttributes(std::uint64_t mountId, std::function<bool()> const& probe);
     /// The volumes now, in their order.
     std::vector<Volume> Volumes();
     /// The name of one of them. It is read once and kept for as long as the volume is listed.
@@ -111,8 +115,9 @@ class MountTable {
     std::optional<Clock::time_point> lastCheck;  // when the source was asked for changes; empty before Read
     std::vector<Volume> volumes;
     std::map<std::uint64_t, SInt16> numbersOfMounts;
-    std::map<SInt16, std::string> names;  // of volumes that were asked for theirs
-    std::vector<Mount> visible;           // mounts that are not hidden; none where none may hang
+    std::map<std::uint64_t, bool> attributesOfMounts;  // of mounts that were asked for theirs
+    std::map<SInt16, std::string> names;               // of volumes that were asked for theirs
+    std::vector<Mount> visible;                        // mounts that are not hidden; none where none may hang
     SInt16 lastNumber = -99;
 };
 

@@ -14,12 +14,13 @@ OpenFolders& OpenFolders::Shared() {
     return folders;
 }
 
-void OpenFolders::Hold(void const* iterator, Path const& path, SharedDescriptor descriptor) {
+void OpenFolders::Hold(FolderUser& user, Path const& path, SharedDescriptor descriptor) {
     SharedDescriptor oldest;  // closed without the lock
     std::lock_guard const lock(mutex);
-    folders.push_front({iterator, path, std::move(descriptor)});
+    folders.push_front({&user, path, std::move(descriptor)});
     if (folders.size() <= most) return;
     oldest = std::move(folders.back().descriptor);
+    folders.back().user->WillLetGo(*oldest);
     folders.pop_back();
 }
 
@@ -32,18 +33,18 @@ SharedDescriptor OpenFolders::Use(Condition const& condition) {
     return found->descriptor;
 }
 
-SharedDescriptor OpenFolders::Of(void const* iterator) {
-    return Use([=](Held const& held) { return held.iterator == iterator; });
+SharedDescriptor OpenFolders::Of(FolderUser const& user) {
+    return Use([&](Held const& held) { return held.user == &user; });
 }
 
 SharedDescriptor OpenFolders::FolderOf(Path const& item) {
     return Use([&](Held const& held) { return item.IsChildOf(held.path); });
 }
 
-SharedDescriptor OpenFolders::LetGo(void const* iterator) {
+SharedDescriptor OpenFolders::LetGo(FolderUser const& user) {
     std::lock_guard const lock(mutex);
-    auto const found = std::find_if(folders.begin(), folders.end(),
-                                    [=](Held const& held) { return held.iterator == iterator; });
+    auto const found =
+        std::find_if(folders.begin(), folders.end(), [&](Held const& held) { return held.user == &user; });
     if (found == folders.end()) return nullptr;
     SharedDescriptor const descriptor = std::move(found->descriptor);
     folders.erase(found);

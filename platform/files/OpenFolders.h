@@ -25,6 +25,16 @@ class Descriptor {
 };
 using SharedDescriptor = std::shared_ptr<Descriptor const>;
 
+/// Who has a folder held open.
+class FolderUser {
+  public:
+    /// The folder is about to be let go of. Called on any thread, and calls nothing of the folders' own.
+    virtual void WillLetGo(Descriptor const& folder) noexcept = 0;
+
+  protected:
+    ~FolderUser() = default;
+};
+
 /// Holds the folders that were used last. Safe from any thread.
 class OpenFolders {
   public:
@@ -32,19 +42,19 @@ class OpenFolders {
     /// Those of the process, at most 32.
     static OpenFolders& Shared();
 
-    /// Holds an iterator's folder. The one that was used longest ago is let go of when there are too many.
-    void Hold(void const* iterator, Path const& path, SharedDescriptor descriptor);
-    /// The folder of an iterator; null when it was let go of.
-    SharedDescriptor Of(void const* iterator);
+    /// Holds a user's folder. The one that was used longest ago is let go of when there are too many.
+    void Hold(FolderUser& user, Path const& path, SharedDescriptor descriptor);
+    /// The folder of a user; null when it was let go of.
+    SharedDescriptor Of(FolderUser const& user);
     /// The folder that holds the item at a path, if one of them is the very folder that the path was made a
     /// child of; null otherwise.
     SharedDescriptor FolderOf(Path const& item);
-    /// Lets an iterator's folder go, and returns it; null when it was not held.
-    SharedDescriptor LetGo(void const* iterator);
+    /// Lets a user's folder go without telling it, and returns it; null when it was not held.
+    SharedDescriptor LetGo(FolderUser const& user);
 
   private:
     struct Held {
-        void const* iterator;
+        FolderUser* user;
         Path path;
         SharedDescriptor descriptor;
     };

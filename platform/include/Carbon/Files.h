@@ -226,7 +226,7 @@ typedef struct OpaqueFSIterator* FSIterator;
 /// A link to a folder is described by itself, as a file. An item that may not be looked at, as in a folder
 /// that may be read but not searched, has catalog information of zeros, among them the nodeID 0, which no
 /// other has; its reference leads to it nevertheless. `containerChanged` (optional) tells whether the folder
-/// has changed since the iterator was opened. errFSNoMoreItems when these are the last items, of which there
+/// has changed since it was asked for first. errFSNoMoreItems when these are the last items, of which there
 /// may be none; errFSBadItemCount for 0 items, errFSIteratorNotFound, errFSBadInfoBitmap, and what the file
 /// system says where there is no item to give.
 PLATFORM_API OSErr FSGetCatalogInfoBulk(FSIterator iterator, ItemCount maximumObjects,
