@@ -10,7 +10,7 @@ namespace MacintoshPlatform {
 
 namespace {
 
-constexpr std::size_t kFirstItems = 16;  // read at one time; twice as many each next time
+constexpr std::size_t kFirstItems = 32;  // read at one time; twice as many each next time
 constexpr std::size_t kMostItems = 64;
 
 [[noreturn]] void Fail(OSErr error) {

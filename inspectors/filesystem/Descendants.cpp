@@ -23,12 +23,12 @@ file descendant_iterator::Next(Of, folder const&) {
             loops.pop_back();
             continue;
         }
-        loop->scratch = loop->Item();
-        if (!loop->scratch.Info().IsFolder()) {
-            file found(loop->scratch);
+        if (!loop->Item().Info().IsFolder()) {
+            file found(loop->Item());
             ++*loop;
             return found;
         }
+        loop->scratch = loop->Item();
         loops.push_back(MakeFileLoop(loop->scratch));
         ++*loop;
     }

@@ -8,7 +8,7 @@
 #include "filesystem/FileSystemObject.h"
 #include "frame/SharingPtr.h"
 
-/// A folder being listed, and room for the item that is looked at.
+/// A folder being listed, and room for the folder in it that is being entered.
 struct FileLoop : MacintoshPlatform::FileLoop {
     MacintoshPlatform::FileItem scratch;
 };

@@ -230,8 +230,8 @@ class Filler {
             info.dataLogicalSize = status.stx_size;
             info.dataPhysicalSize = status.stx_blocks * blockUnit;
         }
-        if (Wants(kFSCatInfoRsrcSizes)) {
-            UInt64 const length = metadata.resourceFork.length;
+        UInt64 const length = metadata.resourceFork.length;
+        if (Wants(kFSCatInfoRsrcSizes) && length != 0) {
             UInt64 const block = std::max<UInt64>(status.stx_blksize, 1);
             info.rsrcLogicalSize = length;
             info.rsrcPhysicalSize = (length + block - 1) / block * block;

@@ -11,6 +11,7 @@
 #include "files/CheckIn.h"
 #include "files/Errors.h"
 #include "files/MacMetadata.h"
+#include "foundation/Threads.h"
 
 namespace Platform {
 
@@ -149,7 +150,7 @@ FSIterator FolderIterators::Add(std::shared_ptr<FolderIterator> iterator) {
 }
 
 std::shared_ptr<FolderIterator> FolderIterators::Find(FSIterator number) const {
-    std::lock_guard const lock(mutex);
+    QuickLock const lock(mutex);
     auto const found = iterators.find(reinterpret_cast<std::uintptr_t>(number));
     return found == iterators.end() ? nullptr : found->second;
 }

@@ -79,7 +79,7 @@ constexpr Store kStores[] = {
 class Collector {
   public:
     // `listed` are the item's attributes; none where they are not to be asked.
-    Collector(Place item, bool folder, MetadataStores wanted, ExtendedAttributes const& listed,
+    Collector(Place item, bool folder, MetadataStores const& wanted, ExtendedAttributes const& listed,
               MacMetadata& result)
         : facts(result),
           place(item),
@@ -217,7 +217,7 @@ class Collector {
 
 bool IsAppleDouble(Place place) { return HasAppleDoubleMagic(FileSource(place)); }
 
-void ReadMacMetadata(Place place, bool isFolder, MetadataStores stores, MacMetadata& facts) {
+void ReadMacMetadata(Place place, bool isFolder, MetadataStores const& stores, MacMetadata& facts) {
     ExtendedAttributes attributes(place);
     if (stores.attributes) attributes.List();
     bool const mayHaveAny = !attributes.IsEmpty() || stores.companions || (isFolder && stores.within);

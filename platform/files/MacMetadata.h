@@ -44,7 +44,7 @@ struct MetadataStores {
 
 /// Reads the metadata of the item at a place, which is no symbolic link, into `facts`, which are empty
 /// before. What cannot be read counts as absent.
-void ReadMacMetadata(Place place, bool isFolder, MetadataStores stores, MacMetadata& facts);
+void ReadMacMetadata(Place place, bool isFolder, MetadataStores const& stores, MacMetadata& facts);
 /// Whether the file at a place begins as AppleDouble files do.
 bool IsAppleDouble(Place place);
 

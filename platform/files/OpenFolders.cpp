@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "foundation/Threads.h"
+
 namespace Platform {
 
 Descriptor::~Descriptor() { close(number); }
@@ -26,7 +28,7 @@ void OpenFolders::Hold(FolderUser& user, Path const& path, SharedDescriptor desc
 
 template <class Condition>
 SharedDescriptor OpenFolders::Use(Condition const& condition) {
-    std::lock_guard const lock(mutex);
+    QuickLock const lock(mutex);
     auto const found = std::find_if(folders.begin(), folders.end(), condition);
     if (found == folders.end()) return nullptr;
     folders.splice(folders.begin(), folders, found);

@@ -4,6 +4,8 @@
 
 #include <bit>
 
+#include "foundation/Threads.h"
+
 namespace Platform {
 
 namespace {
@@ -47,10 +49,11 @@ ReferenceTable& ReferenceTable::Shared() {
 FSRef ReferenceTable::Remember(Location const& location, Item const& item) {
     ReferenceBytes bytes{IdentityOf(item), 0, {}};
     {
-        std::lock_guard const lock(mutex);
+        QuickLock const lock(mutex);
         bytes.identity.serial = ++lastSerial;
         Place& place = places[lastSerial % places.size()];
-        place.remembered = {location, item.IsFolder()};
+        place.remembered.location = location;
+        place.remembered.isFolder = item.IsFolder();
         place.serial = lastSerial;
     }
     bytes.seal = SealOf(bytes.identity);
@@ -66,7 +69,7 @@ std::optional<Identity> ReferenceTable::IdentityIn(FSRef const& reference) {
 std::optional<RememberedLocation> ReferenceTable::Find(FSRef const& reference) const {
     auto const identity = IdentityIn(reference);
     if (!identity) return std::nullopt;
-    std::lock_guard const lock(mutex);
+    QuickLock const lock(mutex);
     Place const& place = places[identity->serial % places.size()];
     if (place.serial != identity->serial) return std::nullopt;
     return place.remembered;

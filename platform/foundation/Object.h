@@ -10,7 +10,7 @@
 #include <new>
 #include <utility>
 
-#include "foundation/Count.h"
+#include "foundation/Threads.h"
 
 namespace Platform {
 

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <new>
 
-#include "foundation/Count.h"
 #include "foundation/PathStyles.h"
+#include "foundation/Threads.h"
 
 namespace Platform {
 

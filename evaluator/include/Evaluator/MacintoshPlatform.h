@@ -91,9 +91,11 @@ class EVALUATOR_API MacFileInfo {
     MacFileInfo(FSRef const& itsReference, FSCatalogInfo const& itsCatalog)
         : valid(1), reference(itsReference), catalog(itsCatalog) {}
 
-    /// All fields of the catalog but two that cost system calls of their own.
-    static constexpr FSCatalogInfoBitmap kFields =
-        kFSCatInfoGettableInfo & ~(kFSCatInfoValence | kFSCatInfoParentDirID);
+    /// The fields of the catalog that a file's inspectors tell of.
+    static constexpr FSCatalogInfoBitmap kFields = kFSCatInfoNodeFlags | kFSCatInfoVolume | kFSCatInfoNodeID |
+                                                   kFSCatInfoCreateDate | kFSCatInfoContentMod |
+                                                   kFSCatInfoBackupDate | kFSCatInfoFinderInfo |
+                                                   kFSCatInfoDataSizes | kFSCatInfoRsrcSizes;
 
     /// Whether the item is a folder. Requires `valid`, as what follows.
     bool IsFolder() const { return (catalog.nodeFlags & kFSNodeIsDirectoryMask) != 0; }

@@ -1,16 +1,17 @@
 #pragma once
 
-// How many owners something has.
+// What costs next to nothing in a process that has one thread only, as the command mostly has, and is safe
+// from any thread in others. It counts where each item of a tree is handed on several times.
 
 #include <sys/single_threaded.h>
 
 #include <atomic>
 #include <cstdint>
+#include <mutex>
 
 namespace Platform {
 
-/// A count of owners, from 1. Safe from any thread; in a process that has one thread only it costs no more
-/// than a plain number, which counts where every item of a tree is handed over several times.
+/// A count of owners, from 1.
 class OwnerCount {
   public:
     void Increase() noexcept {
@@ -31,6 +32,18 @@ class OwnerCount {
 
   private:
     std::atomic<std::int64_t> count{1};
+};
+
+/// Holds a mutex while it lives, where there is another thread to keep away. No thread may be started
+/// meanwhile.
+class QuickLock {
+  public:
+    explicit QuickLock(std::mutex& mutex) : lock(mutex, std::defer_lock) {
+        if (!__libc_single_threaded) lock.lock();
+    }
+
+  private:
+    std::unique_lock<std::mutex> lock;
 };
 
 }  // namespace Platform
