@@ -28,11 +28,23 @@ constexpr std::size_t kMostItems = 64;
 
 }  // namespace
 
+namespace {
+
+// The room of the loop that ended last, for the next one to use: a walk begins and ends one for each folder.
+std::vector<FileItem>& SpareRoom() {
+    static thread_local std::vector<FileItem> room;
+    return room;
+}
+
+}  // namespace
+
 FileLoop::FileLoop() = default;
 FileLoop::~FileLoop() { End(); }
 
 void FileLoop::End() {
     if (iterator != nullptr) FSCloseIterator(std::exchange(iterator, nullptr));
+    buffer.clear();
+    if (SpareRoom().capacity() < buffer.capacity()) SpareRoom().swap(buffer);
     buffer = {};
     atEnd = 1;
 }
@@ -77,6 +89,7 @@ void FileLoop::ReadItems() {
     isLastRead = error == errFSNoMoreItems;
     if (error != noErr && !isLastRead) Fail(error);
     buffer.clear();
+    if (buffer.capacity() == 0) buffer.swap(SpareRoom());
     buffer.reserve(count);
     current = 0;
     for (ItemCount i = 0; i < count; ++i) {

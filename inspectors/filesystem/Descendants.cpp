@@ -18,19 +18,19 @@ file descendant_iterator::First(Of of, folder const& top) {
 
 file descendant_iterator::Next(Of, folder const&) {
     while (!loops.empty()) {
-        SharingPtr<FileLoop> const loop = loops.back();
-        if (loop->IsAtEnd()) {
+        FileLoop& loop = *loops.back();
+        if (loop.IsAtEnd()) {
             loops.pop_back();
             continue;
         }
-        if (!loop->Item().Info().IsFolder()) {
-            file found(loop->Item());
-            ++*loop;
+        if (!loop.Item().Info().IsFolder()) {
+            file found(loop.Item());
+            ++loop;
             return found;
         }
-        loop->scratch = loop->Item();
-        loops.push_back(MakeFileLoop(loop->scratch));
-        ++*loop;
+        loop.scratch = loop.Item();
+        loops.push_back(MakeFileLoop(loop.scratch));
+        ++loop;
     }
     throw NoSuchObject();
 }

@@ -3,6 +3,8 @@
 #include <Carbon/MacErrors.h>
 #include <Platform/Items.h>
 
+#include <optional>
+
 #include "files/Errors.h"
 #include "files/FileSpecs.h"
 #include "files/FolderIterator.h"
@@ -23,30 +25,47 @@ struct Batch {
     HFSUniStr255* names;
 };
 
-OSErr Describe(FoundItem const& found, Place place, Listing& listing, Batch const& batch, ItemCount index) {
-    bool const isKnown = found.item.status.stx_ino != 0;
-    if (batch.infos != nullptr) {
-        FSCatalogInfo& info = batch.infos[index];
+// Fills the outputs for the items of a batch one after the other.
+class BatchFiller {
+  public:
+    BatchFiller(Batch const& outputs, ItemCount most, Listing& itsListing)
+        : batch(outputs), expected(most), listing(itsListing) {}
+
+    OSErr Add(FoundItem const& found, Place place, ItemCount index) {
+        if (batch.infos != nullptr) Describe(found, place, batch.infos[index]);
+        if (batch.references != nullptr) {
+            if (!row || row->IsFull()) row.emplace(ReferenceTable::Shared(), expected);
+            batch.references[index] = row->Add(found.location, found.item);
+        }
+        if (batch.names != nullptr) batch.names[index] = CarbonName(found.location.path.Name());
+        return batch.specs != nullptr ? MakeSpec(found, batch.specs[index]) : OSErr{noErr};
+    }
+
+  private:
+    void Describe(FoundItem const& found, Place place, FSCatalogInfo& info) {
+        bool const isKnown = found.item.status.stx_ino != 0;
         if (isKnown) {
             FillCatalogInfo(found, place, batch.whichInfo, listing, info);
         } else {
             info = FSCatalogInfo{};
         }
     }
-    if (batch.references != nullptr) batch.references[index] = MakeReference(found);
-    if (batch.names != nullptr) batch.names[index] = CarbonName(found.location.path.Name());
-    if (batch.specs == nullptr) return noErr;
-    return MakeSpec(found, batch.specs[index]);
-}
+
+    Batch const& batch;
+    ItemCount const expected;
+    Listing& listing;
+    std::optional<ReferenceTable::Row> row;
+};
 
 // What stops the batch is told when the items before it have been given.
 OSErr ReadBatch(FolderIterator& iterator, FolderIterator::Turn& turn, ItemCount most, Batch const& batch,
                 ItemCount& count) {
+    BatchFiller filler(batch, most, iterator.listing);
     FoundItem found;
     Place place;
     while (count < most) {
         OSErr error = turn.Next(found, place);
-        if (error == noErr) error = Describe(found, place, iterator.listing, batch, count);
+        if (error == noErr) error = filler.Add(found, place, count);
         if (error != noErr) return count == 0 || error == errFSNoMoreItems ? error : OSErr{noErr};
         ++count;
     }

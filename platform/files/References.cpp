@@ -2,6 +2,7 @@
 
 #include <sys/random.h>
 
+#include <algorithm>
 #include <bit>
 
 #include "foundation/Threads.h"
@@ -28,13 +29,10 @@ std::uint64_t Secret() {
     return secret;
 }
 
-std::uint64_t Mix(std::uint64_t state, std::uint64_t value) {
-    state = (state ^ value) * 0xFF51AFD7ED558CCD;
-    return state ^ (state >> 32);
-}
-
 std::uint64_t SealOf(Identity const& identity) {
-    return Mix(Mix(Mix(Secret(), identity.serial), identity.device), identity.inode);
+    std::uint64_t const mixed = Secret() ^ identity.serial * 0xFF51AFD7ED558CCD ^
+                                identity.device * 0xC4CEB9FE1A85EC53 ^ identity.inode * 0x9E3779B97F4A7C15;
+    return (mixed ^ mixed >> 32) * 0xD6E8FEB86659FD93;
 }
 
 }  // namespace
@@ -46,18 +44,41 @@ ReferenceTable& ReferenceTable::Shared() {
     return table;
 }
 
-FSRef ReferenceTable::Remember(Location const& location, Item const& item) {
-    ReferenceBytes bytes{IdentityOf(item), 0, {}};
-    {
-        QuickLock const lock(mutex);
-        bytes.identity.serial = ++lastSerial;
-        Place& place = places[lastSerial % places.size()];
-        place.remembered.location = location;
-        place.remembered.isFolder = item.IsFolder();
-        place.serial = lastSerial;
+std::uint64_t ReferenceTable::BeginRow() {
+    QuickLock const lock(mutex);
+    rows.emplace_back();
+    return firstRow + rows.size() - 1;
+}
+
+// Also forgets the oldest rows.
+void ReferenceTable::EndRow(std::uint64_t number, std::vector<RememberedLocation> locations) noexcept {
+    QuickLock const lock(mutex);
+    if (number < firstRow) return;
+    count += locations.size();
+    rows[number - firstRow] = std::move(locations);
+    while (rows.size() > 1 && count - rows.front().size() >= least) {
+        count -= rows.front().size();
+        rows.pop_front();
+        ++firstRow;
     }
+}
+
+ReferenceTable::Row::Row(ReferenceTable& owner, std::size_t most) : table(owner), number(owner.BeginRow()) {
+    locations.reserve(std::min(most, kMost));
+}
+
+ReferenceTable::Row::~Row() { table.EndRow(number, std::move(locations)); }
+
+FSRef ReferenceTable::Row::Add(Location const& location, Item const& item) {
+    ReferenceBytes bytes{IdentityOf(item), 0, {}};
+    bytes.identity.serial = number * kMost + locations.size();
     bytes.seal = SealOf(bytes.identity);
+    locations.push_back({location, item.IsFolder()});
     return std::bit_cast<FSRef>(bytes);
+}
+
+FSRef ReferenceTable::Remember(Location const& location, Item const& item) {
+    return Row(*this, 1).Add(location, item);
 }
 
 std::optional<Identity> ReferenceTable::IdentityIn(FSRef const& reference) {
@@ -70,9 +91,11 @@ std::optional<RememberedLocation> ReferenceTable::Find(FSRef const& reference) c
     auto const identity = IdentityIn(reference);
     if (!identity) return std::nullopt;
     QuickLock const lock(mutex);
-    Place const& place = places[identity->serial % places.size()];
-    if (place.serial != identity->serial) return std::nullopt;
-    return place.remembered;
+    std::uint64_t const row = identity->serial / Row::kMost;
+    std::size_t const place = identity->serial % Row::kMost;
+    if (row < firstRow || row - firstRow >= rows.size()) return std::nullopt;
+    auto const& locations = rows[row - firstRow];
+    return place < locations.size() ? std::optional(locations[place]) : std::nullopt;
 }
 
 FolderTable& FolderTable::Shared() {

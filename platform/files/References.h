@@ -5,7 +5,9 @@
 
 #include <Carbon/Files.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <list>
 #include <map>
 #include <mutex>
@@ -36,10 +38,14 @@ struct RememberedLocation {
 };
 
 /// Remembers the locations of the references made last. Safe from any thread.
+///
+/// References are made in rows: those of one batch of a listing share a row, another stands in a row of its
+/// own.
 class ReferenceTable {
   public:
-    explicit ReferenceTable(std::size_t capacity) : places(capacity) {}
-    /// The table of the process, with 1024 places.
+    /// Remembers at least so many.
+    explicit ReferenceTable(std::size_t capacity) : least(capacity) {}
+    /// The table of the process, of 1024 references.
     static ReferenceTable& Shared();
 
     /// A new reference to an item that was looked at.
@@ -49,14 +55,34 @@ class ReferenceTable {
     /// What a reference holds, also of a stale one; empty for one that was never made.
     static std::optional<Identity> IdentityIn(FSRef const& reference);
 
-  private:
-    struct Place {
-        std::uint64_t serial = 0;
-        RememberedLocation remembered;
+    /// Makes the references of a row; the table learns of them all at the end of its life.
+    class Row {
+      public:
+        static constexpr std::size_t kMost = 256;
+        /// Of at most so many references.
+        Row(ReferenceTable& owner, std::size_t most);
+        ~Row();
+        Row(Row const&) = delete;
+        Row& operator=(Row const&) = delete;
+
+        bool IsFull() const { return locations.size() == kMost; }
+        FSRef Add(Location const& location, Item const& item);
+
+      private:
+        ReferenceTable& table;
+        std::uint64_t const number;
+        std::vector<RememberedLocation> locations;
     };
+
+  private:
+    std::uint64_t BeginRow();
+    void EndRow(std::uint64_t number, std::vector<RememberedLocation> locations) noexcept;
+
     mutable std::mutex mutex;
-    std::vector<Place> places;
-    std::uint64_t lastSerial = 0;
+    std::size_t const least;
+    std::deque<std::vector<RememberedLocation>> rows;  // the oldest in front; empty while they are being made
+    std::uint64_t firstRow = 1;                        // the number of the one in front
+    std::size_t count = 0;                             // references in all rows
 };
 
 /// Remembers the folders that were named last in FSSpecs, by volume and number; a folder that is

@@ -71,12 +71,15 @@ Path::Path(std::string_view text) : node(NewNode(nullptr, WithoutEndSeparators(t
 }
 
 Path Path::Child(std::string_view name) const {
-    if (!IsOrdinaryName(name)) return Path(JoinPaths(Text(), name));
     Node* const child = NewNode(node, name);
     Retain(node);
     child->length = node->length + (node->EndsWithSeparator() ? 0 : 1) + name.size();
     child->plain = node->plain;
     return Path(child);
+}
+
+Path Path::Below(std::string_view rest) const {
+    return IsOrdinaryName(rest) ? Child(rest) : Path(JoinPaths(Text(), rest));
 }
 
 Path Path::Folder() const {

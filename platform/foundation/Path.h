@@ -26,8 +26,10 @@ class Path {
     }
     ~Path() { Release(node); }
 
-    /// The path of a name, or of several, below the folder at this one.
+    /// The path of a name in the folder at this one. Requires: neither empty nor dots, no separator in it.
     Path Child(std::string_view name) const;
+    /// The path of whatever text below the folder at this one.
+    Path Below(std::string_view rest) const;
     /// The path of the folder that holds a plain path's item; none of the root.
     Path Folder() const;
     /// The last name; "/" of the root.

@@ -144,6 +144,6 @@ CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFS
     return Guarded<CFURLRef>(nullptr, [&]() -> CFURLRef {
         auto const bytes = Platform::FileNameOfText(component->text);
         if (!bytes || bytes->empty()) return nullptr;
-        return NewURL(url->path.Child(*bytes), isDirectory != 0 || bytes->ends_with('/'), url->base);
+        return NewURL(url->path.Below(*bytes), isDirectory != 0 || bytes->ends_with('/'), url->base);
     });
 }

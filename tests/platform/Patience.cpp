@@ -157,14 +157,18 @@ TEST_F(Patience, MountWithACallThatHasNotComeBackIsRefusedAtOnce) {
 TEST_F(Patience, LookUpsOfACallThatWasGivenUpAreRefused) {
     auto const shared = gate;
     auto const answer = std::make_shared<std::promise<bool>>();
-    ASSERT_EQ(volOffLinErr, CallPatiently(mount, 1ms, [=]() -> OSErr {
+    static std::atomic<bool> hasAsked = false;
+    PlatformSetCheckIn([](UInt32) -> Boolean { return !hasAsked; });
+    ASSERT_EQ(userCanceledErr, CallPatiently(mount, std::nullopt, [=]() -> OSErr {
                   bool const before = Platform::MayGoOn(1);
+                  hasAsked = true;
                   shared->Wait();
                   answer->set_value(before && !Platform::MayGoOn(1));
                   return noErr;
               }));
     gate->Open();
     EXPECT_TRUE(answer->get_future().get());
+    PlatformSetCheckIn(CheckIn);
     WaitUntilAnswering(mount);
 }
 
