@@ -3,6 +3,7 @@
 #include <atomic>
 #include <utility>
 
+#include "files/OpenFolders.h"
 #include "files/Patience.h"
 
 namespace Platform {
@@ -28,5 +29,6 @@ bool CheckInElsewhere::IsInUse() { return elsewhere != nullptr; }
 
 PlatformCheckIn PlatformSetCheckIn(PlatformCheckIn function) {
     Platform::ForgetUnresponsiveMount();
+    Platform::OpenFolders::Shared().LetGoOfUnread();
     return Platform::checkIn.exchange(function);
 }

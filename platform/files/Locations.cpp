@@ -15,13 +15,32 @@
 namespace Platform {
 
 SystemPath::SystemPath(Path const& path) : folder(OpenFolders::Shared().FolderOf(path)) {
+    constexpr std::size_t step = 2048;  // so that neighbours in a tree start from the same folder
     if (folder) {
         form = path.Name();
     } else if (path.Length() < PATH_MAX) {
         form = path.Text();
+    } else if (Path const above = path.FolderWithin(path.Length() / step * step - step); !above.IsNone()) {
+        StartFrom(above, path);
     } else {
         Shorten(path.Text());
     }
+}
+
+void SystemPath::StartFrom(Path const& above, Path const& path) {
+    folder = OpenFolders::Shared().At(above);
+    if (!folder) {
+        Shorten(above.Text());
+        if (error != 0) return;
+        int const number = openat(Get().folder, form.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+        if (number < 0) {
+            error = errno;
+            return;
+        }
+        folder = std::make_shared<Descriptor const>(number);
+        OpenFolders::Shared().Hold(above, folder);
+    }
+    Shorten(path.TextBelow(above));
 }
 
 // Opens the folders on the way in steps of less than PATH_MAX bytes each, until what is left is short.

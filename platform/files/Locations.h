@@ -34,6 +34,7 @@ class SystemPath {
     Place Get() const { return {folder ? folder->Number() : AT_FDCWD, form.c_str()}; }
 
   private:
+    void StartFrom(Path const& above, Path const& path);
     void Shorten(std::string_view path);
 
     std::string form;

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "foundation/Threads.h"
@@ -17,12 +18,20 @@ OpenFolders& OpenFolders::Shared() {
 }
 
 void OpenFolders::Hold(FolderUser& user, Path const& path, SharedDescriptor descriptor) {
+    Hold({&user, path, std::move(descriptor)});
+}
+
+void OpenFolders::Hold(Path const& path, SharedDescriptor descriptor) {
+    Hold({nullptr, path, std::move(descriptor)});
+}
+
+void OpenFolders::Hold(Held held) {
     SharedDescriptor oldest;  // closed without the lock
     std::lock_guard const lock(mutex);
-    folders.push_front({&user, path, std::move(descriptor)});
+    folders.push_front(std::move(held));
     if (folders.size() <= most) return;
     oldest = std::move(folders.back().descriptor);
-    folders.back().user->WillLetGo(*oldest);
+    if (folders.back().user != nullptr) folders.back().user->WillLetGo(*oldest);
     folders.pop_back();
 }
 
@@ -33,6 +42,20 @@ SharedDescriptor OpenFolders::Use(Condition const& condition) {
     if (found == folders.end()) return nullptr;
     folders.splice(folders.begin(), folders, found);
     return found->descriptor;
+}
+
+void OpenFolders::LetGoOfUnread() {
+    std::list<Held> unread;  // closed without the lock
+    std::lock_guard const lock(mutex);
+    for (auto held = folders.begin(); held != folders.end();) {
+        auto const next = std::next(held);
+        if (held->user == nullptr) unread.splice(unread.end(), folders, held);
+        held = next;
+    }
+}
+
+SharedDescriptor OpenFolders::At(Path const& path) {
+    return Use([&](Held const& held) { return path.Is(held.path); });
 }
 
 SharedDescriptor OpenFolders::Of(FolderUser const& user) {

@@ -44,6 +44,12 @@ class OpenFolders {
 
     /// Holds a user's folder. The one that was used longest ago is let go of when there are too many.
     void Hold(FolderUser& user, Path const& path, SharedDescriptor descriptor);
+    /// Holds a folder that nobody reads, but that look-ups below it may start from.
+    void Hold(Path const& path, SharedDescriptor descriptor);
+    /// Lets go of the folders that nobody reads.
+    void LetGoOfUnread();
+    /// The held folder at the very path; null when there is none.
+    SharedDescriptor At(Path const& path);
     /// The folder of a user; null when it was let go of.
     SharedDescriptor Of(FolderUser const& user);
     /// The folder that holds the item at a path, if one of them is the very folder that the path was made a
@@ -54,10 +60,11 @@ class OpenFolders {
 
   private:
     struct Held {
-        FolderUser* user;
+        FolderUser* user;  // null: nobody reads it
         Path path;
         SharedDescriptor descriptor;
     };
+    void Hold(Held held);
     template <class Condition>
     SharedDescriptor Use(Condition const& condition);
 

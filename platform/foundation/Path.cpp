@@ -92,6 +92,19 @@ Path Path::Folder() const {
     return Path(node->Name().substr(0, end == 0 ? 1 : end));
 }
 
+Path Path::FolderWithin(std::size_t bytes) const {
+    Node* folder = node->folder;
+    while (folder != nullptr && folder->length > bytes) folder = folder->folder;
+    Retain(folder);
+    return Path(folder);
+}
+
+std::string Path::TextBelow(Path const& folder) const {
+    std::string text = Text();
+    std::size_t const begin = folder.node->length + (folder.node->EndsWithSeparator() ? 0 : 1);
+    return text.erase(0, begin);
+}
+
 std::string_view Path::Name() const {
     return node->folder != nullptr ? node->Name() : LastComponent(node->Name());
 }

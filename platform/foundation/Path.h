@@ -32,6 +32,11 @@ class Path {
     Path Below(std::string_view rest) const;
     /// The path of the folder that holds a plain path's item; none of the root.
     Path Folder() const;
+    /// The nearest folder above of at most so many bytes that this path was made from; none when it was not
+    /// made from one.
+    Path FolderWithin(std::size_t bytes) const;
+    /// The text from below a folder that this path was made from.
+    std::string TextBelow(Path const& folder) const;
     /// The last name; "/" of the root.
     std::string_view Name() const;
     std::string Text() const;

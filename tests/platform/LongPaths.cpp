@@ -1,5 +1,6 @@
 // Paths longer than system calls take.
 
+#include <Platform/Items.h>
 #include <fcntl.h>
 #include <limits.h>
 #include <sys/stat.h>
@@ -28,6 +29,7 @@ class DeepTree {
     }
 
     std::string FilePath() const { return path + "/file"; }
+    std::string const& Top() const { return folder.Path(); }
 
   private:
     TemporaryFolder folder;
@@ -77,4 +79,32 @@ TEST(LongPaths, LeakNoDescriptors) {
     int const after = dup(0);
     close(after);
     EXPECT_EQ(before, after);
+}
+
+// Items that listings gave share their folders' paths, so a look-up knows where its neighbours start.
+TEST(LongPaths, FolderOnTheWayIsHeldForTheNextLookUpAndNoLonger) {
+    auto const openDescriptors = [] {
+        using Entries = std::filesystem::directory_iterator;
+        return std::distance(Entries("/proc/self/fd"), Entries());
+    };
+    DeepTree const tree;
+    FSRef item = ReferenceTo(tree.Top());
+    FSCatalogInfo info{};
+    info.nodeFlags = kFSNodeIsDirectoryMask;
+    while ((info.nodeFlags & kFSNodeIsDirectoryMask) != 0) {
+        Owned<CFURLRef> const url(CFURLCreateFromFSRef(kCFAllocatorDefault, &item));
+        FSIterator iterator;
+        ItemCount count = 0;
+        ASSERT_EQ(noErr, PlatformOpenIterator(url, &iterator));
+        ASSERT_EQ(errFSNoMoreItems, FSGetCatalogInfoBulk(iterator, 1, &count, nullptr, kFSCatInfoNodeFlags,
+                                                         &info, &item, nullptr, nullptr));
+        FSCloseIterator(iterator);
+    }
+    PlatformSetCheckIn(nullptr);
+    auto const before = openDescriptors();
+    EXPECT_EQ(5u, +CatalogOf(item).dataLogicalSize);
+    EXPECT_EQ(5u, +CatalogOf(item).dataLogicalSize);
+    EXPECT_EQ(before + 1, openDescriptors());
+    PlatformSetCheckIn(nullptr);
+    EXPECT_EQ(before, openDescriptors());
 }

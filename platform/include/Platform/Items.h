@@ -32,7 +32,8 @@ PLATFORM_API CFURLRef PlatformCreateResolvedURL(CFURLRef url, OSErr* error);
 typedef Boolean (*PlatformCheckIn)(UInt32 items);
 
 /// Installs the function that look-ups ask; null installs none. Returns the one that was installed before.
-/// PlatformUnresponsiveMount then knows of no failure of the calling thread.
+/// PlatformUnresponsiveMount then knows of no failure of the calling thread, and folders that were only held
+/// open for look-ups to come are closed: a host installs one for each piece of its work.
 PLATFORM_API PlatformCheckIn PlatformSetCheckIn(PlatformCheckIn function);
 
 /// How the calling thread's last call ended that was given up because the file system of a mount does not
