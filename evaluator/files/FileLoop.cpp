@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Evaluator/MacintoshPlatform.h"
+#include "files/FolderFailures.h"
 
 namespace MacintoshPlatform {
 
@@ -13,14 +14,14 @@ namespace {
 constexpr std::size_t kFirstItems = 32;  // read at one time; twice as many each next time
 constexpr std::size_t kMostItems = 64;
 
-[[noreturn]] void Fail(OSErr error) {
+[[noreturn]] void Fail(OSErr error, CFURLRef folder) {
     switch (error) {
         case fnfErr:
         case dirNFErr:
-            throw DirectoryNotFoundError();
+            throw DirectoryNotFoundError(Evaluator::NoteFolderFailure(folder));
         case permErr:
         case afpAccessDenied:
-            throw FilePermissionError();
+            throw FilePermissionError(Evaluator::NoteFolderFailure(folder));
         default:
             ThrowRealOSError(error);
     }
@@ -52,7 +53,7 @@ void FileLoop::End() {
 void FileLoop::Start(FileLocation const& location) {
     End();
     folder = location.url;
-    if (OSErr const error = PlatformOpenIterator(folder, &iterator); error != noErr) Fail(error);
+    if (OSErr const error = PlatformOpenIterator(folder, &iterator); error != noErr) Fail(error, folder);
     atEnd = 0;
     isLastRead = false;
     GoTo(0);
@@ -87,7 +88,7 @@ void FileLoop::ReadItems() {
     OSErr const error = FSGetCatalogInfoBulk(iterator, most, &count, nullptr, MacFileInfo::kFields, catalogs,
                                              references, nullptr, nullptr);
     isLastRead = error == errFSNoMoreItems;
-    if (error != noErr && !isLastRead) Fail(error);
+    if (error != noErr && !isLastRead) Fail(error, folder);
     buffer.clear();
     if (buffer.capacity() == 0) buffer.swap(SpareRoom());
     buffer.reserve(count);

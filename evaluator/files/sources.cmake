@@ -5,4 +5,5 @@ set(EVALUATOR_FILES_SOURCES
   files/FileLocation.cpp
   files/FileLoop.cpp
   files/FileNames.cpp
-  files/FileTimes.cpp)
+  files/FileTimes.cpp
+  files/FolderFailures.cpp)

@@ -14,6 +14,7 @@
 
 #include "Evaluator/Exceptions.h"
 #include "Platform/Items.h"
+#include "files/FolderFailures.h"
 #include "registry/Vocabulary.h"
 
 namespace Evaluator {
@@ -92,12 +93,19 @@ std::string ClassName(std::type_info const& type) {
     return status == 0 && name ? name.get() : type.name();
 }
 
+// The folder that a failed listing was about; empty where nothing is known of it.
+std::string FolderOf(FileIOError const& error) {
+    std::string const path = FolderOfFailure(error.Detail());
+    return path.empty() ? path : fmt::format("the folder \"{}\"", Printable(path));
+}
+
 // Why the exception that is being handled was thrown.
 std::string Reason() {
     try {
         throw;
-    } catch (FilePermissionError const&) {
-        return "it may not be read";
+    } catch (FilePermissionError const& error) {
+        std::string const folder = FolderOf(error);
+        return (folder.empty() ? "it" : folder) + " may not be read";
     } catch (FileLockError const&) {
         return "the file is locked";
     } catch (FileBusyError const&) {
@@ -188,8 +196,9 @@ std::optional<std::string> MissingItem() {
         throw;
     } catch (FileNotFoundError const&) {
         return "the file is not there";
-    } catch (DirectoryNotFoundError const&) {
-        return "the folder is not there";
+    } catch (DirectoryNotFoundError const& error) {
+        std::string const folder = FolderOf(error);
+        return (folder.empty() ? "the folder" : folder) + " is not there";
     } catch (MacintoshPlatform::FailedToGetFileItem const& failure) {
         return WhyNoItem(failure.Code());
     } catch (...) {

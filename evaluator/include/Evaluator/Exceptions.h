@@ -86,7 +86,8 @@ class EVALUATOR_API ProcessError : public OSError {
     using OSError::OSError;
 };
 
-/// Root of the failures of reading files. Carries a 32-bit detail word, zero where there is nothing to add.
+/// Root of the failures of reading files. Carries a 32-bit detail word, zero where there is nothing to add; a
+/// folder that cannot be listed has a number that the host knows it by.
 class EVALUATOR_API FileIOError : public DebuggableException {
   public:
     explicit FileIOError(std::int32_t detailWord = 0) noexcept : detail(detailWord) {}

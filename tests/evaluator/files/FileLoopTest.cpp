@@ -155,3 +155,25 @@ TEST(FileLoops, ItemThatMayNotBeLookedAtHasNoInformation) {
     ++loop;
     EXPECT_TRUE(loop.IsAtEnd());
 }
+
+namespace {
+
+std::int32_t DetailOfMissing(std::string const& path) {
+    try {
+        FileLoop().Start(At(path));
+    } catch (DirectoryNotFoundError const& error) {
+        return error.Detail();
+    }
+    return 0;
+}
+
+}  // namespace
+
+// The host finds the folder again by the detail word, for its messages.
+TEST(FileLoops, EachFailureHasADetailWordOfItsOwn) {
+    std::int32_t const first = DetailOfMissing("/no such folder");
+    std::int32_t const second = DetailOfMissing("/nor this");
+    EXPECT_NE(0, first);
+    EXPECT_NE(0, second);
+    EXPECT_NE(first, second);
+}
