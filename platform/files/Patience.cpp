@@ -186,6 +186,14 @@ OSErr CallPatiently(SlowMount const& mount, std::optional<milliseconds> patience
     return error;
 }
 
+OSErr CallBriefly(SlowMount const& mount, PatientWork work) {
+    constexpr milliseconds patience{200};
+    Failure const before = lastFailure;
+    OSErr const error = CallPatiently(mount, patience, std::move(work));
+    if (error == volOffLinErr) lastFailure = before;
+    return error;
+}
+
 milliseconds VolumePatience() { return milliseconds(volumePatience.load()); }
 
 void ForgetUnresponsiveMount() { lastFailure = {}; }
