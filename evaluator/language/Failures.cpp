@@ -128,6 +128,8 @@ std::string Reason() {
         return "no file can have this name";
     } catch (IllegalFileNameLength const&) {
         return "the file name is longer than 255 bytes";
+    } catch (MacintoshPlatform::FailedToGetFileItem const& failure) {
+        return PlatformError(failure.Code());
     } catch (MacintoshPlatform::MakeFileLocationFailed const&) {
         return "the path cannot be resolved";
     } catch (UnknownType const& unknown) {
@@ -191,6 +193,7 @@ std::optional<std::string> MissingItem() {
     } catch (DirectoryNotFoundError const&) {
         return "the folder is not there";
     } catch (MacintoshPlatform::FailedToGetFileItem const& failure) {
+        if (failure.Code() == volumeOffline) return std::nullopt;
         return WhyNoItem(failure.Code());
     } catch (...) {
         return std::nullopt;
@@ -198,7 +201,7 @@ std::optional<std::string> MissingItem() {
 }
 
 std::optional<Problem> SilenceBehind(Entry const& entry, Range where) {
-    if (UnresponsiveMount(volumeOffline).empty()) return std::nullopt;
+    if (!PlatformHasUnnotedMount() || UnresponsiveMount(volumeOffline).empty()) return std::nullopt;
     return Failed(entry, where, PlatformError(volumeOffline));
 }
 

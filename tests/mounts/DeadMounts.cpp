@@ -377,6 +377,26 @@ TEST_F(DeadMounts, AreListedWhereTheyAreMountedWithoutInformation) {
     });
 }
 
+// An item tells of the silence itself when it is asked for more than its name; its neighbours are believed.
+TEST_F(DeadMounts, AreInTheWayOfNoListingThatWantsTheirNamesOnly) {
+    ApartWithADeadMount([&](DeadServer&) {
+        here.Write("file");
+        std::string const items = "items of folder \"" + here.Path() + "\"";
+        EXPECT_EQ("alive|dead|file", Answer("sorted values of names of " + items));
+        EXPECT_EQ("3", Answer("number of " + items));
+        std::string const times = "number of modification times of " + items;
+        EXPECT_EQ("error: \"modification time\" failed: the platform's error -53 (" + DoesNotAnswer() +
+                      ")\n  " + times + "\n            ^~~~~~~~~~~~~~~~~~\n",
+                  Ask(times).problems);
+        std::string const both = "number of " + items + " = 3; exists folder \"" + At("dead") + "\"";
+        std::string const before(both.find("folder", both.find(';')) + 2, ' ');
+        EXPECT_EQ((Outcome{{"true"},
+                           "error: \"folder\" failed: the platform's error -53 (" + DoesNotAnswer() +
+                               ")\n  " + both + "\n" + before + "^~~~~~\n"}),
+                  Ask(both));
+    });
+}
+
 TEST_F(DeadMounts, WithACompanionBesideThemHangNoListing) {
     ApartWithADeadMount([&](DeadServer&) {
         here.Write("._dead");
