@@ -136,6 +136,8 @@ std::string Reason() {
         return "no file can have this name";
     } catch (IllegalFileNameLength const&) {
         return "the file name is longer than 255 bytes";
+    } catch (MacintoshPlatform::FailedToGetFileItem const& failure) {
+        return PlatformError(failure.Code());
     } catch (MacintoshPlatform::MakeFileLocationFailed const&) {
         return "the path cannot be resolved";
     } catch (UnknownType const& unknown) {
@@ -200,6 +202,7 @@ std::optional<std::string> MissingItem() {
         std::string const folder = FolderOf(error);
         return (folder.empty() ? "the folder" : folder) + " is not there";
     } catch (MacintoshPlatform::FailedToGetFileItem const& failure) {
+        if (failure.Code() == volumeOffline) return std::nullopt;
         return WhyNoItem(failure.Code());
     } catch (...) {
         return std::nullopt;
@@ -207,7 +210,7 @@ std::optional<std::string> MissingItem() {
 }
 
 std::optional<Problem> SilenceBehind(Entry const& entry, Range where) {
-    if (UnresponsiveMount(volumeOffline).empty()) return std::nullopt;
+    if (!PlatformHasUnnotedMount() || UnresponsiveMount(volumeOffline).empty()) return std::nullopt;
     return Failed(entry, where, PlatformError(volumeOffline));
 }
 

@@ -12,7 +12,8 @@
 
 namespace Evaluator {
 
-/// When the exception is the platform's word that an item is not there: that word. Else nothing.
+/// When the exception is the platform's word that an item is not there: that word. Else nothing, and so where
+/// a file system does not answer.
 std::optional<std::string> MissingItem();
 
 /// The file system that the platform gave up waiting for, when its last such call in this evaluation ended
@@ -20,7 +21,8 @@ std::optional<std::string> MissingItem();
 std::string UnresponsiveMount(std::int32_t code);
 
 /// The problem to report when an inspector answered that something is not there, but the platform had given
-/// up on a file system that does not answer: nobody knows whether it is there. Else nothing.
+/// up on a file system that does not answer: nobody knows whether it is there. Else nothing, and so where an
+/// item tells of that itself.
 std::optional<Problem> SilenceBehind(Entry const& entry, Range where);
 
 /// The problem to report: which registration failed and why, the platform's code with its meaning.

@@ -7,11 +7,14 @@
 #include <Platform/Items.h>
 
 #include <cstring>
+#include <optional>
+#include <string>
 
 #include "files/Errors.h"
 #include "files/FileSpecs.h"
 #include "files/Locations.h"
 #include "files/Lookup.h"
+#include "files/SlowPaths.h"
 #include "foundation/Object.h"
 #include "foundation/PathStyles.h"
 #include "foundation/TextCodec.h"
@@ -31,60 +34,111 @@ OSErr MakeParentReference(FoundItem const& found, FSRef& parentRef) {
     return error;
 }
 
-OSErr GetCatalogInfo(FSRef const& ref, FSCatalogInfoBitmap whichInfo, FSCatalogInfo* catalogInfo,
-                     HFSUniStr255* outName, FSSpec* fsSpec, FSRef* parentRef) {
+// What is told of an item; empty what is not wanted.
+struct Told {
+    std::optional<FSCatalogInfo> info;
+    std::optional<HFSUniStr255> name;
+    std::optional<FSSpec> spec;
+    std::optional<FSRef> parent;
+};
+
+OSErr Tell(FSRef const& ref, FSCatalogInfoBitmap whichInfo, Told& told) {
     FoundItem found;
     if (OSErr const error = FindReferenced(ref, found); error != noErr) return error;
-    if (catalogInfo != nullptr) {
-        OSErr const error = FillCatalogInfo(found, whichInfo, *catalogInfo);
-        if (error != noErr) return error;
+    if (told.info) {
+        if (OSErr const error = FillCatalogInfo(found, whichInfo, *told.info); error != noErr) return error;
     }
-    if (outName != nullptr) *outName = CarbonName(found.location.path.Name());
-    if (fsSpec != nullptr) {
-        if (OSErr const error = MakeSpec(found, *fsSpec); error != noErr) return error;
+    if (told.name) told.name = CarbonName(found.location.path.Name());
+    if (told.spec) {
+        if (OSErr const error = MakeSpec(found, *told.spec); error != noErr) return error;
     }
-    return parentRef != nullptr ? MakeParentReference(found, *parentRef) : OSErr{noErr};
+    return told.parent ? MakeParentReference(found, *told.parent) : OSErr{noErr};
 }
 
-OSErr MakeReferenceToPath(std::string_view path, LinkRule rule, FSRef& ref, Boolean* isDirectory) {
+template <class Output>
+std::optional<Output> Wanted(Output const* output) {
+    return output != nullptr ? std::optional<Output>(Output{}) : std::nullopt;
+}
+template <class Output>
+void Give(std::optional<Output> const& told, Output* output) {
+    if (told) *output = *told;
+}
+
+struct Referenced {
+    FSRef ref{};
+    bool isFolder = false;
+};
+
+OSErr MakeReferenceToPath(std::string const& path, LinkRule rule, Referenced& result) {
     FoundItem found;
     if (OSErr const error = FindItemOfText(path, rule, found); error != noErr) return error;
-    ref = MakeReference(found);
-    if (isDirectory != nullptr) *isDirectory = found.item.IsFolder();
+    result = {MakeReference(found), found.item.IsFolder()};
     return noErr;
 }
 
-OSErr FindNamed(FSRef const& parentRef, std::u16string_view text, FoundItem& found) {
-    auto const name = FileNameOfText(text);
-    if (!name) return bdNamErr;
-    if (OSErr const error = CheckName(*name); error != noErr) return error;
-    FoundItem parent;
+OSErr MakeReferenceToNamed(FSRef const& parentRef, std::string const& name, FSRef& ref) {
+    FoundItem parent, found;
     if (OSErr const error = FindReferenced(parentRef, parent); error != noErr) return error;
     if (!parent.item.IsFolder()) return dirNFErr;
-    return FindItem(parent.location.path.Child(*name), LinkRule::Follow, found);
+    OSErr const error = FindItem(parent.location.path.Child(name), LinkRule::Follow, found);
+    if (error == noErr) ref = MakeReference(found);
+    return error;
 }
 
-// The location without dots; the URL's folder, or the item itself where it must be one, has to exist.
-OSErr ResolveURL(CFURLRef url, CFURLRef& result) {
-    Path resolved;
-    bool mustBeFolder = false;
-    int const failure = ResolvePath(url->ResolvedPath().Text(), resolved, mustBeFolder);
-    if (failure != 0) return ErrorOfErrno(failure);
-    mustBeFolder |= url->directory;
+// A location without dots.
+struct Resolved {
+    Path path;
+    bool isFolder = false;
+};
+
+// The folder, or the item itself where it must be one, has to exist.
+OSErr Resolve(std::string const& path, bool mustBeFolder, Resolved& resolved) {
+    bool wantsFolder = false;
+    if (int const failure = ResolvePath(path, resolved.path, wantsFolder); failure != 0)
+        return ErrorOfErrno(failure);
+    mustBeFolder |= wantsFolder;
     FoundItem found;
-    OSErr const error = FindItem(resolved, LinkRule::Follow, found);
-    if (error == noErr) {
-        if (mustBeFolder && !found.item.IsFolder()) return dirNFErr;
-        result = NewURL(resolved, found.item.IsFolder());
-        return noErr;
-    }
+    OSErr const error = FindItem(resolved.path, LinkRule::Follow, found);
+    resolved.isFolder = error == noErr && found.item.IsFolder();
+    if (error == noErr) return mustBeFolder && !resolved.isFolder ? OSErr{dirNFErr} : OSErr{noErr};
     if (error != fnfErr || mustBeFolder) return error;
     FoundItem folder;
-    if (OSErr const reason = FindItem(resolved.Folder(), LinkRule::Follow, folder); reason != noErr)
+    if (OSErr const reason = FindItem(resolved.path.Folder(), LinkRule::Follow, folder); reason != noErr)
         return reason;
-    if (!folder.item.IsFolder()) return fnfErr;  // a link that leads nowhere
-    result = NewURL(resolved, false);
-    return noErr;
+    return folder.item.IsFolder() ? OSErr{noErr} : OSErr{fnfErr};  // a link that leads nowhere
+}
+
+OSErr ResolveURL(CFURLRef url, CFURLRef& result) {
+    Resolved resolved;
+    std::string const path = url->ResolvedPath().Text();
+    OSErr const error = Reach(SlowMountBehind(path, LinkRule::Follow), resolved,
+                              [path, mustBeFolder = url->directory](Resolved& location) {
+                                  return Resolve(path, mustBeFolder, location);
+                              });
+    if (error == noErr) result = NewURL(resolved.path, resolved.isFolder);
+    return error;
+}
+
+// A location that may still have dots; then it is described by what a link at its end leads to.
+OSErr FindLocated(Location const& location, FoundItem& found) {
+    return location.path.IsPlain() ? FindItem(location.path, location.rule, found)
+                                   : FindItemOfText(location.path.Text(), LinkRule::Follow, found);
+}
+
+struct Gotten {
+    FSRef ref{};
+    FSCatalogInfo info{};
+};
+
+OSErr GetItem(Location const& location, bool mustBeFolder, std::optional<FSCatalogInfoBitmap> whichInfo,
+              Gotten& gotten) {
+    FoundItem found;
+    OSErr error = FindLocated(location, found);
+    if (error != noErr) return error;
+    if (mustBeFolder && !found.item.IsFolder()) return dirNFErr;
+    if (whichInfo) error = FillCatalogInfo(found, *whichInfo, gotten.info);
+    if (error == noErr) gotten.ref = MakeReference(found);
+    return error;
 }
 
 }  // namespace
@@ -93,7 +147,16 @@ OSErr FSGetCatalogInfo(FSRef const* ref, FSCatalogInfoBitmap whichInfo, FSCatalo
                        HFSUniStr255* outName, FSSpec* fsSpec, FSRef* parentRef) {
     return Guarded<OSErr>(memFullErr, [&]() -> OSErr {
         if (ref == nullptr) return paramErr;
-        return GetCatalogInfo(*ref, whichInfo, catalogInfo, outName, fsSpec, parentRef);
+        Told told{Wanted(catalogInfo), Wanted(outName), Wanted(fsSpec), Wanted(parentRef)};
+        OSErr const error = Reach(SlowMountBehind(*ref), told, [asked = *ref, whichInfo](Told& result) {
+            return Tell(asked, whichInfo, result);
+        });
+        if (error != noErr) return error;
+        Give(told.info, catalogInfo);
+        Give(told.name, outName);
+        Give(told.spec, fsSpec);
+        Give(told.parent, parentRef);
+        return noErr;
     });
 }
 
@@ -102,10 +165,13 @@ OSErr FSMakeFSRefUnicode(FSRef const* parentRef, UniCharCount nameLength, UniCha
     return Guarded<OSErr>(memFullErr, [&]() -> OSErr {
         if (parentRef == nullptr || newRef == nullptr || (name == nullptr && nameLength != 0))
             return paramErr;
-        FoundItem found;
-        OSErr const error = FindNamed(*parentRef, std::u16string(name, name + nameLength), found);
-        if (error == noErr) *newRef = MakeReference(found);
-        return error;
+        auto const bytes = FileNameOfText(std::u16string(name, name + nameLength));
+        if (!bytes) return bdNamErr;
+        if (OSErr const error = CheckName(*bytes); error != noErr) return error;
+        return Reach(SlowMountBehind(*parentRef, *bytes), *newRef,
+                     [parent = *parentRef, child = *bytes](FSRef& ref) {
+                         return MakeReferenceToNamed(parent, child, ref);
+                     });
     });
 }
 
@@ -126,7 +192,15 @@ OSStatus FSPathMakeRefWithOptions(UInt8 const* path, OptionBits options, FSRef* 
         bool const knownOptions = (options & ~OptionBits{kFSPathMakeRefDoNotFollowLeafSymlink}) == 0;
         if (path == nullptr || ref == nullptr || !knownOptions) return paramErr;
         LinkRule const rule = options == kFSPathMakeRefDefaultOptions ? LinkRule::Follow : LinkRule::Itself;
-        return MakeReferenceToPath(reinterpret_cast<char const*>(path), rule, *ref, isDirectory);
+        std::string const text(reinterpret_cast<char const*>(path));
+        Referenced result;
+        OSErr const error = Reach(SlowMountBehind(text, rule), result, [text, rule](Referenced& referenced) {
+            return MakeReferenceToPath(text, rule, referenced);
+        });
+        if (error != noErr) return error;
+        *ref = result.ref;
+        if (isDirectory != nullptr) *isDirectory = result.isFolder;
+        return noErr;
     });
 }
 
@@ -158,15 +232,17 @@ CFURLRef CFURLCreateFromFSRef(CFAllocatorRef, FSRef const* reference) {
 OSErr PlatformGetItem(CFURLRef url, FSCatalogInfoBitmap whichInfo, FSRef* ref, FSCatalogInfo* info) {
     return Guarded<OSErr>(memFullErr, [&]() -> OSErr {
         if (url == nullptr || ref == nullptr) return paramErr;
-        FoundItem found;
-        Path const path = url->ResolvedPath();
-        OSErr error = path.IsPlain() ? FindItem(path, url->rule, found)
-                                     : FindItemOfText(path.Text(), LinkRule::Follow, found);
+        Location const location{url->ResolvedPath(), url->rule};
+        auto const wanted = info != nullptr ? std::optional(whichInfo) : std::nullopt;
+        Gotten gotten;
+        OSErr const error = Reach(SlowMountBehind(location), gotten,
+                                  [location, mustBeFolder = url->directory, wanted](Gotten& result) {
+                                      return GetItem(location, mustBeFolder, wanted, result);
+                                  });
         if (error != noErr) return error;
-        if (url->directory && !found.item.IsFolder()) return dirNFErr;
-        if (info != nullptr) error = FillCatalogInfo(found, whichInfo, *info);
-        if (error == noErr) *ref = MakeReference(found);
-        return error;
+        *ref = gotten.ref;
+        if (info != nullptr) *info = gotten.info;
+        return noErr;
     });
 }
 

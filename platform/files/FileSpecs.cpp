@@ -9,6 +9,7 @@
 
 #include "files/FolderEntries.h"
 #include "files/MountTable.h"
+#include "files/SlowPaths.h"
 #include "foundation/MacRoman.h"
 #include "foundation/Object.h"
 #include "foundation/PathStyles.h"
@@ -59,18 +60,21 @@ bool IsStillThere(Path const& path, FSVolumeRefNum volume, SInt32 number) {
 // The folder that an FSSpec means.
 struct SpecifiedFolder {
     Path path;
-    bool isItem = false;  // it is the specified item itself, whatever name is given: a volume's root
+    bool isItem = false;        // it is the specified item itself, whatever name is given: a volume's root
+    bool isRemembered = false;  // it was there
 };
 
-OSErr FindFolder(FSVolumeRefNum volume, SInt32 number, SpecifiedFolder& folder) {
+// Looks at no disk.
+OSErr LocateFolder(FSVolumeRefNum volume, SInt32 number, SpecifiedFolder& folder) {
     if (auto remembered = FolderTable::Shared().Find(volume, number)) {
         folder.path = std::move(*remembered);
-        return IsStillThere(folder.path, volume, number) ? OSErr{noErr} : OSErr{dirNFErr};
+        folder.isRemembered = true;
+        return noErr;
     }
     if (number != fsRtParID && number != fsRtDirID) return dirNFErr;
     for (Volume const& listed : MountTable::Shared().Volumes()) {
         if (listed.number != volume) continue;
-        folder = {Path(listed.mountPoint), number == fsRtParID};
+        folder = {Path(listed.mountPoint), number == fsRtParID, false};
         return noErr;
     }
     return nsvErr;
@@ -80,9 +84,8 @@ std::string_view NameIn(Str63 const& name) {
     return {reinterpret_cast<char const*>(name) + 1, std::min<std::size_t>(name[0], sizeof(Str63) - 1)};
 }
 
-OSErr FindSpecified(FSSpec const& spec, FoundItem& found) {
-    SpecifiedFolder folder;
-    if (OSErr const error = FindFolder(spec.vRefNum, spec.parID, folder); error != noErr) return error;
+OSErr FindIn(SpecifiedFolder const& folder, FSSpec const& spec, FoundItem& found) {
+    if (folder.isRemembered && !IsStillThere(folder.path, spec.vRefNum, spec.parID)) return dirNFErr;
     std::string_view const name = NameIn(spec.name);
     if (folder.isItem || name.empty() || name == "/") return FindItem(folder.path, LinkRule::Follow, found);
     std::string const fileName = FileNameOfMacRoman(name);
@@ -91,6 +94,14 @@ OSErr FindSpecified(FSSpec const& spec, FoundItem& found) {
     if (error != fnfErr || name.find('#') == std::string_view::npos) return error;
     auto const unmangled = UnmangledName(folder.path, name);
     return unmangled ? FindItem(folder.path.Child(*unmangled), LinkRule::Follow, found) : OSErr{fnfErr};
+}
+
+OSErr FindSpecified(FSSpec const& spec, FoundItem& found) {
+    SpecifiedFolder folder;
+    if (OSErr const error = LocateFolder(spec.vRefNum, spec.parID, folder); error != noErr) return error;
+    std::string const path = JoinPaths(folder.path.Text(), FileNameOfMacRoman(NameIn(spec.name)));
+    return Reach(SlowMountBehind(path, LinkRule::Follow), found,
+                 [folder, spec](FoundItem& result) { return FindIn(folder, spec, result); });
 }
 
 void CopyName(std::string_view name, Str63& to) {

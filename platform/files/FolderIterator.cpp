@@ -44,12 +44,17 @@ OSErr FolderIterator::OpenFolder(SharedDescriptor& descriptor) const {
     return noErr;
 }
 
-OSErr FolderIterator::Open(Location const& folder, std::shared_ptr<FolderIterator>& iterator) {
+OSErr FolderIterator::Open(Location const& folder, std::optional<SlowMount> const& mount,
+                           std::shared_ptr<FolderIterator>& iterator) {
     if (!MayGoOn(0)) return userCanceledErr;
-    std::shared_ptr<FolderIterator> const result(new FolderIterator(folder));
+    std::shared_ptr<FolderIterator> const result(new FolderIterator(folder, mount));
     SharedDescriptor descriptor;
     if (OSErr const error = result->OpenFolder(descriptor); error != noErr) return error;
-    OpenFolders::Shared().Hold(*result, folder.path, std::move(descriptor));
+    if (mount) {
+        result->WillLetGo(*descriptor);
+    } else {
+        OpenFolders::Shared().Hold(*result, folder.path, std::move(descriptor));
+    }
     iterator = result;
     return noErr;
 }
@@ -73,14 +78,15 @@ void FolderIterator::GoOnWith(SharedDescriptor descriptor) {
 
 // ---- Reading
 
-FolderIterator::Turn::Turn(FolderIterator& its) : iterator(its), folder(its.HeldFolder()) {
+FolderIterator::Turn::Turn(FolderIterator& its, Surroundings const& around)
+    : iterator(its), surroundings(around), folder(its.HeldFolder()) {
     if (folder) return;
     if (error = iterator.OpenFolder(folder); error != noErr) return;
     if (!iterator.IsItsFolder(*folder)) {
         error = fnfErr;
         return;
     }
-    OpenFolders::Shared().Hold(iterator, iterator.location.path, folder);
+    if (!iterator.mount) OpenFolders::Shared().Hold(iterator, iterator.location.path, folder);
     iterator.reopened = true;
 }
 
@@ -109,19 +115,28 @@ bool FolderIterator::Turn::IsCompanion(FolderEntry const& entry) const {
     auto const look = [&](char const* name) {
         return fstatat(here, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) == 0;
     };
+    auto const isThere = [&](char const* name) { return surroundings.IsMountPoint(name) || look(name); };
     char const* const name = entry.name.data();
     if (entry.name == kCompanionFolder) return look(name) && S_ISDIR(status.st_mode);
     char const* const whose = name + kCompanionPrefix.size();
-    return *whose != '\0' && look(whose) && IsAppleDouble({here, name});
+    return *whose != '\0' && isThere(whose) && IsAppleDouble({here, name});
 }
 
-OSErr FolderIterator::Turn::Next(FoundItem& found, Place& place) {
+// What can be known of an item that leads onto another mount without asking that one.
+OSErr FolderIterator::Turn::LookFromHere(Place place, Item& item) const {
+    if (surroundings.IsMountPoint(place.path)) return volOffLinErr;
+    return InspectListed(place, LinkRule::Itself, item);
+}
+
+OSErr FolderIterator::Turn::Next(FoundItem& found, Place& place, std::optional<SlowMount>& behind) {
     for (FolderEntry entry;;) {
         if (!MayGoOn(1)) return userCanceledErr;
         if (OSErr const failure = TakeEntry(entry); failure != noErr) return failure;
         if (IsCompanion(entry)) continue;
         place = {folder->Number(), entry.name.data()};
-        OSErr const failure = InspectListed(place, LinkRule::Listed, found.item);
+        if (surroundings.MayMeetMounts()) behind = surroundings.MountBehind(place, entry);
+        OSErr const failure =
+            behind ? LookFromHere(place, found.item) : InspectListed(place, LinkRule::Listed, found.item);
         if (failure == fnfErr) continue;
         if (failure != noErr) found.item = Item{};
         found.location = {iterator.location.path.Child(entry.name), LinkRule::Listed};
@@ -176,7 +191,7 @@ bool FolderIterators::End(FSIterator number) {
         above = NewestAbove(ended->FolderPath());
     }
     SharedDescriptor const folder = ended->GiveBack();
-    if (!above || !folder || above->HeldFolder()) return true;
+    if (!above || !folder || above->OnSlowMount() || above->HeldFolder()) return true;
     int const up = openat(folder->Number(), "..", kOpenFlags);
     if (up >= 0) above->GoOnWith(std::make_shared<Descriptor const>(up));
     return true;

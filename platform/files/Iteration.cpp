@@ -3,12 +3,16 @@
 #include <Carbon/MacErrors.h>
 #include <Platform/Items.h>
 
+#include <algorithm>
+#include <memory>
 #include <optional>
+#include <vector>
 
 #include "files/Errors.h"
 #include "files/FileSpecs.h"
 #include "files/FolderIterator.h"
 #include "files/Lookup.h"
+#include "files/SlowPaths.h"
 #include "foundation/Object.h"
 #include "foundation/Url.h"
 
@@ -16,13 +20,66 @@ using namespace Platform;
 
 namespace {
 
-// The outputs of a batch.
+// The outputs of a batch; null where they are not wanted.
 struct Batch {
     FSCatalogInfoBitmap whichInfo;
     FSCatalogInfo* infos;
     FSRef* references;
     FSSpec* specs;
     HFSUniStr255* names;
+};
+
+// Outputs of a thread that may still be writing them when nobody wants them any more.
+class OwnOutputs {
+  public:
+    OwnOutputs(Batch const& like, ItemCount most)
+        : whichInfo(like.whichInfo),
+          infos(like.infos != nullptr ? most : 0),
+          references(like.references != nullptr ? most : 0),
+          specs(like.specs != nullptr ? most : 0),
+          names(like.names != nullptr ? most : 0) {}
+
+    Batch AsBatch() { return {whichInfo, In(infos), In(references), In(specs), In(names)}; }
+    void CopyTo(Batch const& batch, ItemCount first, ItemCount count) const {
+        Copy(infos, batch.infos, first, count);
+        Copy(references, batch.references, first, count);
+        Copy(specs, batch.specs, first, count);
+        Copy(names, batch.names, first, count);
+    }
+
+  private:
+    template <class Output>
+    static Output* In(std::vector<Output>& outputs) {
+        return outputs.empty() ? nullptr : outputs.data();
+    }
+    template <class Output>
+    static void Copy(std::vector<Output> const& from, Output* to, ItemCount first, ItemCount count) {
+        if (to != nullptr) std::copy_n(from.begin(), count, to + first);
+    }
+
+    FSCatalogInfoBitmap const whichInfo;
+    std::vector<FSCatalogInfo> infos;
+    std::vector<FSRef> references;
+    std::vector<FSSpec> specs;
+    std::vector<HFSUniStr255> names;
+};
+
+// An item that leads onto a mount whose server may not answer. It is described by what is known without it.
+struct Postponed {
+    ItemCount index;
+    SlowMount mount;
+    Location location;
+};
+
+// What a batch is read of, and what came of it.
+struct Reading {
+    std::shared_ptr<FolderIterator> iterator;
+    Surroundings surroundings;
+    ItemCount most = 0;
+    bool isChangeWanted = false;
+    ItemCount count = 0;
+    bool hasChanged = false;
+    std::vector<Postponed> postponed;
 };
 
 // Fills the outputs for the items of a batch one after the other.
@@ -58,29 +115,93 @@ class BatchFiller {
 };
 
 // What stops the batch is told when the items before it have been given.
-OSErr ReadBatch(FolderIterator& iterator, FolderIterator::Turn& turn, ItemCount most, Batch const& batch,
-                ItemCount& count) {
-    BatchFiller filler(batch, most, iterator.listing);
+OSErr ReadItems(Reading& reading, FolderIterator::Turn& turn, Batch const& batch) {
+    FolderIterator& iterator = *reading.iterator;
+    ItemCount& count = reading.count;
+    BatchFiller filler(batch, reading.most, iterator.listing);
     FoundItem found;
     Place place;
-    while (count < most) {
-        OSErr error = turn.Next(found, place);
+    std::optional<SlowMount> behind;
+    while (count < reading.most) {
+        OSErr error = turn.Next(found, place, behind);
         if (error == noErr) error = filler.Add(found, place, count);
         if (error != noErr) return count == 0 || error == errFSNoMoreItems ? error : OSErr{noErr};
+        if (behind) reading.postponed.push_back({count, *std::exchange(behind, {}), found.location});
         ++count;
     }
     return iterator.IsAtEnd() ? OSErr{errFSNoMoreItems} : OSErr{noErr};
 }
 
-OSErr OpenIterator(CFURLRef url, FSIterator& iterator) {
-    Location folder{url->ResolvedPath(), url->rule};
-    bool mustBeFolder = false;
-    if (!folder.path.IsPlain()) {
-        int const failure = ResolvePath(folder.path.Text(), folder.path, mustBeFolder);
-        if (failure != 0) return ErrorOfErrno(failure);
+OSErr ReadBatch(Reading& reading, Batch const& batch) {
+    FolderIterator::Turn turn(*reading.iterator, reading.surroundings);
+    if (turn.Error() != noErr) return turn.Error();
+    if (reading.isChangeWanted) reading.hasChanged = turn.HasChanged();
+    return ReadItems(reading, turn, batch);
+}
+
+// A batch that was given up stays with the thread that reads it, and the iterator too.
+OSErr ReadBatchPatiently(SlowMount const& mount, Reading& reading, Batch const& batch) {
+    constexpr ItemCount mostItems = 256;
+    reading.most = std::min(reading.most, mostItems);
+    struct Shared {
+        Reading reading;
+        OwnOutputs outputs;
+    };
+    auto const shared = std::make_shared<Shared>(Shared{reading, OwnOutputs(batch, reading.most)});
+    OSErr const error = CallPatiently(
+        mount, std::nullopt, [shared] { return ReadBatch(shared->reading, shared->outputs.AsBatch()); });
+    bool const isGivenUp = error == userCanceledErr || error == volOffLinErr;
+    if (isGivenUp) return reading.iterator->givenUp = error;
+    reading = std::move(shared->reading);
+    shared->outputs.CopyTo(batch, 0, reading.count);
+    return error;
+}
+
+OSErr DescribeByPath(Location const& location, Batch const& batch) {
+    FoundItem found{location, {}};
+    SystemPath const path(location.path);
+    if (path.Error() != 0) return ErrorOfErrno(path.Error());
+    if (OSErr const error = InspectListed(path.Get(), location.rule, found.item); error != noErr)
+        return error;
+    Listing nothingKnown;
+    return BatchFiller(batch, 1, nothingKnown).Add(found, path.Get(), 0);
+}
+
+// Asks the mounts that items lead onto. Nobody asked for these, so one that does not answer soon is no
+// failure: its items stay as they are.
+OSErr DescribePostponed(Reading const& reading, Batch const& batch) {
+    for (Postponed const& item : reading.postponed) {
+        auto const outputs = std::make_shared<OwnOutputs>(batch, 1);
+        OSErr const error = CallBriefly(item.mount, [outputs, location = item.location] {
+            return DescribeByPath(location, outputs->AsBatch());
+        });
+        if (error == userCanceledErr) return reading.iterator->givenUp = error;
+        if (error == noErr) outputs->CopyTo(batch, item.index, 1);
     }
+    return noErr;
+}
+
+OSErr Read(Reading& reading, Batch const& batch) {
+    auto const& mount = reading.iterator->OnSlowMount();
+    OSErr const error = mount ? ReadBatchPatiently(*mount, reading, batch) : ReadBatch(reading, batch);
+    OSErr const stopped = DescribePostponed(reading, batch);
+    if (stopped != noErr) reading.count = 0;
+    return stopped != noErr ? stopped : error;
+}
+
+OSErr OpenIterator(CFURLRef url, FSIterator& iterator) {
+    Location const asked{url->ResolvedPath(), url->rule};
+    auto const mount = SlowMountBehind(asked);
     std::shared_ptr<FolderIterator> opened;
-    OSErr const error = FolderIterator::Open(folder, opened);
+    OSErr const error = Reach(mount, opened, [=](std::shared_ptr<FolderIterator>& result) -> OSErr {
+        Location folder = asked;
+        bool mustBeFolder = false;
+        if (!folder.path.IsPlain()) {
+            int const failure = ResolvePath(folder.path.Text(), folder.path, mustBeFolder);
+            if (failure != 0) return ErrorOfErrno(failure);
+        }
+        return FolderIterator::Open(folder, mount, result);
+    });
     if (error == noErr) iterator = FolderIterators::Shared().Add(std::move(opened));
     return error;
 }
@@ -103,11 +224,13 @@ OSErr FSGetCatalogInfoBulk(FSIterator iterator, ItemCount maximumObjects, ItemCo
         if (!found) return errFSIteratorNotFound;
         if (maximumObjects == 0) return errFSBadItemCount;
         if (!IsCatalogInfo(whichInfo)) return errFSBadInfoBitmap;
-        FolderIterator::Turn turn(*found);
-        if (turn.Error() != noErr) return turn.Error();
-        if (containerChanged != nullptr) *containerChanged = turn.HasChanged();
-        Batch const batch{whichInfo, catalogInfos, refs, specs, names};
-        return ReadBatch(*found, turn, maximumObjects, batch, *actualObjects);
+        if (found->givenUp != noErr) return found->givenUp;
+        Surroundings around(found->Folder(), found->OnSlowMount());
+        Reading reading{found, std::move(around), maximumObjects, containerChanged != nullptr, 0, false, {}};
+        OSErr const error = Read(reading, {whichInfo, catalogInfos, refs, specs, names});
+        if (containerChanged != nullptr) *containerChanged = reading.hasChanged;
+        *actualObjects = reading.count;
+        return error;
     });
 }
 

@@ -18,6 +18,7 @@
 #include <utility>
 
 #include "foundation/PathStyles.h"
+#include "foundation/Threads.h"
 
 namespace Platform {
 
@@ -322,6 +323,23 @@ std::optional<SlowMount> MountTable::SlowMountOf(std::string_view path) {
     }
     if (best == nullptr || !best->mayHang) return std::nullopt;
     return SlowMount{best->id, best->target};
+}
+
+bool MountTable::HasSlowMounts() {
+    QuickLock const lock(mutex);
+    if (!WasJustChecked()) RefreshIfChanged();
+    return !visible.empty();
+}
+
+std::vector<std::string> MountTable::SlowMountPointsIn(std::string_view folder) {
+    std::lock_guard const lock(mutex);
+    std::vector<std::string> names;
+    for (Mount const& mount : visible) {
+        if (!mount.mayHang || mount.target == "/") continue;
+        std::string const name(LastComponent(mount.target));
+        if (JoinPaths(folder, name) == mount.target) names.push_back(name);
+    }
+    return names;
 }
 
 std::string ReadNameOfVolume(Volume const& volume) {

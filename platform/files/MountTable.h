@@ -101,6 +101,10 @@ class MountTable {
     /// The mount whose server may not answer and on which a path lies, by its text; empty when it lies on
     /// none. Cheap where there is no such mount at all. It may tell of the mounts as they were 10 ms ago.
     std::optional<SlowMount> SlowMountOf(std::string_view path);
+    /// Whether there is a mount whose server may not answer, as of 10 ms ago. Cheap.
+    bool HasSlowMounts();
+    /// The names of items of the folder at a path that are mount points of such mounts, by their texts.
+    std::vector<std::string> SlowMountPointsIn(std::string_view folder);
 
   private:
     using Clock = std::chrono::steady_clock;

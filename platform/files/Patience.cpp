@@ -151,6 +151,7 @@ class Helpers {
 struct Failure {
     OSErr code = noErr;
     std::string mountPoint;
+    bool isNoted = false;
 };
 thread_local Failure lastFailure;
 
@@ -182,7 +183,15 @@ OSErr CallPatiently(SlowMount const& mount, std::optional<milliseconds> patience
     OSErr error = Helpers::Shared().Begin(call);
     if (error == noErr) error = Await(*call, patience);
     if (UInt32 const untold = call->items.exchange(0); untold != 0) MayGoOn(untold);
-    if (error == userCanceledErr || error == volOffLinErr) lastFailure = {error, mount.mountPoint};
+    if (error == userCanceledErr || error == volOffLinErr) lastFailure = {error, mount.mountPoint, false};
+    return error;
+}
+
+OSErr CallBriefly(SlowMount const& mount, PatientWork work) {
+    constexpr milliseconds patience{200};
+    Failure const before = lastFailure;
+    OSErr const error = CallPatiently(mount, patience, std::move(work));
+    if (error == volOffLinErr) lastFailure = before;
     return error;
 }
 
@@ -193,13 +202,19 @@ void ForgetUnresponsiveMount() { lastFailure = {}; }
 }  // namespace Platform
 
 OSErr PlatformUnresponsiveMount(char* buffer, UInt32 size) {
-    auto const& [code, mountPoint] = Platform::lastFailure;
+    auto const& [code, mountPoint, isNoted] = Platform::lastFailure;
     if (buffer != nullptr && size != 0) {
         std::size_t const length = std::min<std::size_t>(mountPoint.size(), size - 1);
         std::memcpy(buffer, mountPoint.data(), length);
         buffer[length] = '\0';
     }
     return code;
+}
+
+void PlatformNoteUnresponsiveMount() { Platform::lastFailure.isNoted = true; }
+
+Boolean PlatformHasUnnotedMount() {
+    return Platform::lastFailure.code != noErr && !Platform::lastFailure.isNoted;
 }
 
 UInt32 PlatformSetVolumePatience(UInt32 milliseconds) {

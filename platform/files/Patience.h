@@ -28,6 +28,10 @@ using PatientWork = std::function<OSErr()>;
 OSErr CallPatiently(SlowMount const& mount, std::optional<std::chrono::milliseconds> patience,
                     PatientWork work);
 
+/// The same for something that nobody asked for: it waits a fifth of a second at most, and a mount that has
+/// not answered then is no failure that PlatformUnresponsiveMount tells of.
+OSErr CallBriefly(SlowMount const& mount, PatientWork work);
+
 /// How long information about a volume may take: see PlatformSetVolumePatience.
 std::chrono::milliseconds VolumePatience();
 

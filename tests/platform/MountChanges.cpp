@@ -159,6 +159,30 @@ TEST_F(MountChanges, HiddenMountIsNotTheSlowOneOfAPath) {
     EXPECT_FALSE(table.SlowMountOf("/net/file"));
 }
 
+TEST_F(MountChanges, SlowMountsAreToldByTheFolderThatTheyAreMountedIn) {
+    EXPECT_FALSE(table.HasSlowMounts());
+    machine.Mounts(2, "/net");
+    machine.mounts.back().mayHang = true;
+    machine.Mounts(3, "/net/a");
+    machine.mounts.back().mayHang = true;
+    machine.Mounts(4, "/net/a/deeper");
+    machine.mounts.back().mayHang = true;
+    machine.Mounts(5, "/net/fast");
+    machine.Mounts(6, "/net/covered");
+    machine.mounts.back().mayHang = machine.mounts.back().hidden = true;
+    WaitUntilTheTableChecksAgain();
+    EXPECT_TRUE(table.HasSlowMounts());
+    EXPECT_EQ(std::vector<std::string>{"net"}, table.SlowMountPointsIn("/"));
+    EXPECT_EQ(std::vector<std::string>{"a"}, table.SlowMountPointsIn("/net"));
+    EXPECT_EQ(std::vector<std::string>{}, table.SlowMountPointsIn("/ne"));
+}
+
+TEST_F(MountChanges, RootThatMayHangIsInNoFolder) {
+    machine.mounts.back().mayHang = true;
+    EXPECT_TRUE(table.HasSlowMounts());
+    EXPECT_EQ(std::vector<std::string>{}, table.SlowMountPointsIn("/"));
+}
+
 TEST_F(MountChanges, UnlistedMountsHaveTheNumberZero) {
     machine.Mounts(2, "/proc");
     machine.mounts.back().hasBytes = false;

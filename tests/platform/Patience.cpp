@@ -135,6 +135,40 @@ TEST_F(Patience, OfACallMayBeBounded) {
     WaitUntilAnswering(mount);
 }
 
+// And an earlier failure stays known.
+TEST_F(Patience, OfABriefCallIsBoundedAndItsEndIsNoFailure) {
+    auto const shared = gate;
+    auto const hang = [shared]() -> OSErr {
+        shared->Wait();
+        return noErr;
+    };
+    EXPECT_EQ(volOffLinErr, Platform::CallBriefly(mount, hang));
+    EXPECT_EQ("0 ", Unresponsive());
+    EXPECT_EQ(volOffLinErr, CallThatHangs(other, 1ms));
+    EXPECT_EQ(volOffLinErr, Platform::CallBriefly(mount, hang)) << "at once";
+    EXPECT_EQ("-53 /net/alive", Unresponsive());
+    mayGoOn = false;
+    SlowMount const third{3, "/net/third"};
+    EXPECT_EQ(userCanceledErr, Platform::CallBriefly(third, hang));
+    mayGoOn = true;
+    gate->Open();
+    WaitUntilAnswering(mount);
+    WaitUntilAnswering(other);
+}
+
+TEST_F(Patience, FailureIsNotedUntilTheNext) {
+    EXPECT_FALSE(PlatformHasUnnotedMount());
+    EXPECT_EQ(volOffLinErr, CallThatHangs(mount, 1ms));
+    EXPECT_TRUE(PlatformHasUnnotedMount());
+    PlatformNoteUnresponsiveMount();
+    EXPECT_FALSE(PlatformHasUnnotedMount());
+    EXPECT_EQ("-53 /net/dead", Unresponsive());
+    EXPECT_EQ(volOffLinErr, CallThatReturns(mount));
+    EXPECT_TRUE(PlatformHasUnnotedMount());
+    gate->Open();
+    WaitUntilAnswering(mount);
+}
+
 TEST_F(Patience, MountWithACallThatHasNotComeBackIsRefusedAtOnce) {
     ASSERT_EQ(volOffLinErr, CallThatHangs(mount, 1ms));
     EXPECT_EQ(noErr, CallThatReturns(other));

@@ -189,6 +189,10 @@ static_assert(sizeof(FSCatalogInfo) == 144 && offsetof(FSCatalogInfo, volume) ==
 /// a stale reference, errFSBadInfoBitmap for bits of `whichInfo` that mean nothing, paramErr for a null
 /// reference, and what the file system says. Attributes and companion files that hold metadata are read only
 /// when `whichInfo` names a field that may come from them.
+///
+/// Here and in all functions that look items up: what lies on a mount whose server may not answer is waited
+/// for until the check-in function says stop, and the answer is userCanceledErr. It is volOffLinErr while an
+/// earlier call on the mount has not come back.
 PLATFORM_API OSErr FSGetCatalogInfo(FSRef const* ref, FSCatalogInfoBitmap whichInfo,
                                     FSCatalogInfo* catalogInfo, HFSUniStr255* outName, FSSpec* fsSpec,
                                     FSRef* parentRef);
@@ -226,7 +230,14 @@ typedef struct OpaqueFSIterator* FSIterator;
 /// A link to a folder is described by itself, as a file. An item that may not be looked at, as in a folder
 /// that may be read but not searched, has catalog information of zeros, among them the nodeID 0, which no
 /// other has; its reference leads to it nevertheless. `containerChanged` (optional) tells whether the folder
-/// has changed since it was asked for first. errFSNoMoreItems when these are the last items, of which there
+/// has changed since it was asked for first.
+///
+/// A folder whose server may not answer is waited for until the check-in function says stop: userCanceledErr,
+/// or volOffLinErr while an earlier call there has not come back; either ends the iterator, which answers the
+/// same from then on. Of another such mount an item may be the mount point, or a link onto it: when it does
+/// not answer within a fifth of a second, the item has no information, and the link is described by itself.
+///
+/// errFSNoMoreItems when these are the last items, of which there
 /// may be none; errFSBadItemCount for 0 items, errFSIteratorNotFound, errFSBadInfoBitmap, and what the file
 /// system says where there is no item to give.
 PLATFORM_API OSErr FSGetCatalogInfoBulk(FSIterator iterator, ItemCount maximumObjects,

@@ -42,5 +42,10 @@ PLATFORM_API PlatformCheckIn PlatformSetCheckIn(PlatformCheckIn function);
 /// and a NUL; of no failure the empty text.
 PLATFORM_API OSErr PlatformUnresponsiveMount(char* buffer, UInt32 size);
 
+/// Takes note of that failure: its code is kept, with an item that answers with it, and need not be told of
+/// again. And whether there is a failure of the calling thread that nobody has taken note of.
+PLATFORM_API void PlatformNoteUnresponsiveMount(void);
+PLATFORM_API Boolean PlatformHasUnnotedMount(void);
+
 /// Sets how many milliseconds FSGetVolumeInfo waits for a mount; 5000 at first. Returns what was set before.
 PLATFORM_API UInt32 PlatformSetVolumePatience(UInt32 milliseconds);
