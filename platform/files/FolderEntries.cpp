@@ -36,6 +36,15 @@ class Entry {
     char const* from;
 };
 
+bool AnyDotted(char const* entries, std::size_t size, bool (*holds)(std::string_view)) {
+    for (char const* const end = entries + size; entries != end;) {
+        Entry const entry(entries);
+        if (*entry.Name() == '.' && !IsDots(entry.Name()) && holds(entry.Name())) return true;
+        entries += entry.Size();
+    }
+    return false;
+}
+
 }  // namespace
 
 int FolderEntries::Read(int folder, bool reopened) {
@@ -53,6 +62,18 @@ int FolderEntries::Read(int folder, bool reopened) {
     taken = 0;
     SkipDots();
     return 0;
+}
+
+int FolderEntries::LookAhead(int folder, bool (*holds)(std::string_view), bool& any) const {
+    any = AnyDotted(bytes.data() + taken, bytes.size() - taken, holds);
+    if (any || atEnd) return 0;
+    off_t const here = lseek(folder, 0, SEEK_CUR);
+    std::array<char, kReadBytes> buffer;
+    ssize_t got = 1;
+    while (!any && (got = getdents64(folder, buffer.data(), buffer.size())) > 0)
+        any = AnyDotted(buffer.data(), static_cast<std::size_t>(got), holds);
+    if (got < 0) return errno;
+    return lseek(folder, here, SEEK_SET) < 0 ? errno : 0;
 }
 
 void FolderEntries::SkipDots() {

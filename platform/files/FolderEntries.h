@@ -2,9 +2,6 @@
 
 // The entries of a folder, as the kernel lists them.
 
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -34,10 +31,9 @@ class FolderEntries {
     /// Whether all entries have been read, if not taken.
     bool IsAtEnd() const { return atEnd; }
 
-    /// Calls `visit` with each entry from here to the folder's end, those at hand included, and takes none of
-    /// them. 0, or a value of errno.
-    template <class Visit>
-    int LookAhead(int folder, Visit const& visit) const;
+    /// Whether any entry from here to the folder's end, those at hand included, has a name that begins with a
+    /// dot and of which `holds` is true. Takes none of them. 0, or a value of errno.
+    int LookAhead(int folder, bool (*holds)(std::string_view dotted), bool& any) const;
 
   private:
     void SkipDots();
@@ -47,18 +43,6 @@ class FolderEntries {
     std::int64_t position = 0;  // behind the entry taken last, as the file system counts
     bool atEnd = false;
 };
-
-template <class Visit>
-int FolderEntries::LookAhead(int folder, Visit const& visit) const {
-    off_t const here = atEnd ? 0 : lseek(folder, 0, SEEK_CUR);
-    FolderEntries ahead(*this);
-    for (;;) {
-        for (FolderEntry entry; ahead.Take(entry);) visit(entry);
-        if (ahead.atEnd) break;
-        if (int const error = ahead.Read(folder, false); error != 0) return error;
-    }
-    return !atEnd && lseek(folder, here, SEEK_SET) < 0 ? errno : 0;
-}
 
 /// Calls `visit` with each entry of the folder at a place; with none when it cannot be read.
 template <class Visit>

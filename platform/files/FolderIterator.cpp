@@ -97,11 +97,7 @@ OSErr FolderIterator::Turn::TakeEntry(FolderEntry& entry) {
         if (entries.IsAtEnd()) return errFSNoMoreItems;
         int failure = entries.Read(folder->Number(), std::exchange(iterator.reopened, false));
         if (failure == 0 && !std::exchange(iterator.wasRead, true)) {
-            bool& companions = iterator.listing.companions;
-            companions = false;
-            failure = entries.LookAhead(folder->Number(), [&](FolderEntry const& one) {
-                companions |= LooksLikeCompanion(one.name);
-            });
+            failure = entries.LookAhead(folder->Number(), LooksLikeCompanion, iterator.listing.companions);
         }
         if (failure != 0) return ErrorOfErrno(failure);
     }
