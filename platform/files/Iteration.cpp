@@ -82,7 +82,9 @@ struct Reading {
     std::vector<Postponed> postponed;
 };
 
-OSErr Describe(FoundItem const& found, Place place, Listing& listing, Batch const& batch, ItemCount index) {
+// Inline, as each item of a listing goes through here.
+inline OSErr Describe(FoundItem const& found, Place place, Listing& listing, Batch const& batch,
+                      ItemCount index) {
     bool const isKnown = found.item.status.stx_ino != 0;
     if (batch.infos != nullptr) {
         FSCatalogInfo& info = batch.infos[index];
