@@ -74,6 +74,9 @@ void FileLoop::GoTo(std::size_t item) {
         }
         FileItem& found = buffer[current];
         if (found.info.valid == 0) found.info = MacFileInfo(found);
+        // An item of a file system that does not answer tells of that when it is asked for more than its
+        // name.
+        if (found.info.status == volOffLinErr) PlatformNoteUnresponsiveMount();
     } catch (...) {
         End();
         throw;

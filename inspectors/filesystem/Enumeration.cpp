@@ -1,16 +1,8 @@
 #include "filesystem/Enumeration.h"
 
-#include <Carbon/MacErrors.h>
-#include <Platform/Items.h>
-
 using MacintoshPlatform::FileItem;
 
 namespace {
-
-// An item of a file system that does not answer tells of that when it is asked for more than its name.
-void NoteSilenceOf(FileItem const& item) {
-    if (item.info.valid == 0 && item.info.status == volOffLinErr) PlatformNoteUnresponsiveMount();
-}
 
 // The next value of `next` whose name ends with the suffix.
 template <class Next>
@@ -33,7 +25,6 @@ filesystem_object filesystem_object_iterator::NextItem(Of, folder const&) {
     if (loop.IsAtEnd()) throw NoSuchObject();
     filesystem_object item(loop.Item());
     ++loop;
-    NoteSilenceOf(loop.IsAtEnd() ? item : loop.Item());
     return item;
 }
 
