@@ -32,13 +32,6 @@ constexpr std::size_t kMostVolumes =
 
 std::string Text(char const* text) { return text != nullptr ? text : ""; }
 
-// A file system whose server may not answer: nothing is asked of it that was not asked for. FUSE counts, as
-// its servers are programs, and so does autofs: a look at one would mount what it stands for.
-bool MayHang(libmnt_fs* entry) {
-    std::string const type = Text(mnt_fs_get_fstype(entry));
-    return mnt_fs_is_netfs(entry) != 0 || type.starts_with("fuse") || type == "autofs";
-}
-
 // Asks the mounted file system itself.
 void Inspect(Mount& mount) {
     mount.hasBytes = false;
@@ -62,7 +55,7 @@ Mount ReadMount(libmnt_fs* entry) {
     mount.source = Text(mnt_fs_get_srcpath(entry));
     mount.device = mnt_fs_get_devno(entry);
     mount.root = Text(mnt_fs_get_root(entry));
-    mount.mayHang = MayHang(entry);
+    mount.mayHang = MayHang(Text(mnt_fs_get_fstype(entry)));
     mount.hasBytes = mnt_fs_is_pseudofs(entry) == 0 && Text(mnt_fs_get_fstype(entry)) != "fuse.portal";
     return mount;
 }
@@ -171,6 +164,16 @@ bool LiesBelow(std::string_view path, std::string_view folder) {
 }
 
 }  // namespace
+
+// The mount library knows the common ones only. FUSE counts, as its servers are programs, and so does autofs:
+// a look at one would mount what it stands for.
+bool MayHang(std::string const& type) {
+    constexpr std::string_view others[] = {"acfs",   "autofs", "beegfs", "ceph",     "coda",
+                                           "gfs2",   "gpfs",   "lustre", "ocfs2",    "orangefs",
+                                           "prl_fs", "pvfs2",  "vboxsf", "virtiofs", "vmhgfs"};
+    return mnt_fstype_is_netfs(type.c_str()) != 0 || type.starts_with("fuse") ||
+           std::find(std::begin(others), std::end(others), type) != std::end(others);
+}
 
 std::vector<std::optional<std::size_t>> ListedMounts(std::vector<Mount> const& mounts) {
     std::map<std::pair<dev_t, std::string>, std::size_t> firsts;

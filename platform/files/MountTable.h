@@ -42,6 +42,10 @@ struct Mount {
 /// For each mount the index of the one that is listed for its file system; empty when none is.
 std::vector<std::optional<std::size_t>> ListedMounts(std::vector<Mount> const& mounts);
 
+/// Whether the server of a file system of this type may not answer: a network, a cluster, another machine, or
+/// a program.
+bool MayHang(std::string const& type);
+
 /// Marks the mounts below one that may hang: the way there leads through it. The root counts for itself only.
 /// Of all those it tells which are hidden, as far as the table says.
 void MarkSlowMounts(std::vector<Mount>& mounts);

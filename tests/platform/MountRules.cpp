@@ -31,6 +31,16 @@ TEST(MountRules, FileSystemsWithoutBytesAreNotListed) {
     EXPECT_EQ((Order{0}), VolumeOrder(mounts, listed));
 }
 
+TEST(MountRules, ServersOfNetworksClustersMachinesAndProgramsMayNotAnswer) {
+    for (char const* const type :
+         {"nfs4", "cifs", "9p", "ceph", "lustre", "gfs2", "ocfs2", "beegfs", "gpfs", "orangefs", "vboxsf",
+          "virtiofs", "fuse", "fuse.sshfs", "fuseblk", "autofs"})
+        EXPECT_TRUE(Platform::MayHang(type)) << type;
+    for (char const* const type :
+         {"ext4", "xfs", "btrfs", "tmpfs", "overlay", "proc", "devtmpfs", "vfat", "iso9660"})
+        EXPECT_FALSE(Platform::MayHang(type)) << type;
+}
+
 TEST(MountRules, FileSystemMountedTwiceIsListedOnceAndCountsForBoth) {
     std::vector<Mount> const mounts = {OnDevice(1, "/"), OnDevice(2, "/data"), OnDevice(2, "/home/data")};
     Listed const listed = ListedMounts(mounts);
