@@ -27,9 +27,9 @@ int Look(Place place, int flags, struct statx& status) {
 }
 
 // Describes a link by its target where the rule says so.
-void FollowLink(Place place, LinkRule rule, Item& item) {
+void FollowLink(Place place, LinkRule rule, int flags, Item& item) {
     struct statx target;
-    bool const reached = rule != LinkRule::Itself && Look(place, 0, target) == 0;
+    bool const reached = rule != LinkRule::Itself && Look(place, flags, target) == 0;
     item.isLinkItself = !reached || (rule == LinkRule::Listed && S_ISDIR(target.stx_mode));
     if (!item.isLinkItself) item.status = target;
 }
@@ -39,7 +39,7 @@ OSErr InspectAt(Place place, LinkRule rule, int flags, Item& item) {
         return ErrorOfErrno(error);
     item.isLink = S_ISLNK(item.status.stx_mode);
     item.isLinkItself = false;
-    if (item.isLink) FollowLink(place, rule, item);
+    if (item.isLink) FollowLink(place, rule, flags, item);
     return noErr;
 }
 
