@@ -237,9 +237,9 @@ typedef struct OpaqueFSIterator* FSIterator;
 /// same from then on. Of another such mount an item may be the mount point, or a link onto it: when it does
 /// not answer within a fifth of a second, the item has no information, and the link is described by itself.
 ///
-/// errFSNoMoreItems when these are the last items, of which there
-/// may be none; errFSBadItemCount for 0 items, errFSIteratorNotFound, errFSBadInfoBitmap, and what the file
-/// system says where there is no item to give.
+/// errFSNoMoreItems when these are the last items, of which there may be none; errFSBadItemCount for 0 items,
+/// errFSIteratorNotFound, errFSBadInfoBitmap, and what the file system says where there is no item to give,
+/// such as fnfErr when the folder was removed meanwhile.
 PLATFORM_API OSErr FSGetCatalogInfoBulk(FSIterator iterator, ItemCount maximumObjects,
                                         ItemCount* actualObjects, Boolean* containerChanged,
                                         FSCatalogInfoBitmap whichInfo, FSCatalogInfo* catalogInfos,
