@@ -258,7 +258,7 @@ class Filler {
 
 OSErr Inspect(Location const& location, Item& item) {
     if (!MayGoOn(1)) return userCanceledErr;
-    SystemPath const path(location.path);
+    SystemPath const path(location);
     return path.Error() != 0 ? ErrorOfErrno(path.Error()) : InspectAt(path.Get(), location.rule, 0, item);
 }
 
@@ -272,7 +272,7 @@ bool IsCatalogInfo(FSCatalogInfoBitmap whichInfo) {
 }
 
 OSErr FillCatalogInfo(FoundItem const& found, FSCatalogInfoBitmap whichInfo, FSCatalogInfo& info) {
-    SystemPath const path(found.location.path);
+    SystemPath const path(found.location);
     Listing nothingKnown;
     return FillCatalogInfo(found, path.Get(), whichInfo, nothingKnown, info);
 }

@@ -34,7 +34,7 @@ int LookAtFolder(Descriptor const& folder, struct statx& status) {
 // ---- Opening
 
 OSErr FolderIterator::OpenFolder(SharedDescriptor& descriptor) const {
-    SystemPath const path(location.path);
+    SystemPath const path(location);
     if (path.Error() != 0) return ErrorOfErrno(path.Error());
     auto const [folder, name] = path.Get();
     int const links = location.rule == LinkRule::Follow ? 0 : O_NOFOLLOW;

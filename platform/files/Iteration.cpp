@@ -159,7 +159,7 @@ OSErr ReadBatchPatiently(SlowMount const& mount, Reading& reading, Batch const& 
 
 OSErr DescribeByPath(Location const& location, Batch const& batch) {
     FoundItem found{location, {}};
-    SystemPath const path(location.path);
+    SystemPath const path(location);
     if (path.Error() != 0) return ErrorOfErrno(path.Error());
     if (OSErr const error = InspectListed(path.Get(), location.rule, found.item); error != noErr)
         return error;

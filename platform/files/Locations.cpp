@@ -14,11 +14,20 @@
 
 namespace Platform {
 
-SystemPath::SystemPath(Path const& path) : folder(OpenFolders::Shared().FolderOf(path)) {
-    constexpr std::size_t step = 2048;  // so that neighbours in a tree start from the same folder
+SystemPath::SystemPath(Path const& path) { Find(path); }
+
+SystemPath::SystemPath(Location const& location) {
+    if (location.rule == LinkRule::Listed) folder = OpenFolders::Shared().FolderOf(location.path);
     if (folder) {
-        form = path.Name();
-    } else if (path.Length() < PATH_MAX) {
+        form = location.path.Name();
+    } else {
+        Find(location.path);
+    }
+}
+
+void SystemPath::Find(Path const& path) {
+    constexpr std::size_t step = 2048;  // so that neighbours in a tree start from the same folder
+    if (path.Length() < PATH_MAX) {
         form = path.Text();
     } else if (Path const above = path.FolderWithin(path.Length() / step * step - step); !above.IsNone()) {
         StartFrom(above, path);

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "files/Location.h"
 #include "files/OpenFolders.h"
 #include "foundation/Path.h"
 
@@ -20,11 +21,14 @@ struct Place {
     char const* path = "";
 };
 
-/// A path in the form that system calls take, whatever its length. An item whose folder is just being listed
-/// is found from there, and PATH_MAX and more bytes are reached through the folders on the way.
+/// A path in the form that system calls take, whatever its length. PATH_MAX and more bytes are reached
+/// through the folders on the way, of which one is held for whoever comes next and is not far.
 class SystemPath {
   public:
     explicit SystemPath(Path const& path);
+    /// An item that a listing gave is found in that folder, as long as the listing goes on, wherever the
+    /// folder is by now; any other where its path leads.
+    explicit SystemPath(Location const& location);
     SystemPath(SystemPath const&) = delete;
     SystemPath& operator=(SystemPath const&) = delete;
 
@@ -34,6 +38,7 @@ class SystemPath {
     Place Get() const { return {folder ? folder->Number() : AT_FDCWD, form.c_str()}; }
 
   private:
+    void Find(Path const& path);
     void StartFrom(Path const& above, Path const& path);
     void Shorten(std::string_view path);
 

@@ -1,4 +1,5 @@
 #include "command/Running.h"
+#include "support/OwnPath.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -78,9 +79,7 @@ Ran RunZelq(std::vector<std::string> arguments, std::string const& input) {
 
 std::string Zelq() { return BuildFolder() + "/bin/zelq"; }
 
-std::string BuildFolder() {
-    return std::filesystem::canonical("/proc/self/exe").parent_path().parent_path().parent_path();
-}
+std::string BuildFolder() { return ownPath.parent_path().parent_path().parent_path(); }
 
 std::string TestLibrary(std::string const& name) {
     return BuildFolder() + "/bin/tests/libraries/" + name + ".dylib";

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Evaluator/Embedding.h"
+#include "support/OwnPath.h"
 
 /// What a query came to: its values, and the problems as a person reads them.
 struct Outcome {
@@ -44,7 +45,7 @@ inline std::string Answer(std::string_view text) {
 
 /// A library that the tests were built with.
 inline std::filesystem::path TestLibrary(std::string const& name) {
-    return std::filesystem::canonical("/proc/self/exe").parent_path() / "libraries" / (name + ".dylib");
+    return ownPath.parent_path() / "libraries" / (name + ".dylib");
 }
 
 inline std::string Messages(std::vector<Evaluator::Problem> const& problems) {

@@ -224,3 +224,17 @@ TEST_F(Ancestors, FolderThatIsMissingIsAFailureFirstAndTheEndLater) {
     ancestor_iterator other;
     EXPECT_THROW(other.First(Of(), object), FailedToGetFileItem);
 }
+
+// What a look-up finds does not depend on a walk that is on: it goes where the path leads.
+TEST_F(Descendants, LookUpsDuringAWalkFollowTheirPaths) {
+    here.MakeFolder("a");
+    for (int i = 0; i < 100; ++i) here.Write("a/" + std::to_string(i));
+    folder const top = FolderAt(here.Path("a"));
+    descendant_iterator walk;
+    file const found = walk.First(Of(), top);
+    std::filesystem::rename(here.Path("a"), here.Path("moved"));
+    here.MakeFolder("a");
+    here.Write("a/new");
+    EXPECT_NO_THROW(FileNamed("new", parent_folder_of(found)));
+    EXPECT_EQ(here.Path("a/new"), Path(FileNamed("new", top)));
+}
