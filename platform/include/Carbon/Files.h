@@ -228,9 +228,9 @@ typedef struct OpaqueFSIterator* FSIterator;
 /// what FSGetCatalogInfo tells of it besides. Items come in the order of the file system, each once.
 /// AppleDouble files that go with an item are none, nor are those that have gone before they were looked at.
 /// A link to a folder is described by itself, as a file. An item that may not be looked at, as in a folder
-/// that may be read but not searched, has catalog information of zeros, among them the nodeID 0, which no
-/// other has; its reference leads to it nevertheless. `containerChanged` (optional) tells whether the folder
-/// has changed since it was asked for first.
+/// that may be read but not searched, has catalog information of zeros, the nodeID among them; its reference
+/// leads to it nevertheless. `containerChanged` (optional) tells whether the folder has changed since it was
+/// asked for first.
 ///
 /// A folder whose server may not answer is waited for until the check-in function says stop: userCanceledErr,
 /// or volOffLinErr while an earlier call there has not come back; either ends the iterator, which answers the
