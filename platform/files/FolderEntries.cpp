@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <vector>
 
 #include "foundation/PathStyles.h"
 
@@ -68,7 +69,7 @@ int FolderEntries::LookAhead(int folder, bool (*holds)(std::string_view), bool& 
     any = AnyDotted(bytes.data() + taken, bytes.size() - taken, holds);
     if (any || atEnd) return 0;
     off_t const here = lseek(folder, 0, SEEK_CUR);
-    std::array<char, kReadBytes> buffer;
+    std::vector<char> buffer(8 * kReadBytes);  // nothing is kept of it
     ssize_t got = 1;
     while (!any && (got = getdents64(folder, buffer.data(), buffer.size())) > 0)
         any = AnyDotted(buffer.data(), static_cast<std::size_t>(got), holds);
