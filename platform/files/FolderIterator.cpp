@@ -171,7 +171,7 @@ std::shared_ptr<FolderIterator> FolderIterators::NewestAbove(Path const& folder)
     constexpr int mostLooks = 16;
     int looks = 0;
     for (auto one = iterators.rbegin(); one != iterators.rend() && looks < mostLooks; ++one, ++looks) {
-        if (folder.IsChildOf(one->second->FolderPath())) return one->second;
+        if (folder.IsChildOf(one->second->Folder().path)) return one->second;
     }
     return nullptr;
 }
@@ -184,7 +184,7 @@ bool FolderIterators::End(FSIterator number) {
         if (found == iterators.end()) return false;
         ended = std::move(found->second);
         iterators.erase(found);
-        above = NewestAbove(ended->FolderPath());
+        above = NewestAbove(ended->Folder().path);
     }
     SharedDescriptor const folder = ended->GiveBack();
     if (!above || !folder || above->OnSlowMount() || above->HeldFolder()) return true;

@@ -60,7 +60,6 @@ class FolderIterator final : private FolderUser {
 
     /// Whether all items have been taken.
     bool IsAtEnd() const { return entries.IsAtEnd() && entries.IsEmpty(); }
-    Path const& FolderPath() const { return location.path; }
     Location const& Folder() const { return location; }
     /// The mount whose server may not answer, if the folder lies on one.
     std::optional<SlowMount> const& OnSlowMount() const { return mount; }

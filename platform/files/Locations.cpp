@@ -79,6 +79,13 @@ std::string Beside(Place place, std::string_view name) {
     return result.append(name);
 }
 
+int WorkingDirectory(std::string& path) {
+    std::unique_ptr<char, void (*)(void*)> const here(getcwd(nullptr, 0), free);
+    if (!here) return errno;
+    path = here.get();
+    return path.front() == '/' ? 0 : ENOENT;  // "(unreachable)" in front: outside the process's root
+}
+
 int PathWithoutLinks(std::string const& path, std::string& result) {
     std::unique_ptr<char, void (*)(void*)> const real(realpath(path.c_str(), nullptr), free);
     if (!real) return errno;
@@ -104,13 +111,6 @@ int StepUp(std::string& text) {
     if (!S_ISDIR(status.st_mode)) return ENOTDIR;
     if (!path.IsRoot()) text = path.Folder().Text();
     return 0;
-}
-
-int WorkingDirectory(std::string& path) {
-    std::unique_ptr<char, void (*)(void*)> const here(getcwd(nullptr, 0), free);
-    if (!here) return errno;
-    path = here.get();
-    return path.front() == '/' ? 0 : ENOENT;  // "(unreachable)" in front: outside the process's root
 }
 
 }  // namespace

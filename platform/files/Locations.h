@@ -56,6 +56,9 @@ std::string Beside(Place place, std::string_view name);
 /// holds it.
 int ResolvePath(std::string_view path, Path& resolved, bool& folder);
 
+/// The path of the working directory; ENOENT where it lies outside the process's root.
+int WorkingDirectory(std::string& path);
+
 /// The path without any symbolic link.
 int PathWithoutLinks(std::string const& path, std::string& result);
 

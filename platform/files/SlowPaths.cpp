@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "files/References.h"
 #include "foundation/PathStyles.h"
@@ -23,16 +22,12 @@ std::string TextOfLink(Place place) {
 
 void GoUp(std::string& path) { path.resize(std::max<std::size_t>(path.rfind('/'), 1)); }
 
-std::string WorkingDirectory() {
-    std::unique_ptr<char, void (*)(void*)> const here(getcwd(nullptr, 0), free);
-    return here && here.get()[0] == '/' ? here.get() : "/";
-}
-
 // Goes along a path, name by name.
 class Walk {
   public:
     Walk(std::string_view path, LinkRule atEnd) : rest(path), rule(atEnd) {
-        way.end = path.starts_with('/') ? "/" : WorkingDirectory();
+        bool const isRelative = !path.starts_with('/');
+        if (!isRelative || WorkingDirectory(way.end) != 0) way.end = "/";
     }
 
     Way Go() {

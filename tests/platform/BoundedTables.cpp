@@ -46,6 +46,24 @@ TEST(ReferenceTable, KeepsWhatAReferenceHoldsItself) {
     EXPECT_EQ(6u, ReferenceTable::IdentityIn(first)->inode);
 }
 
+TEST(ReferenceTable, RowIsRememberedAndForgottenAsAWhole) {
+    ReferenceTable table(4);
+    std::vector<FSRef> row;
+    {
+        ReferenceTable::Row made(table, 3);
+        for (char const* path : {"/a", "/b", "/c"})
+            row.push_back(made.Add({Path(path), LinkRule::Listed}, Item{}));
+        EXPECT_FALSE(table.Find(row[0])) << "the table learns of them together";
+    }
+    EXPECT_EQ("/a", table.Find(row[0])->location.path.Text());
+    EXPECT_EQ("/c", table.Find(row[2])->location.path.Text());
+    for (char const* path : {"/1", "/2", "/3"}) Remember(table, path);
+    EXPECT_TRUE(table.Find(row[0])) << "three others and one of these are not enough to forget it";
+    FSRef const last = Remember(table, "/4");
+    for (FSRef const& reference : row) EXPECT_FALSE(table.Find(reference));
+    EXPECT_EQ("/4", table.Find(last)->location.path.Text());
+}
+
 TEST(FolderTable, RemembersAsManyAsItHasPlaces) {
     FolderTable table(2);
     table.Remember(-100, 1, Path("/one"));

@@ -213,3 +213,25 @@ TEST_F(MountChanges, NumbersBeginAnewWithTheFreeOnes) {
     EXPECT_LT(std::stoi(number), -100) << last;
     EXPECT_GE(std::stoi(number), -32000) << last;
 }
+
+TEST_F(MountChanges, MountsAreAskedForTheirAttributesOnceUntilTheyChange) {
+    int asked = 0;
+    auto const hasAttributes = [&](std::uint64_t mount, bool answer) {
+        return table.HasAttributes(mount, [&] {
+            ++asked;
+            return answer;
+        });
+    };
+    machine.Mounts(2, "/a");
+    table.Volumes();
+    EXPECT_FALSE(hasAttributes(1, false));
+    EXPECT_FALSE(hasAttributes(1, true));
+    EXPECT_TRUE(hasAttributes(2, true));
+    EXPECT_EQ(2, asked);
+    machine.Mounts(3, "/b");
+    table.Volumes();
+    EXPECT_TRUE(hasAttributes(1, true));
+    EXPECT_EQ(3, asked);
+    EXPECT_TRUE(hasAttributes(77, true));
+    EXPECT_FALSE(hasAttributes(77, false)) << "a mount that is not in the table is not remembered";
+}
