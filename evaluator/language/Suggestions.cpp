@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <numeric>
 #include <set>
+#include <tuple>
 #include <utility>
 
 namespace Evaluator {
@@ -46,18 +47,17 @@ bool IsNear(std::string_view text, Alternatives const& phrases) {
                        [&](std::string const& phrase) { return EditDistance(text, phrase) <= slips; });
 }
 
-std::string SuggestNearest(std::string_view text, std::vector<Alternatives> const& candidates,
+std::string SuggestNearest(std::string_view text, std::vector<Suggestion> const& candidates,
                            std::size_t count) {
     if (text.size() > kLongestCompared) return {};
-    std::set<std::pair<std::size_t, std::string>>
-        near;  // nearest first, then in alphabetical order; each once
-    for (Alternatives const& alternatives : candidates) {
-        std::set<std::pair<std::size_t, std::string>> forms;
-        for (std::string const& form : alternatives) forms.emplace(EditDistance(text, form), form);
+    std::set<std::tuple<std::size_t, bool, std::string>> near;  // each phrase once, the first in front
+    for (auto const& [phrases, isLikely] : candidates) {
+        std::set<std::tuple<std::size_t, bool, std::string>> forms;
+        for (std::string const& form : phrases) forms.emplace(EditDistance(text, form), !isLikely, form);
         if (!forms.empty()) near.insert(*forms.begin());
     }
     std::vector<std::string> others;
-    for (auto const& [distance, phrase] : near)
+    for (auto const& [distance, isUnlikely, phrase] : near)
         if (others.size() < count) others.push_back(fmt::format("\"{}\"", phrase));
     if (others.empty()) return {};
     std::string hint = others[0] + " is one";

@@ -12,9 +12,15 @@ namespace Evaluator {
 /// suggested.
 using Alternatives = std::vector<std::string>;
 
+struct Suggestion {
+    Alternatives phrases;
+    bool isLikely = true;  ///< as likely to be meant as others as near
+};
+
 /// The candidates nearest to the text, nearest first, as a hint: `"name" is one; so are "size" and "type"`.
-/// Empty when there are none. Names at most `count` of them.
-std::string SuggestNearest(std::string_view text, std::vector<Alternatives> const& candidates,
+/// Of two as near the likely one, then the first in alphabetical order. Empty when there are none. Names at
+/// most `count` of them.
+std::string SuggestNearest(std::string_view text, std::vector<Suggestion> const& candidates,
                            std::size_t count);
 
 /// Whether one of the phrases is the text but for a slip or two.

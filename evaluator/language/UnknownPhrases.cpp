@@ -50,16 +50,20 @@ std::vector<std::string> OwnersOf(Vocabulary const& vocabulary, Limits const& li
     return owners;
 }
 
-// The phrases that the object has. Those that every plural has are worth a word only when they are near.
-std::vector<Alternatives> PhrasesOf(Vocabulary const& vocabulary, TypeEntry const* object,
-                                    std::string_view text) {
-    std::vector<Alternatives> phrases;
+// The phrases that the object has with an index of the type (null: none), iterated ones as less likely. Those
+// that take another index, and those that every plural has, are worth a word only when they are near.
+std::vector<Suggestion> PhrasesOf(Vocabulary const& vocabulary, TypeEntry const* object,
+                                  TypeEntry const* index, std::string_view text) {
+    std::string_view const indexName = index ? std::string_view(index->name) : "";
+    std::vector<Suggestion> phrases;
     for (PropertyEntry const* entry : vocabulary.PropertiesOf(object))
-        phrases.push_back({entry->singular, entry->plural});
+        if (Alternatives forms{entry->singular, entry->plural};
+            entry->index == indexName || IsNear(text, forms))
+            phrases.push_back({std::move(forms), !entry->IsIterated()});
     for (PhraseOfMany const& row : kPhrasesOfMany)
         if (Alternatives forms{std::string(row.singular), std::string(row.plural)};
             object && IsNear(text, forms))
-            phrases.push_back(std::move(forms));
+            phrases.push_back({std::move(forms)});
     return phrases;
 }
 
@@ -80,10 +84,10 @@ Problem UnknownPhrase(Vocabulary const& vocabulary, Limits const& limits, Syntax
                        fmt::format("it is a property of {}", JoinWithAnd(owners)));
     std::string message = fmt::format("{} has no property \"{}\"", owner, Shortened(syntax.text));
     if (index) message += fmt::format(" with {} as index", WithArticle(*index));
-    std::string hint =
-        owners.empty()
-            ? SuggestNearest(syntax.text, PhrasesOf(vocabulary, object, syntax.text), limits.suggestions)
-            : fmt::format("it is a property of {}", JoinWithAnd(owners));
+    std::string hint = owners.empty()
+                           ? SuggestNearest(syntax.text, PhrasesOf(vocabulary, object, index, syntax.text),
+                                            limits.suggestions)
+                           : fmt::format("it is a property of {}", JoinWithAnd(owners));
     return Unknown(syntax.sign, std::move(message), std::move(hint));
 }
 
@@ -92,9 +96,9 @@ Problem UnknownCast(Vocabulary const& vocabulary, Limits const& limits, Syntax c
     vocabulary.RequireTypesOfCasts(syntax.text);
     if (source.name == syntax.text)
         return Unknown(syntax.sign, fmt::format("this is {} already", WithArticle(source)));
-    std::vector<Alternatives> casts;
+    std::vector<Suggestion> casts;
     if (source.fields.empty())
-        for (CastEntry const* cast : vocabulary.CastsOf(source)) casts.push_back({cast->phrase});
+        for (CastEntry const* cast : vocabulary.CastsOf(source)) casts.push_back({{cast->phrase}});
     return Unknown(syntax.sign,
                    fmt::format("{} has no cast \"{}\"", WithArticle(source), Shortened(syntax.text)),
                    SuggestNearest(syntax.text, std::move(casts), limits.suggestions));

@@ -52,6 +52,10 @@ class SharingPtr {
     /// Takes ownership, as the only sharer.
     explicit SharingPtr(T* object) noexcept : object(object) {}
     SharingPtr(SharingPtr const&) noexcept = default;
+    /// Takes the other's place; it holds null then.
+    SharingPtr(SharingPtr&& other) noexcept : object(std::exchange(other.object, nullptr)) {
+        link.swap(other.link);
+    }
     /// Becomes a sharer of the other's object; its old one goes if this was its last sharer.
     SharingPtr& operator=(SharingPtr const& other) {
         SharingPtr joined(other);

@@ -1,23 +1,11 @@
-// What the platform's loader runs and finds in the library: registration at load, withdrawal at unload, and
-// the few names that the library exports. Everything else it offers is announced by registration.
+// What the platform's loader runs: registration at load, withdrawal at unload. What the library offers is
+// announced by registration, apart from its entry, the exclusion list, and the name of a character set.
 
-#include <cstdint>
 #include <optional>
 
 #include "modules/LoadOrder.h"
 
-namespace MacintoshPlatform {
-class FileLocation;
-}
-
 #define EXPORTED __attribute__((visibility("default")))
-
-/// The files that the section and key inspectors do not read: an array of locations, and how many there are.
-/// Empty as delivered.
-extern "C" EXPORTED MacintoshPlatform::FileLocation const* const gFileExclusionList;
-extern "C" EXPORTED std::uint32_t const gFileExclusionListLength;
-MacintoshPlatform::FileLocation const* const gFileExclusionList = nullptr;
-std::uint32_t const gFileExclusionListLength = 0;
 
 /// The library's entry. Does nothing.
 extern "C" EXPORTED void __init();

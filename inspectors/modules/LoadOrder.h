@@ -9,6 +9,9 @@
 #include "modules/AncestorsModule.h"
 #include "modules/DescendantsModule.h"
 #include "modules/FileAttributesModule.h"
+#include "modules/FileContentModule.h"
+#include "modules/FileLinesModule.h"
+#include "modules/FileSectionsModule.h"
 #include "modules/FileSignaturesModule.h"
 #include "modules/FileSystemObjectsModule.h"
 #include "modules/FileTypesModule.h"
@@ -76,11 +79,11 @@ using LoadOrder = ModuleList<  //
     Vacant<37>,                // special folders
     Vacant<38>,                // special items
     Vacant<39>,                // stereo volume
-    Vacant<40>,                // file lines
+    FileLinesModule,           // 40
     Vacant<41>,                // processes
     Vacant<42>,                // domains
-    Vacant<43>,                // file sections
-    Vacant<44>,                // file content
+    FileSectionsModule,        // 43
+    FileContentModule,         // 44
     DescendantsModule,         // 45
     AncestorsModule            // 46
     >;

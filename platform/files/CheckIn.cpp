@@ -3,6 +3,7 @@
 #include <atomic>
 #include <utility>
 
+#include "files/ForkFailure.h"
 #include "files/OpenFolders.h"
 #include "files/Patience.h"
 
@@ -29,6 +30,7 @@ bool CheckInElsewhere::IsInUse() { return elsewhere != nullptr; }
 
 PlatformCheckIn PlatformSetCheckIn(PlatformCheckIn function) {
     Platform::ForgetUnresponsiveMount();
+    Platform::ForgetForkFailure();
     Platform::OpenFolders::Shared().LetGoOfUnread();
     return Platform::checkIn.exchange(function);
 }

@@ -1,7 +1,5 @@
 #include "files/OpenFolders.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -9,8 +7,6 @@
 #include "foundation/Threads.h"
 
 namespace Platform {
-
-Descriptor::~Descriptor() { close(number); }
 
 OpenFolders& OpenFolders::Shared() {
     static OpenFolders& folders = *new OpenFolders(32);

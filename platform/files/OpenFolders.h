@@ -7,23 +7,10 @@
 #include <memory>
 #include <mutex>
 
+#include "files/Descriptor.h"
 #include "foundation/Path.h"
 
 namespace Platform {
-
-/// An open file or folder; closed with its last owner.
-class Descriptor {
-  public:
-    explicit Descriptor(int open) : number(open) {}
-    Descriptor(Descriptor const&) = delete;
-    Descriptor& operator=(Descriptor const&) = delete;
-    ~Descriptor();
-    int Number() const { return number; }
-
-  private:
-    int const number;
-};
-using SharedDescriptor = std::shared_ptr<Descriptor const>;
 
 /// Who has a folder held open.
 class FolderUser {

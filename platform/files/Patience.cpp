@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
-#include <cstring>
 #include <memory>
 #include <mutex>
 #include <new>
@@ -18,6 +17,7 @@
 #include <utility>
 
 #include "files/CheckIn.h"
+#include "foundation/CutText.h"
 
 namespace Platform {
 
@@ -27,6 +27,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr milliseconds kBetweenCheckIns{20};
+constexpr milliseconds kBriefly{200};
 
 // One piece of work. Shared by the thread that waits and the one that works; `mutex` of the helpers guards
 // what is not atomic.
@@ -188,11 +189,27 @@ OSErr CallPatiently(SlowMount const& mount, std::optional<milliseconds> patience
 }
 
 OSErr CallBriefly(SlowMount const& mount, PatientWork work) {
-    constexpr milliseconds patience{200};
+    constexpr milliseconds patience = kBriefly;
     Failure const before = lastFailure;
     OSErr const error = CallPatiently(mount, patience, std::move(work));
     if (error == volOffLinErr) lastFailure = before;
     return error;
+}
+
+void LetGoPatiently(SlowMount const& mount, SharedDescriptor file) {
+    if (CheckInElsewhere::IsInUse()) return;
+    // Whoever lets go of this last closes the file: not this thread, unless it is closed already.
+    auto const held = std::make_shared<SharedDescriptor>(std::move(file));
+    auto const call = std::make_shared<Call>();
+    call->mount = mount;
+    call->work = [held] {
+        held->reset();
+        return OSErr{noErr};
+    };
+    Helpers& helpers = Helpers::Shared();
+    bool const isClosed = helpers.Begin(call) == noErr &&
+                          (helpers.Await(*call, kBriefly) || helpers.GiveUp(*call, volOffLinErr) == noErr);
+    if (!isClosed) new std::shared_ptr<SharedDescriptor>(held);
 }
 
 milliseconds VolumePatience() { return milliseconds(volumePatience.load()); }
@@ -203,11 +220,7 @@ void ForgetUnresponsiveMount() { lastFailure = {}; }
 
 OSErr PlatformUnresponsiveMount(char* buffer, UInt32 size) {
     auto const& [code, mountPoint, isNoted] = Platform::lastFailure;
-    if (buffer != nullptr && size != 0) {
-        std::size_t const length = std::min<std::size_t>(mountPoint.size(), size - 1);
-        std::memcpy(buffer, mountPoint.data(), length);
-        buffer[length] = '\0';
-    }
+    Platform::CopyCut(mountPoint, buffer, size);
     return code;
 }
 

@@ -12,6 +12,7 @@
 #include <functional>
 #include <optional>
 
+#include "files/Descriptor.h"
 #include "files/MountTable.h"
 
 namespace Platform {
@@ -31,6 +32,10 @@ OSErr CallPatiently(SlowMount const& mount, std::optional<std::chrono::milliseco
 /// The same for something that nobody asked for: it waits a fifth of a second at most, and a mount that has
 /// not answered then is no failure that PlatformUnresponsiveMount tells of.
 OSErr CallBriefly(SlowMount const& mount, PatientWork work);
+
+/// Closes a file on a mount, as soon as the mount lets it: waits a fifth of a second at most, and asks
+/// nobody. One that cannot be closed on a mount that does not answer stays open.
+void LetGoPatiently(SlowMount const& mount, SharedDescriptor file);
 
 /// How long information about a volume may take: see PlatformSetVolumePatience.
 std::chrono::milliseconds VolumePatience();

@@ -70,15 +70,15 @@ TEST(Problems, PointBehindTheLastThingThatIsThere) {
 }
 
 TEST(Suggestions, AreTheNearestInOrderOnePhraseOfEachThing) {
-    EXPECT_EQ(
-        SuggestNearest("naem",
-                       {{"name", "names"}, {"size", "sizes"}, {"type", "types"}, {"creator", "creators"}}, 3),
-        "\"name\" is one; so are \"size\" and \"type\"");
-    EXPECT_EQ(SuggestNearest("naem", {{"name", "names"}, {"size", "sizes"}}, 1), "\"name\" is one");
-    EXPECT_EQ(SuggestNearest("naems", {{"name", "names"}}, 3), "\"names\" is one");
-    EXPECT_EQ(SuggestNearest("sise", {{"size", "sizes"}, {"site"}}, 3), "\"site\" is one; so is \"size\"");
+    Suggestion const name{{"name", "names"}}, size{{"size", "sizes"}}, type{{"type", "types"}};
+    EXPECT_EQ(SuggestNearest("naem", {name, size, type, {{"creator", "creators"}}}, 3),
+              "\"name\" is one; so are \"size\" and \"type\"");
+    EXPECT_EQ(SuggestNearest("naem", {name, size}, 1), "\"name\" is one");
+    EXPECT_EQ(SuggestNearest("naems", {name}, 3), "\"names\" is one");
+    EXPECT_EQ(SuggestNearest("sise", {size, {{"site"}}}, 3), "\"site\" is one; so is \"size\"");
+    EXPECT_EQ(SuggestNearest("sise", {size, {{"site"}, false}}, 3), "\"size\" is one; so is \"site\"");
     EXPECT_EQ(SuggestNearest("zzzz", {}, 3), "");
-    EXPECT_EQ(SuggestNearest(std::string(1000000, 'z'), {{"name"}}, 3), "");
+    EXPECT_EQ(SuggestNearest(std::string(1000000, 'z'), {name}, 3), "");
 }
 
 }  // namespace

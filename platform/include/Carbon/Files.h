@@ -257,6 +257,61 @@ PLATFORM_API OSErr FSpMakeFSRef(FSSpec const* spec, FSRef* newRef);
 PLATFORM_API OSErr FSMakeFSSpec(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Param fileName,
                                 FSSpec* spec);
 
+// ---- Forks
+//
+// A fork is read as it is at the moment: nothing is read ahead or kept, so that a file that grows, shrinks or
+// is written to meanwhile shows as it is. One that has lost its name can be read to its end. A fork must not
+// be used on two threads at one time.
+//
+// The files of proc, sysfs and their like are made when they are read. They are read when they are opened, up
+// to 16 MiB, and stay so while the fork is open; one that cannot say more at the moment ends there. Pipes,
+// sockets and devices are never opened: their forks are empty.
+
+/// Where a position counts from, and the bits that may be added to it; these are hints and change nothing.
+enum {
+    fsAtMark = 0,
+    fsFromStart = 1,
+    fsFromLEOF = 2,
+    fsFromMark = 3,
+    pleaseCacheMask = 0x0010,
+    noCacheMask = 0x0020,
+    rdVerifyMask = 0x0040
+};
+
+/// What a fork is opened for. There is no writing.
+enum { fsCurPerm = 0, fsRdPerm = 1, fsWrPerm = 2, fsRdWrPerm = 3, fsRdWrShPerm = 4 };
+
+/// The name of the data fork: the empty one. paramErr for null.
+PLATFORM_API OSErr FSGetDataForkName(HFSUniStr255* dataForkName);
+
+/// Opens the data fork of the referenced file; a link's is that of what it leads to. `forkRefNum` gets its
+/// number, from 1, which is the caller's until FSCloseFork; it is left alone on failure.
+///
+/// fnfErr when the file is gone, notAFileErr for a folder, errFSBadFSRef for a stale reference,
+/// errFSForkNotFound for another name and errFSBadForkName for one of more than 255 units, permErr for a
+/// permission to write and paramErr for none of the permissions, tmfoErr when 32767 forks are open or the
+/// process may open no more files, ioErr for a file of proc and its like that is longer than 16 MiB, and what
+/// the file system says. A server that does not answer is waited for as by all that looks items up; this
+/// holds for the other calls on forks too.
+PLATFORM_API OSErr FSOpenFork(FSRef const* ref, UniCharCount forkNameLength, UniChar const* forkName,
+                              SInt8 permissions, SInt16* forkRefNum);
+
+/// Reads `requestCount` bytes from a position on into `buffer`; `actualCount` (optional) gets how many there
+/// are, also on failure. The mark then stands behind them.
+///
+/// eofErr when the fork has fewer, which may be none; posErr for a position before the start, rfNumErr for no
+/// open fork, errFSBadPosMode, errFSBadBuffer for null, userCanceledErr when the check-in function says stop,
+/// and what the file system says. No bytes can be read from anywhere.
+PLATFORM_API OSErr FSReadFork(SInt16 forkRefNum, UInt16 positionMode, SInt64 positionOffset,
+                              ByteCount requestCount, void* buffer, ByteCount* actualCount);
+/// Moves the mark, which is at the start at first. It may stand behind the end; a read there says so.
+/// posErr, rfNumErr and errFSBadPosMode as above.
+PLATFORM_API OSErr FSSetForkPosition(SInt16 forkRefNum, UInt16 positionMode, SInt64 positionOffset);
+/// Bytes of the fork now. rfNumErr, paramErr for null, and what the file system says.
+PLATFORM_API OSErr FSGetForkSize(SInt16 forkRefNum, SInt64* forkSize);
+/// Closes a fork and frees its number. rfNumErr when it is none.
+PLATFORM_API OSErr FSCloseFork(SInt16 forkRefNum);
+
 // ---- Volumes
 //
 // A volume is a mounted file system that has room for bytes, each once. The first is the root, the others

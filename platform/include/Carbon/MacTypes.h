@@ -12,6 +12,7 @@ typedef UInt32 OptionBits;
 typedef UInt32 ItemCount;
 typedef UInt32 TextEncoding;
 typedef unsigned long UniCharCount;
+typedef unsigned long ByteCount;
 
 /// A length byte and that many bytes of Mac Roman text.
 typedef unsigned char Str63[64];

@@ -1,0 +1,33 @@
+#pragma once
+
+// The bytes of an open fork, and how a file is opened for them.
+//
+// Functions here return a result code and do their work there and then, however long a file system takes.
+
+#include <Carbon/Files.h>
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "files/Descriptor.h"
+#include "foundation/Path.h"
+
+namespace Platform {
+
+/// Where the bytes of a fork are: in an open file, in memory, or nowhere.
+struct ForkBytes {
+    SharedDescriptor file;
+    std::shared_ptr<std::vector<UInt8> const> memory;
+};
+
+/// Opens the data fork of a referenced file: see FSOpenFork. `path` gets the file's as soon as it is known.
+OSErr OpenDataFork(FSRef const& reference, ForkBytes& bytes, Path& path);
+/// How many there are now.
+OSErr CountBytes(ForkBytes const& bytes, SInt64& count);
+/// Reads from an offset on, which is not negative; `actual` gets the number of bytes, also on failure. Fewer
+/// than asked for are no failure: the fork has no more.
+OSErr ReadBytes(ForkBytes const& bytes, SInt64 from, std::span<UInt8> to, std::size_t& actual);
+
+}  // namespace Platform

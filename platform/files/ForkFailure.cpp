@@ -1,0 +1,32 @@
+#include "files/ForkFailure.h"
+
+#include <Carbon/MacErrors.h>
+#include <Platform/Items.h>
+
+#include "foundation/CutText.h"
+
+namespace Platform {
+
+namespace {
+
+struct Failure {
+    OSErr code = noErr;
+    Path file;
+};
+thread_local Failure last;
+
+}  // namespace
+
+OSErr NoteForkFailure(OSErr code, Path const& file) {
+    if (code != noErr && code != eofErr && code != userCanceledErr) last = {code, file};
+    return code;
+}
+
+void ForgetForkFailure() { last = {}; }
+
+}  // namespace Platform
+
+OSErr PlatformForkFailure(char* buffer, UInt32 size) {
+    Platform::CopyCut(Platform::last.file.Text(), buffer, size);
+    return Platform::last.code;
+}
