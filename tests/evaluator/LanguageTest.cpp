@@ -210,7 +210,7 @@ TEST_F(Language, UnknownPhrasesGetSuggestions) {
               "error: a probe has no property \"naem\"\n"
               "  naem of probe 1\n"
               "  ^~~~\n"
-              "  hint: \"name\" is one; so are \"part\" and \"echo\"\n");
+              "  hint: \"name\" is one; so are \"part\" and \"id\"\n");
     EXPECT_EQ(Ask("extra of probe 1").problems,
               "error: a probe has no property \"extra\"\n"
               "  extra of probe 1\n"
