@@ -94,8 +94,7 @@ LineEndings FindFeeds(ConstData bytes) {
 
 // How common bytes are in texts: 0 for those that are not, up to 255.
 constexpr std::array<unsigned char, 256> Commonness() {
-    constexpr std::string_view mostCommonFirst =
-        " \0etaoinsrhldcumfpgwybvk0123456789.-:/,_\"=()[]xjqz\t"sv;
+    constexpr std::string_view mostCommonFirst = " \0etaoinsrhldcumfpgwybvk0123456789.-:/,_\"=()[]xjqz\t"sv;
     std::array<unsigned char, 256> result{};
     for (std::size_t i = 0; i < mostCommonFirst.size(); ++i)
         result[static_cast<unsigned char>(mostCommonFirst[i])] = static_cast<unsigned char>(255 - i);
@@ -127,8 +126,8 @@ unsigned char const* FindText(ConstData bytes, ConstData text) {
 
     auto const [first, second] = LeastCommon(text);
     Sixteen const firstByte = Repeat(text.begin()[first]), secondByte = Repeat(text.begin()[second]);
-    auto const findInBlock = [&](unsigned char const* block)
-        __attribute__((always_inline)) -> unsigned char const* {
+    auto const findInBlock = [&](unsigned char const* block) __attribute__((always_inline))
+                                 ->unsigned char const* {
         std::uint64_t mask = MaskOfBlock(block, [&](unsigned char const* place) {
             return (Load(place + first) == firstByte) & (Load(place + second) == secondByte);
         });
