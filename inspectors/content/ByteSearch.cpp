@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstring>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "content/ByteBlocks.h"
@@ -17,8 +18,6 @@ namespace {
 
 constexpr unsigned char kCR = 13;
 constexpr unsigned char kLF = 10;
-
-bool IsLineEnd(unsigned char byte) { return byte == kCR || byte == kLF; }
 
 // Counts the endings of bytes that come in blocks.
 class EndingCounter {
@@ -117,27 +116,31 @@ std::pair<std::ptrdiff_t, std::ptrdiff_t> LeastCommon(ConstData text) {
 
 }  // namespace
 
+bool IsLineEnd(unsigned char byte) { return byte == kCR || byte == kLF; }
+
 // At each position two bytes are compared, at many positions at one time; where both are right, all of them.
-unsigned char const* FindText(ConstData bytes, ConstData text) {
+
+TextFinder::TextFinder(ConstData itsText) : text(itsText) {
+    if (text.Size() > 1) std::tie(first, second) = LeastCommon(text);
+}
+
+[[gnu::always_inline]] inline unsigned char const* TextFinder::FindInBlock(unsigned char const* block) const {
+    Sixteen const firstByte = Repeat(text.begin()[first]), secondByte = Repeat(text.begin()[second]);
+    std::uint64_t mask = MaskOfBlock(block, [&](unsigned char const* place) {
+        return (Load(place + first) == firstByte) & (Load(place + second) == secondByte);
+    });
+    for (; mask != 0; mask &= mask - 1) {
+        unsigned char const* const place = block + std::countr_zero(mask);
+        if (std::memcmp(place, text.begin(), text.Size()) == 0) return place;
+    }
+    return nullptr;
+}
+
+unsigned char const* TextFinder::FindIn(ConstData bytes) const {
     if (text.Empty()) return bytes.begin();
     if (bytes.Size() < text.Size()) return nullptr;
     if (text.Size() == 1)
         return static_cast<unsigned char const*>(std::memchr(bytes.begin(), *text.begin(), bytes.Size()));
-
-    auto const [first, second] = LeastCommon(text);
-    Sixteen const firstByte = Repeat(text.begin()[first]), secondByte = Repeat(text.begin()[second]);
-    auto const findInBlock = [&](unsigned char const* block) __attribute__((always_inline))
-                                 ->unsigned char const* {
-        std::uint64_t mask = MaskOfBlock(block, [&](unsigned char const* place) {
-            return (Load(place + first) == firstByte) & (Load(place + second) == secondByte);
-        });
-        for (; mask != 0; mask &= mask - 1) {
-            unsigned char const* const place = block + std::countr_zero(mask);
-            if (std::memcmp(place, text.begin(), text.Size()) == 0) return place;
-        }
-        return nullptr;
-    };
-
     unsigned char const* place = bytes.begin();
     unsigned char const* const end = bytes.end() - text.Size() + 1;  // of the positions
     if (end - place < kBlock) {
@@ -145,9 +148,9 @@ unsigned char const* FindText(ConstData bytes, ConstData text) {
         return place == bytes.end() ? nullptr : place;
     }
     for (; end - place >= kBlock; place += kBlock)
-        if (unsigned char const* found = findInBlock(place)) return found;
+        if (unsigned char const* found = FindInBlock(place)) return found;
     // The last block overlaps the one before, in which there was nothing.
-    return place == end ? nullptr : findInBlock(end - kBlock);
+    return place == end ? nullptr : FindInBlock(end - kBlock);
 }
 
 unsigned char const* FindLineEnd(ConstData bytes) {
