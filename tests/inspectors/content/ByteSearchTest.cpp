@@ -12,10 +12,12 @@
 
 using Inspectors::FindLineEnd;
 using Inspectors::FindLineEndings;
-using Inspectors::FindText;
 using Inspectors::LineEndings;
+using Inspectors::TextFinder;
 
 namespace {
+
+unsigned char const* FindText(ConstData bytes, ConstData text) { return TextFinder(text).FindIn(bytes); }
 
 bool IsLineEnd(char byte) { return byte == '\r' || byte == '\n'; }
 
