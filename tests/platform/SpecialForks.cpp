@@ -121,7 +121,6 @@ TEST_F(MadeForks, AreNotReadOnWhenTheHostSaysStop) {
 class UnopenedForks : public ForkTest {
   protected:
     void ExpectToBeEmpty(std::string const& path) {
-        ReferenceTo(path);  // what look-ups open once stays open
         std::ptrdiff_t const before = OpenFiles();
         SInt16 const fork = Open(path);
         EXPECT_EQ(before, OpenFiles()) << path;
