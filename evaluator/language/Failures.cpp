@@ -109,7 +109,7 @@ struct ForkFailure {
 ForkFailure LastForkFailure() {
     char path[PATH_MAX + 1];
     long const code = PlatformForkFailure(path, sizeof path);
-    return {code, fmt::format("the file \"{}\"", Printable(path))};
+    return {code, path[0] != 0 ? fmt::format("the file \"{}\"", Printable(path)) : "the file"};
 }
 
 // What may not be read: a folder or a file, as far as that is known.

@@ -25,7 +25,7 @@ constexpr std::size_t kMostReadWhenOpened = std::size_t{16} << 20;
 constexpr std::size_t kReadAtOnce = std::size_t{8} << 20;
 
 // File systems whose files are made when they are read: their sizes say nothing.
-bool MakesFilesWhenRead(decltype(statfs::f_type) type) {
+bool MakesFiles(decltype(statfs::f_type) type) {
     switch (static_cast<unsigned long>(type)) {
         case BINFMTFS_MAGIC:
         case BPF_FS_MAGIC:
@@ -91,7 +91,7 @@ OSErr ModeOf(Place place, Item const& item, mode_t& mode) {
     return noErr;
 }
 
-OSErr OpenRegular(Place place, Item const& item, ForkBytes& bytes) {
+OSErr OpenRegular(Place place, Item const& item, bool isMadeWhenRead, ForkBytes& bytes) {
     int const descriptor = openat(place.folder, place.path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) return ErrorOfErrno(errno);
     auto const file = std::make_shared<Descriptor const>(descriptor);
@@ -100,8 +100,8 @@ OSErr OpenRegular(Place place, Item const& item, ForkBytes& bytes) {
     bool const isTheItem = status.st_ino == item.status.stx_ino && status.st_dev == item.Device();
     if (!S_ISREG(status.st_mode) || !(isTheItem || item.isLinkItself)) return fnfErr;  // replaced just now
     struct statfs system;
-    if (fstatfs(descriptor, &system) == 0 && MakesFilesWhenRead(system.f_type))
-        return ReadWhole(descriptor, bytes);
+    isMadeWhenRead |= fstatfs(descriptor, &system) == 0 && MakesFiles(system.f_type);
+    if (isMadeWhenRead) return ReadWhole(descriptor, bytes);
     bytes.file = file;
     return noErr;
 }
@@ -124,16 +124,15 @@ OSErr ReadFile(int file, SInt64 from, std::span<UInt8> to, std::size_t& actual) 
 
 }  // namespace
 
-OSErr OpenDataFork(FSRef const& reference, ForkBytes& bytes, Path& path) {
+OSErr OpenDataFork(FSRef const& reference, bool isMadeWhenRead, ForkBytes& bytes) {
     FoundItem found;
     if (OSErr const error = FindReferenced(reference, found); error != noErr) return error;
-    path = found.location.path;
     SystemPath const place(found.location);
     if (place.Error() != 0) return ErrorOfErrno(place.Error());
     mode_t mode = 0;
     if (OSErr const error = ModeOf(place.Get(), found.item, mode); error != noErr) return error;
     if (S_ISDIR(mode)) return notAFileErr;
-    return S_ISREG(mode) ? OpenRegular(place.Get(), found.item, bytes) : OSErr{noErr};
+    return S_ISREG(mode) ? OpenRegular(place.Get(), found.item, isMadeWhenRead, bytes) : OSErr{noErr};
 }
 
 OSErr CountBytes(ForkBytes const& bytes, SInt64& count) {

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "files/Descriptor.h"
-#include "foundation/Path.h"
 
 namespace Platform {
 
@@ -22,8 +21,9 @@ struct ForkBytes {
     std::shared_ptr<std::vector<UInt8> const> memory;
 };
 
-/// Opens the data fork of a referenced file: see FSOpenFork. `path` gets the file's as soon as it is known.
-OSErr OpenDataFork(FSRef const& reference, ForkBytes& bytes, Path& path);
+/// Opens the data fork of a referenced file: see FSOpenFork. It is read now where `isMadeWhenRead`, or the
+/// type of its file system, says that it is made then.
+OSErr OpenDataFork(FSRef const& reference, bool isMadeWhenRead, ForkBytes& bytes);
 /// How many there are now.
 OSErr CountBytes(ForkBytes const& bytes, SInt64& count);
 /// Reads from an offset on, which is not negative; `actual` gets the number of bytes, also on failure. Fewer

@@ -18,6 +18,7 @@
 #include "files/ForkBytes.h"
 #include "files/ForkFailure.h"
 #include "files/Patience.h"
+#include "files/References.h"
 #include "files/SlowPaths.h"
 #include "foundation/Object.h"
 #include "foundation/Threads.h"
@@ -138,20 +139,17 @@ OSErr Read(Fork& fork, SInt64 from, std::span<UInt8> to, std::size_t& actual) {
 }
 
 OSErr OpenFork(FSRef const& ref, SInt16& number) {
-    struct Opened {
-        ForkBytes bytes;
-        Path path;
-    };
+    auto const remembered = ReferenceTable::Shared().Find(ref);
+    if (!remembered) return NoteForkFailure(errFSBadFSRef, Path());
     auto const fork = std::make_shared<Fork>();
+    fork->path = remembered->location.path;
     fork->mount = SlowMountBehind(ref);
-    Opened opened;
-    OSErr error = Reach(fork->mount, opened,
-                        [ref](Opened& result) { return OpenDataFork(ref, result.bytes, result.path); });
-    fork->bytes = std::move(opened.bytes);
-    fork->path = std::move(opened.path);
-    if (error != noErr) return NoteForkFailure(error, fork->path);
-    number = Forks::Shared().Add(fork);
-    return number != 0 ? OSErr{noErr} : NoteForkFailure(tmfoErr, fork->path);
+    bool const isMadeWhenRead = fork->mount && fork->mount->makesFiles;
+    OSErr const error = Reach(fork->mount, fork->bytes, [ref, isMadeWhenRead](ForkBytes& bytes) {
+        return OpenDataFork(ref, isMadeWhenRead, bytes);
+    });
+    if (error == noErr) number = Forks::Shared().Add(fork);
+    return NoteForkFailure(error == noErr && number == 0 ? OSErr{tmfoErr} : error, fork->path);
 }
 
 OSErr CheckForkName(UniCharCount length, UniChar const* name) {

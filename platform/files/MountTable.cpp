@@ -56,6 +56,7 @@ Mount ReadMount(libmnt_fs* entry) {
     mount.device = mnt_fs_get_devno(entry);
     mount.root = Text(mnt_fs_get_root(entry));
     mount.mayHang = MayHang(Text(mnt_fs_get_fstype(entry)));
+    mount.makesFiles = MakesFilesWhenRead(Text(mnt_fs_get_fstype(entry)));
     mount.hasBytes = mnt_fs_is_pseudofs(entry) == 0 && Text(mnt_fs_get_fstype(entry)) != "fuse.portal";
     return mount;
 }
@@ -174,6 +175,8 @@ bool MayHang(std::string const& type) {
     return mnt_fstype_is_netfs(type.c_str()) != 0 || type.starts_with("fuse") ||
            std::find(std::begin(others), std::end(others), type) != std::end(others);
 }
+
+bool MakesFilesWhenRead(std::string const& type) { return type == "fuse.lxcfs"; }
 
 std::vector<std::optional<std::size_t>> ListedMounts(std::vector<Mount> const& mounts) {
     std::map<std::pair<dev_t, std::string>, std::size_t> firsts;
@@ -325,7 +328,7 @@ std::optional<SlowMount> MountTable::SlowMountOf(std::string_view path) {
         if (best == nullptr || mount.target.size() >= best->target.size()) best = &mount;
     }
     if (best == nullptr || !best->mayHang) return std::nullopt;
-    return SlowMount{best->id, best->target};
+    return SlowMount{best->id, best->target, best->makesFiles};
 }
 
 bool MountTable::HasSlowMounts() {

@@ -34,9 +34,10 @@ struct Mount {
     dev_t device = 0;          // as stat(2) says of files on it
     std::string root;          // the part of the file system that is mounted; empty where `device` tells all
     bool hasBytes = false;
-    bool hidden = false;     // another is mounted over it
-    bool mayHang = false;    // its server may not answer; what was not asked of it is left at its default
-    std::uint64_t fsid = 0;  // what statvfs(3) tells file systems apart by; 0 where it does not
+    bool hidden = false;      // another is mounted over it
+    bool mayHang = false;     // its server may not answer; what was not asked of it is left at its default
+    std::uint64_t fsid = 0;   // what statvfs(3) tells file systems apart by; 0 where it does not
+    bool makesFiles = false;  // see MakesFilesWhenRead
 };
 
 /// For each mount the index of the one that is listed for its file system; empty when none is.
@@ -45,6 +46,10 @@ std::vector<std::optional<std::size_t>> ListedMounts(std::vector<Mount> const& m
 /// Whether the server of a file system of this type may not answer: a network, a cluster, another machine, or
 /// a program.
 bool MayHang(std::string const& type);
+
+/// Whether files on a file system of this type are made when they are read, and their sizes say nothing, of
+/// those types that statfs(2) does not tell apart: what containers see of /proc.
+bool MakesFilesWhenRead(std::string const& type);
 
 /// Marks the mounts below one that may hang: the way there leads through it. The root counts for itself only.
 /// Of all those it tells which are hidden, as far as the table says.
@@ -68,6 +73,7 @@ struct Volume {
 struct SlowMount {
     std::uint64_t id = 0;
     std::string mountPoint;
+    bool makesFiles = false;  // see MakesFilesWhenRead
 };
 
 /// Where a table of mounts comes from.

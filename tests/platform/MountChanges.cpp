@@ -139,11 +139,12 @@ TEST_F(MountChanges, NamesAreReadOnceWhileTheVolumeIsMounted) {
 TEST_F(MountChanges, SlowMountOfAPathIsTheInnermostWhenItMayHang) {
     EXPECT_FALSE(table.SlowMountOf("/net/host/file"));
     machine.Mounts(2, "/net/host");
-    machine.mounts.back().mayHang = true;
+    machine.mounts.back().mayHang = machine.mounts.back().makesFiles = true;
     machine.Mounts(3, "/net/host/fast");
     WaitUntilTheTableChecksAgain();
     auto const slow = table.SlowMountOf("/net/host/file");
     ASSERT_TRUE(slow);
+    EXPECT_TRUE(slow->makesFiles);
     EXPECT_EQ("/net/host", slow->mountPoint);
     EXPECT_EQ(2u, slow->id);
     EXPECT_TRUE(table.SlowMountOf("/net/host"));

@@ -41,6 +41,12 @@ TEST(MountRules, ServersOfNetworksClustersMachinesAndProgramsMayNotAnswer) {
         EXPECT_FALSE(Platform::MayHang(type)) << type;
 }
 
+TEST(MountRules, WhatContainersSeeOfProcIsMadeWhenItIsRead) {
+    EXPECT_TRUE(Platform::MakesFilesWhenRead("fuse.lxcfs"));
+    for (char const* const type : {"fuse", "fuse.sshfs", "ext4", "proc"})
+        EXPECT_FALSE(Platform::MakesFilesWhenRead(type)) << type;
+}
+
 TEST(MountRules, FileSystemMountedTwiceIsListedOnceAndCountsForBoth) {
     std::vector<Mount> const mounts = {OnDevice(1, "/"), OnDevice(2, "/data"), OnDevice(2, "/home/data")};
     Listed const listed = ListedMounts(mounts);
