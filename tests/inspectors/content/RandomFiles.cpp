@@ -95,7 +95,8 @@ std::string RandomFiles::Settings(std::size_t lines) {
             file += blanks() + OneOf({"", "", "; x", "]", "x"});
         } else {
             file += Name() + blanks() + OneOf({"=", "=", ":", "", "=="}) + blanks();
-            file += OneOf({"1", "value", "two words", "", ";", "a;b", "\"q ; r\"", "=", "1 \t"}) + blanks();
+            file += OneOf({"1", "value", "two words", "", ";", "a;b", "\"q ; r\"", "=", "1 \t", "x]", ">)"}) +
+                    blanks();
             file += OneOf({"", "", "; comment", ";"});
         }
         if (lines > 1 || !OneIn(3)) file += OneIn(8) ? OneOf({"\n\n", "\r\r\n", "\n \n"}) : Ending();
