@@ -1,11 +1,17 @@
 #include "command/Output.h"
 
 #include <stdio_ext.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 
 namespace Command {
+
+Output::Output() {
+    static char room[65536];
+    if (!isatty(STDOUT_FILENO)) std::setvbuf(stdout, room, _IOFBF, sizeof room);
+}
 
 void Output::Note(bool succeeded) {
     if (!succeeded && error == 0) error = errno;

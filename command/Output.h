@@ -10,6 +10,8 @@ namespace Command {
 /// at every line.
 class Output {
   public:
+    /// To be made before anything is written.
+    Output();
     void Write(std::string_view bytes);
     /// To be called behind each value: flushes what was written where that was not done for a while.
     void FlushNowAndThen();

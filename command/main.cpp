@@ -1,5 +1,7 @@
 // zelq: asks one question and prints its values.
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -103,6 +105,14 @@ int ListRegistrations(Output& output) {
     return kAnswered;
 }
 
+// A line that is kept keeps its file open: many of them may need more files than a process may open at first.
+void AllowOpenFiles() {
+    rlimit files;
+    if (getrlimit(RLIMIT_NOFILE, &files) != 0) return;
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &files);
+}
+
 // What becomes of the status where standard output could not be written. Whoever closed a pipe knows.
 int StatusOfOutput(int error, int status, Messages const& messages) {
     if (error == EPIPE) return kSignalled + SIGPIPE;
@@ -132,6 +142,7 @@ int Run(Options const& options, Output& output, Messages const& messages) {
 }  // namespace Command
 
 int main(int argc, char** argv) {
+    Command::AllowOpenFiles();
     int status = Command::kAnswered;
     auto options = Command::ReadOptions(argc, argv, status);
     Command::Messages const messages(options && options->errorsAsJson);

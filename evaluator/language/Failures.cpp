@@ -99,13 +99,38 @@ std::string FolderOf(FileIOError const& error) {
     return path.empty() ? path : fmt::format("the folder \"{}\"", Printable(path));
 }
 
+// The platform's last failure to open or read a file; code 0 where there was none. The exceptions have no
+// room for it, so that it may be another one than that which an exception is about, but only one of the same
+// kind since the evaluation began.
+struct ForkFailure {
+    long code = 0;
+    std::string file;
+};
+ForkFailure LastForkFailure() {
+    char path[PATH_MAX + 1];
+    long const code = PlatformForkFailure(path, sizeof path);
+    return {code, fmt::format("the file \"{}\"", Printable(path))};
+}
+
+// What may not be read: a folder or a file, as far as that is known.
+std::string Forbidden(FilePermissionError const& error) {
+    if (std::string folder = FolderOf(error); !folder.empty()) return folder;
+    constexpr long notPermitted = -54, accessDenied = -5000;
+    ForkFailure failure = LastForkFailure();
+    return failure.code == notPermitted || failure.code == accessDenied ? failure.file : "it";
+}
+
+std::string Unreadable(ForkFailure const& failure) {
+    if (failure.code == 0) return "the file cannot be read";
+    return fmt::format("{} cannot be read: {}", failure.file, PlatformError(failure.code));
+}
+
 // Why the exception that is being handled was thrown.
 std::string Reason() {
     try {
         throw;
     } catch (FilePermissionError const& error) {
-        std::string const folder = FolderOf(error);
-        return (folder.empty() ? "it" : folder) + " may not be read";
+        return Forbidden(error) + " may not be read";
     } catch (FileLockError const&) {
         return "the file is locked";
     } catch (FileBusyError const&) {
@@ -117,7 +142,7 @@ std::string Reason() {
     } catch (FileNotOpenError const&) {
         return "the file is not open";
     } catch (FileIOError const&) {
-        return "the file cannot be read";
+        return Unreadable(LastForkFailure());
     } catch (ArithmeticOverflow const&) {
         return "the result is out of range";
     } catch (DivisionByZero const&) {

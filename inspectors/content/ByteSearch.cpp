@@ -1,98 +1,23 @@
 #include "content/ByteSearch.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
+#include <string_view>
+#include <tuple>
 #include <utility>
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
+#include "content/ByteBlocks.h"
 
 namespace Inspectors {
+
+using namespace std::string_view_literals;
 
 namespace {
 
 constexpr unsigned char kCR = 13;
 constexpr unsigned char kLF = 10;
-
-// So many bytes are looked at at one time; a mask has a bit for each, the lowest for the first.
-constexpr std::ptrdiff_t kBlock = 64;
-using Mask = std::uint64_t;
-
-#ifdef __SSE2__
-
-// A byte that 16 others are compared with.
-class Pattern {
-  public:
-    explicit Pattern(unsigned char byte) : copies(_mm_set1_epi8(static_cast<char>(byte))) {}
-    __m128i EqualAt(unsigned char const* place) const {
-        return _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<__m128i const*>(place)), copies);
-    }
-
-  private:
-    __m128i copies;
-};
-
-// The mask of a block by what is to be told of 16 bytes of it.
-template <class Compare>
-Mask MaskOf(unsigned char const* block, Compare const& compare) {
-    __m128i const first = compare(block), second = compare(block + 16);
-    __m128i const third = compare(block + 32), fourth = compare(block + 48);
-    __m128i const any = _mm_or_si128(_mm_or_si128(first, second), _mm_or_si128(third, fourth));
-    if (_mm_movemask_epi8(any) == 0) return 0;
-    auto const bits = [](__m128i equal) { return static_cast<Mask>(_mm_movemask_epi8(equal)); };
-    return bits(first) | bits(second) << 16 | bits(third) << 32 | bits(fourth) << 48;
-}
-
-Mask EqualTo(unsigned char const* block, Pattern const& pattern) {
-    return MaskOf(block, [&](unsigned char const* place) { return pattern.EqualAt(place); });
-}
-Mask EqualToEither(unsigned char const* block, Pattern const& one, Pattern const& other) {
-    return MaskOf(block, [&](unsigned char const* place) {
-        return _mm_or_si128(one.EqualAt(place), other.EqualAt(place));
-    });
-}
-// Where one byte stands, and the other so far behind it.
-Mask EqualToBoth(unsigned char const* block, Pattern const& one, Pattern const& other,
-                 std::ptrdiff_t behind) {
-    return MaskOf(block, [&](unsigned char const* place) {
-        return _mm_and_si128(one.EqualAt(place), other.EqualAt(place + behind));
-    });
-}
-
-#else
-
-struct Pattern {
-    explicit Pattern(unsigned char itsByte) : byte(itsByte) {}
-    bool EqualAt(unsigned char const* place) const { return *place == byte; }
-    unsigned char byte;
-};
-
-template <class Compare>
-Mask MaskOf(unsigned char const* block, Compare const& compare) {
-    Mask mask = 0;
-    for (std::ptrdiff_t i = 0; i < kBlock; ++i) mask |= Mask{compare(block + i)} << i;
-    return mask;
-}
-
-Mask EqualTo(unsigned char const* block, Pattern const& pattern) {
-    return MaskOf(block, [&](unsigned char const* place) { return pattern.EqualAt(place); });
-}
-Mask EqualToEither(unsigned char const* block, Pattern const& one, Pattern const& other) {
-    return MaskOf(block,
-                  [&](unsigned char const* place) { return one.EqualAt(place) || other.EqualAt(place); });
-}
-Mask EqualToBoth(unsigned char const* block, Pattern const& one, Pattern const& other,
-                 std::ptrdiff_t behind) {
-    return MaskOf(block, [&](unsigned char const* place) {
-        return one.EqualAt(place) && other.EqualAt(place + behind);
-    });
-}
-
-#endif
-
-bool IsLineEnd(unsigned char byte) { return byte == kCR || byte == kLF; }
 
 // Counts the endings of bytes that come in blocks.
 class EndingCounter {
@@ -111,13 +36,15 @@ class EndingCounter {
     unsigned char Open() const { return open; }
 
   private:
+    using Mask = std::uint64_t;
+
     // Zeros fill the block behind its `size` bytes, which stand at `place`.
     void Take(unsigned char const* block, unsigned char const* place, std::ptrdiff_t size) {
-        Mask const ends = EqualToEither(block, cr, lf);
+        Mask const returns = MaskOfBlock(block, [](auto* bytes) { return Load(bytes) == Repeat(kCR); });
+        Mask const feeds = MaskOfBlock(block, [](auto* bytes) { return Load(bytes) == Repeat(kLF); });
+        Mask const ends = returns | feeds;
         unsigned char const before = std::exchange(open, 0);
         if (ends == 0) return;
-        Mask const returns = EqualTo(block, cr);
-        Mask const feeds = ends ^ returns;
         Mask const seconds = SecondHalves((feeds & (returns << 1 | Mask{before == kCR})) |
                                           (returns & (feeds << 1 | Mask{before == kLF})));
         found.count += std::popcount(ends) - std::popcount(seconds);
@@ -137,52 +64,112 @@ class EndingCounter {
         return halves;
     }
 
-    Pattern const cr{kCR};
-    Pattern const lf{kLF};
     LineEndings found;
     unsigned char open = 0;
 };
 
+std::int64_t Count(unsigned char byte, ConstData bytes) {
+    constexpr int mostAtOnce = 255;  // as a byte can count
+    std::int64_t count = 0;
+    unsigned char const* place = bytes.begin();
+    while (bytes.end() - place >= kBlock) {
+        Sixteen counts{};
+        for (int taken = 0; taken + 4 <= mostAtOnce && bytes.end() - place >= kBlock; taken += 4) {
+            for (unsigned char const* end = place + kBlock; place != end; place += 16)
+                counts -= reinterpret_cast<Sixteen>(Load(place) == Repeat(byte));
+        }
+        for (int lane = 0; lane < 16; ++lane) count += counts[lane];
+    }
+    return count + std::count(place, bytes.end(), byte);
+}
+
+// The endings of bytes without CR.
+LineEndings FindFeeds(ConstData bytes) {
+    void const* const last = bytes.Empty() ? nullptr : memrchr(bytes.begin(), kLF, bytes.Size());
+    if (last == nullptr) return {};
+    unsigned char const* const end = static_cast<unsigned char const*>(last) + 1;
+    return {Count(kLF, {bytes.begin(), end}), end};
+}
+
+// How common bytes are in texts: 0 for those that are not, up to 255.
+constexpr std::array<unsigned char, 256> Commonness() {
+    constexpr std::string_view mostCommonFirst = " \0etaoinsrhldcumfpgwybvk0123456789.-:/,_\"=()[]xjqz\t"sv;
+    std::array<unsigned char, 256> result{};
+    for (std::size_t i = 0; i < mostCommonFirst.size(); ++i)
+        result[static_cast<unsigned char>(mostCommonFirst[i])] = static_cast<unsigned char>(255 - i);
+    return result;
+}
+
+// The two bytes of a text, by their places in it, that are the least common ones.
+std::pair<std::ptrdiff_t, std::ptrdiff_t> LeastCommon(ConstData text) {
+    static constexpr auto commonness = Commonness();
+    unsigned char const* const first = text.begin();
+    std::ptrdiff_t least = 0, next = 1;
+    if (commonness[first[next]] < commonness[first[least]]) std::swap(least, next);
+    for (std::ptrdiff_t i = 2; i < static_cast<std::ptrdiff_t>(text.Size()); ++i) {
+        if (commonness[first[i]] >= commonness[first[next]]) continue;
+        next = i;
+        if (commonness[first[next]] < commonness[first[least]]) std::swap(least, next);
+    }
+    return {least, next};
+}
+
 }  // namespace
 
-unsigned char const* FindText(ConstData bytes, ConstData text) {
-    auto const size = static_cast<std::ptrdiff_t>(text.Size());
-    if (size == 0) return bytes.begin();
-    auto const positions = static_cast<std::ptrdiff_t>(bytes.Size()) - size + 1;
-    if (positions <= 0) return nullptr;
-    unsigned char const* place = bytes.begin();
-    unsigned char const* const end = place + positions;
-    std::size_t const between = static_cast<std::size_t>(std::max<std::ptrdiff_t>(size - 2, 0));
-    auto const stands = [&](unsigned char const* at) {
-        return std::memcmp(at + 1, text.begin() + 1, between) == 0;
-    };
-    Pattern const first(*text.begin()), last(*(text.end() - 1));
-    auto const findInBlock = [&](unsigned char const* block) -> unsigned char const* {
-        for (Mask mask = EqualToBoth(block, first, last, size - 1); mask != 0; mask &= mask - 1)
-            if (unsigned char const* at = block + std::countr_zero(mask); stands(at)) return at;
-        return nullptr;
-    };
-    for (; end - place >= kBlock; place += kBlock)
-        if (unsigned char const* found = findInBlock(place)) return found;
-    // The last block overlaps the one before, in which nothing was found.
-    if (positions >= kBlock) return place == end ? nullptr : findInBlock(end - kBlock);
-    for (; place != end; ++place)
-        if (*place == *text.begin() && place[size - 1] == *(text.end() - 1) && stands(place)) return place;
+bool IsLineEnd(unsigned char byte) { return byte == kCR || byte == kLF; }
+
+// At each position two bytes are compared, at many positions at one time; where both are right, all of them.
+
+TextFinder::TextFinder(ConstData itsText) : text(itsText) {
+    if (text.Size() > 1) std::tie(first, second) = LeastCommon(text);
+}
+
+[[gnu::always_inline]] inline unsigned char const* TextFinder::FindInBlock(unsigned char const* block) const {
+    Sixteen const firstByte = Repeat(text.begin()[first]), secondByte = Repeat(text.begin()[second]);
+    std::uint64_t mask = MaskOfBlock(block, [&](unsigned char const* place) {
+        return (Load(place + first) == firstByte) & (Load(place + second) == secondByte);
+    });
+    for (; mask != 0; mask &= mask - 1) {
+        unsigned char const* const place = block + std::countr_zero(mask);
+        if (std::memcmp(place, text.begin(), text.Size()) == 0) return place;
+    }
     return nullptr;
+}
+
+unsigned char const* TextFinder::FindIn(ConstData bytes) const {
+    if (text.Empty()) return bytes.begin();
+    if (bytes.Size() < text.Size()) return nullptr;
+    if (text.Size() == 1)
+        return static_cast<unsigned char const*>(std::memchr(bytes.begin(), *text.begin(), bytes.Size()));
+    unsigned char const* place = bytes.begin();
+    unsigned char const* const end = bytes.end() - text.Size() + 1;  // of the positions
+    if (end - place < kBlock) {
+        place = std::search(place, bytes.end(), text.begin(), text.end());
+        return place == bytes.end() ? nullptr : place;
+    }
+    for (; end - place >= kBlock; place += kBlock)
+        if (unsigned char const* found = FindInBlock(place)) return found;
+    // The last block overlaps the one before, in which there was nothing.
+    return place == end ? nullptr : FindInBlock(end - kBlock);
 }
 
 unsigned char const* FindLineEnd(ConstData bytes) {
     unsigned char const* place = bytes.begin();
-    Pattern const cr(kCR), lf(kLF);
-    for (; bytes.end() - place >= kBlock; place += kBlock)
-        if (Mask const ends = EqualToEither(place, cr, lf); ends != 0) return place + std::countr_zero(ends);
+    for (; bytes.end() - place >= kBlock; place += kBlock) {
+        std::uint64_t const ends = MaskOfBlock(place, [](unsigned char const* at) {
+            return (Load(at) == Repeat(kCR)) | (Load(at) == Repeat(kLF));
+        });
+        if (ends != 0) return place + std::countr_zero(ends);
+    }
     return std::find_if(place, bytes.end(), IsLineEnd);
 }
 
 LineEndings FindLineEndings(ConstData bytes, bool othersMayFollow) {
-    EndingCounter counter;
     bool const isLastUndecided = othersMayFollow && !bytes.Empty() && IsLineEnd(*(bytes.end() - 1));
-    counter.TakeAll(isLastUndecided ? ConstData(bytes.begin(), bytes.end() - 1) : bytes);
+    ConstData const decided(bytes.begin(), bytes.end() - (isLastUndecided ? 1 : 0));
+    if (bytes.Empty() || std::memchr(bytes.begin(), kCR, bytes.Size()) == nullptr) return FindFeeds(decided);
+    EndingCounter counter;
+    counter.TakeAll(decided);
     LineEndings found = counter.Found();
     // The last byte may yet be the second half of an ending that is complete with it.
     if (isLastUndecided && counter.Open() != 0 && counter.Open() != *(bytes.end() - 1))

@@ -8,9 +8,24 @@
 
 namespace Inspectors {
 
-/// The first place in `bytes` where all of `text` stands; null when there is none. The empty text stands at
-/// the front.
-unsigned char const* FindText(ConstData bytes, ConstData text);
+/// Looks for a text, which must outlive it.
+class TextFinder {
+  public:
+    explicit TextFinder(ConstData text);
+
+    /// The first place in `bytes` where all of the text stands; null when there is none. The empty text
+    /// stands at the front.
+    unsigned char const* FindIn(ConstData bytes) const;
+    std::size_t TextSize() const { return text.Size(); }
+
+  private:
+    unsigned char const* FindInBlock(unsigned char const* block) const;
+
+    ConstData text;
+    std::ptrdiff_t first = 0, second = 0;  // the two places in the text that are compared first
+};
+
+bool IsLineEnd(unsigned char byte);
 
 /// The first CR or LF; the end of the bytes when there is none.
 unsigned char const* FindLineEnd(ConstData bytes);

@@ -29,12 +29,13 @@ bool Search(file const& object, CaseMode mode, ConstData text) {
     FileReadingPath path;
     path.OpenInternal(object, kToRead);
     FileReadingLoop loop(buffer, path, 0);
+    Inspectors::TextFinder const finder(text);
     bool isFound = false;
     for (unsigned char const* start = buffer.begin(); loop.Remaining() != 0 && !isFound; ++loop) {
         Fold(mode, {buffer.begin(), loop.Chunk().Size()});
         ConstData const span(start, loop.Chunk().end());
         if (span.Size() < text.Size()) return false;
-        isFound = Inspectors::FindText(span, text) != nullptr;
+        isFound = finder.FindIn(span) != nullptr;
         std::memmove(work.get(), span.end() - overlap, overlap);
         start = work.get();
         Trickle();

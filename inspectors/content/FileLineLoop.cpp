@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 #include "content/ByteSearch.h"
 
 using Inspectors::FindLineEndings;
+using Inspectors::IsLineEnd;
 using Inspectors::LineEndings;
+using Inspectors::TextFinder;
 
 /// Bytes of the fork beyond those in the scanner's buffer: what passes over many lines in one go does not
 /// read each bufferful by itself.
@@ -23,23 +26,40 @@ class FileLineLoop::ReadAhead {
             ConstData const taken(unread.begin(), std::min(unread.Size(), buffer.Room().Size()));
             buffer << taken;
             reader.Skip(taken.Size());
-            unread = {taken.end(), unread.end()};
+            unread = {unread.begin() + taken.Size(), unread.end()};
         }
     }
 
+    /// Puts a copy of a buffer right before the bytes that were not taken yet. Returns where it begins, or
+    /// null where there is no room.
+    unsigned char* PutBefore(ConstData buffer) {
+        if (unread.Empty() || buffer.Size() > kRoom) return nullptr;
+        return static_cast<unsigned char*>(
+            std::memcpy(unread.begin() - buffer.Size(), buffer.begin(), buffer.Size()));
+    }
+    unsigned char* End() const { return unread.end(); }
+    /// Takes all bytes up to a place.
+    void TakeUntil(MacintoshPlatform::FileReader const& reader, unsigned char* place) {
+        reader.Skip(static_cast<unsigned long>(place - unread.begin()));
+        unread = {place, unread.end()};
+    }
+
   private:
+    static constexpr std::size_t kRoom = 2048;
+    static constexpr std::size_t kMost = 65536;
+
     // Blocks begin small: the end of the passing may be near.
     bool ReadBlock(MacintoshPlatform::FileReader ahead, std::size_t atLeast) {
-        size = std::min(std::max(atLeast, 2 * size), sizeof bytes);
-        Buffer block(Data(bytes, size));
+        size = std::min(std::max(atLeast, 2 * size), kMost);
+        Buffer block(Data(bytes + kRoom, size));
         ahead >> block;
-        unread = block.Written();
+        unread = {bytes + kRoom, block.Written().Size()};
         return !unread.Empty();
     }
 
     std::size_t size = 0;
-    ConstData unread;
-    unsigned char bytes[65536];
+    Data unread;
+    unsigned char bytes[kRoom + kMost];
 };
 
 FileLineLoop::FileLineLoop(Data room)
@@ -94,10 +114,9 @@ unsigned char const* FileLineLoop::FindLineEnd(ConstData bytes) { return Inspect
 
 ConstData FileLineLoop::InitialLineEnding(ConstData bytes, bool atEnd) {
     unsigned char const* const first = bytes.begin();
-    auto const isLineEnd = [](unsigned char byte) { return byte == '\r' || byte == '\n'; };
     if (bytes.Size() == 1) return {first, atEnd ? first + 1 : first};
     if (bytes.Empty()) return bytes;
-    return {first, first[1] != first[0] && isLineEnd(first[1]) ? first + 2 : first + 1};
+    return {first, first[1] != first[0] && IsLineEnd(first[1]) ? first + 2 : first + 1};
 }
 
 // ---- Many lines at once
@@ -120,6 +139,7 @@ void FileLineLoop::Pass(std::int64_t lines, PassedLines& passed) {
     ReadAhead ahead;
     std::int64_t const last = passed.lines + lines;
     while (passed.lines < last && !IsExhausted()) {
+        PassBufferfuls(nullptr, last - passed.lines, passed, ahead);
         LineEndings const complete = FindLineEndings({line.begin(), dataEnd}, !IsAllRead());
         if (complete.count > last - passed.lines) break;
         complete.count == 0 ? GoPastCurrent(passed, &ahead) : GoPast(complete, passed, &ahead);
@@ -128,22 +148,26 @@ void FileLineLoop::Pass(std::int64_t lines, PassedLines& passed) {
 }
 
 void FileLineLoop::PassUntil(ConstData text, PassedLines& passed) {
-    if (!IsExhausted() && !PassBufferful(text, passed, nullptr)) PassFarther(text, passed);
+    TextFinder const finder(text);
+    bool const mayStandInALine = FindLineEnd(text) == text.end();
+    TextFinder const* const used = mayStandInALine ? &finder : nullptr;
+    if (!IsExhausted() && !PassBufferful(used, passed, nullptr)) PassFarther(used, passed);
 }
 
 // Apart, so that its room on the stack is there only when it is needed.
-void FileLineLoop::PassFarther(ConstData text, PassedLines& passed) {
+void FileLineLoop::PassFarther(TextFinder const* finder, PassedLines& passed) {
     ReadAhead ahead;
-    while (!IsExhausted() && !PassBufferful(text, passed, &ahead)) {
+    while (!IsExhausted()) {
+        PassBufferfuls(finder, std::numeric_limits<std::int64_t>::max(), passed, ahead);
+        if (PassBufferful(finder, passed, &ahead)) return;
     }
 }
 
 // Goes to the line in the buffer that contains the text and returns true; where there is none, goes on to the
-// first that is not complete there.
-bool FileLineLoop::PassBufferful(ConstData text, PassedLines& passed, ReadAhead* ahead) {
+// first that is not complete there. Without a finder there is none.
+bool FileLineLoop::PassBufferful(TextFinder const* finder, PassedLines& passed, ReadAhead* ahead) {
     ConstData const rest(line.begin(), dataEnd);
-    bool const mayStandInALine = FindLineEnd(text) == text.end();
-    unsigned char const* const found = mayStandInALine ? Inspectors::FindText(rest, text) : nullptr;
+    unsigned char const* const found = finder != nullptr ? finder->FindIn(rest) : nullptr;
     LineEndings const before = found != nullptr ? FindLineEndings({rest.begin(), found}, false)
                                                 : FindLineEndings(rest, !IsAllRead());
     if (before.count != 0) {
@@ -152,6 +176,39 @@ bool FileLineLoop::PassBufferful(ConstData text, PassedLines& passed, ReadAhead*
         GoPastCurrent(passed, ahead);
     }
     return found != nullptr;
+}
+
+// Goes past bufferfuls without the text and with at most so many lines, as long as the bytes of the next one
+// were read ahead: the buffer is moved over them as a window, and filled where it comes to rest.
+void FileLineLoop::PassBufferfuls(TextFinder const* finder, std::int64_t most, PassedLines& passed,
+                                  ReadAhead& ahead) {
+    bool const isFullOfLines = line.begin() == buffer.begin() && dataEnd == buffer.end();
+    unsigned char* const first = isFullOfLines ? ahead.PutBefore(buffer) : nullptr;
+    if (first == nullptr) return;
+    auto const size = static_cast<std::ptrdiff_t>(buffer.Size());
+    unsigned char* window = first;
+    unsigned char* unsearched = first;  // a text that stands before it has been seen
+    while (reader.HasUnread(window - first)) {
+        unsigned char* const end = window + size;
+        if (finder != nullptr && finder->FindIn({unsearched, end}) != nullptr) break;
+        LineEndings const complete = FindLineEndings({window, end}, true);
+        if (complete.count == 0 || complete.count > most) break;
+        std::ptrdiff_t const linesSize = complete.end - window;
+        bool const losesByte = linesSize != size && IsLineEnd(end[-1]);
+        unsigned char* const next = window + linesSize + (losesByte ? 1 : 0);
+        if (ahead.End() - next < size) break;
+        // The line that goes on in the next bufferful moves up to it over the byte that is lost.
+        if (losesByte) std::memmove(next, next - 1, static_cast<std::size_t>(end - next));
+        unsearched = finder == nullptr || losesByte ? next : std::max(next, end - finder->TextSize() + 1);
+        most -= complete.count;
+        passed.lines += complete.count;
+        passed.bytes += static_cast<std::uint32_t>(linesSize);
+        window = next;
+    }
+    if (window == first) return;
+    std::memcpy(buffer.begin(), window, buffer.Size());
+    ahead.TakeUntil(reader, window + size);
+    ScanForLine(buffer.begin(), buffer.begin());
 }
 
 SharingPtr<FileLineLoop> MakeFileLineLoop(Data buffer, MacintoshPlatform::FileReadingPath const& path) {

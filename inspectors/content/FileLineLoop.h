@@ -65,8 +65,10 @@ class FileLineLoop {
     bool IsAllRead() const { return cameToEnd || !reader.HasUnread(); }
     void GoPast(Inspectors::LineEndings const& endings, PassedLines& passed, ReadAhead* ahead);
     void GoPastCurrent(PassedLines& passed, ReadAhead* ahead);
-    bool PassBufferful(ConstData text, PassedLines& passed, ReadAhead* ahead);
-    [[gnu::noinline]] void PassFarther(ConstData text, PassedLines& passed);
+    bool PassBufferful(Inspectors::TextFinder const* finder, PassedLines& passed, ReadAhead* ahead);
+    [[gnu::noinline]] void PassFarther(Inspectors::TextFinder const* finder, PassedLines& passed);
+    void PassBufferfuls(Inspectors::TextFinder const* finder, std::int64_t most, PassedLines& passed,
+                        ReadAhead& ahead);
 
     Data buffer;
     MacintoshPlatform::FileReader reader;

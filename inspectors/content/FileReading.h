@@ -65,8 +65,10 @@ class FileReader {
 
     /// Where the next read begins.
     long long Position() const { return position; }
-    /// Whether that is before the end, as it was at the start.
-    bool HasUnread() const { return position < static_cast<long long>(length); }
+    /// Whether that, or so many bytes further on, is before the end as it was at the start.
+    bool HasUnread(long long further = 0) const {
+        return position + further < static_cast<long long>(length);
+    }
     /// Goes on past bytes that were had otherwise.
     void Skip(unsigned long bytes) const { position += static_cast<long long>(bytes); }
 

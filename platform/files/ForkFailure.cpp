@@ -3,6 +3,8 @@
 #include <Carbon/MacErrors.h>
 #include <Platform/Items.h>
 
+#include <string>
+
 #include "foundation/CutText.h"
 
 namespace Platform {
@@ -27,6 +29,7 @@ void ForgetForkFailure() { last = {}; }
 }  // namespace Platform
 
 OSErr PlatformForkFailure(char* buffer, UInt32 size) {
-    Platform::CopyCut(Platform::last.file.Text(), buffer, size);
-    return Platform::last.code;
+    auto const& [code, file] = Platform::last;
+    Platform::CopyCut(file.IsNone() ? std::string() : file.Text(), buffer, size);
+    return code;
 }

@@ -201,7 +201,11 @@ OSErr FSReadFork(SInt16 forkRefNum, UInt16 positionMode, SInt64 positionOffset, 
 OSErr FSSetForkPosition(SInt16 forkRefNum, UInt16 positionMode, SInt64 positionOffset) {
     return Guarded<OSErr>(memFullErr, [&]() -> OSErr {
         SharedFork const fork = Forks::Shared().Find(forkRefNum);
-        return fork ? Locate(*fork, positionMode, positionOffset, fork->mark) : OSErr{rfNumErr};
+        if (!fork) return rfNumErr;
+        SInt64 position = 0;
+        OSErr const error = Locate(*fork, positionMode, positionOffset, position);
+        if (error == noErr) fork->mark = position;
+        return error;
     });
 }
 

@@ -189,6 +189,28 @@ TEST(Command, ATinyTimeLimitIsReached) {
               4);
 }
 
+TEST(Command, KeepsLinesOfMoreFilesThanAProcessMayOpenAtFirst) {
+    TemporaryFolder const folder;
+    for (int i = 0; i < 100; ++i) folder.Write("f" + std::to_string(i), "line\nnext " + std::to_string(i));
+    std::string const lines = "sorted values of lines 1 of files of folder \"" + folder.Path() + '"';
+    std::string const query = "number of next lines of " + lines;
+    Ran const ran = RunProgram({"/bin/sh", "-c", "ulimit -Sn 64 && exec \"$0\" \"$1\"", Zelq(), query});
+    EXPECT_EQ("", ran.err);
+    EXPECT_EQ("100\n", ran.out);
+}
+
+TEST(Command, NamesTheFileThatCannotBeRead) {
+    // A process may open its own memory, and at offset 0 there is none.
+    Ran const ran = RunZelq({"lines of file \"/proc/self/mem\""});
+    EXPECT_EQ(
+        "error: \"line\" failed: the file \"/proc/self/mem\" cannot be read: the platform's error -36 (input "
+        "or "
+        "output error)\n"
+        "  lines of file \"/proc/self/mem\"\n  ^~~~~\n",
+        ran.err);
+    EXPECT_EQ(1, ran.status);
+}
+
 TEST(Command, ARepeatedComplaintIsToldOnceWithItsCount) {
     std::string const library = TestLibrary("RepeatingInspectors");
     Ran ran = RunZelq({"--inspectors", library, "1"});

@@ -119,6 +119,18 @@ TEST(Ascii, FoldsLettersOnly) {
     EXPECT_EQ("", Raised(""));
 }
 
+TEST(Ascii, FoldsEveryByteAtEveryPlaceOfALongText) {
+    std::string text, raised, lowered;
+    for (int i = 0; i < 600; ++i) {
+        auto const byte = static_cast<char>(i * 7);
+        text += byte;
+        raised += byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 32) : byte;
+        lowered += byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : byte;
+        EXPECT_EQ(raised, Raised(text)) << i;
+        EXPECT_EQ(lowered, LoweredInPlace(text)) << i;
+    }
+}
+
 TEST(Ascii, RefusesATargetThatIsTooSmallAndWritesNothing) {
     unsigned char target[] = "...";
     EXPECT_THROW(Ascii::RaiseCase("abcd", Data(target, 3)), DataOverflow);
