@@ -276,6 +276,20 @@ TEST_F(LineLoop, PassesUntilTheTextWhichMayBeInTheLineAtHand) {
     EXPECT_TRUE(loop.IsExhausted());
 }
 
+TEST_F(LineLoop, PassingWholeBufferfulsEndsBeforeALineThatFillsTheNext) {
+    for (std::int64_t bufferfuls = 1; bufferfuls < 40; ++bufferfuls) {
+        std::string bytes;
+        for (std::int64_t lines = 128 * bufferfuls; lines > 0; --lines) bytes += A(14) + "\r\n";
+        auto const path = Open(bytes + std::string(5000, 'b'));
+        FileLineLoop loop(Room(), *path, 0);
+        PassedLines passed;
+        loop.Pass(128 * bufferfuls, passed);
+        EXPECT_EQ(128 * bufferfuls, passed.lines);
+        EXPECT_EQ(2048 * bufferfuls, passed.bytes);
+        EXPECT_EQ((Cut{std::string(2048, 'b'), ""}), At(loop));
+    }
+}
+
 TEST_F(LineLoop, PassingLeavesTheSameAsSingleSteps) {
     RandomFiles random(4);
     for (int i = 0; i < 2000 && !HasFailure(); ++i) {
