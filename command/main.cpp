@@ -143,10 +143,10 @@ int Run(Options const& options, Output& output, Messages const& messages) {
 
 int main(int argc, char** argv) {
     Command::AllowOpenFiles();
+    Command::Output output;
     int status = Command::kAnswered;
     auto options = Command::ReadOptions(argc, argv, status);
     Command::Messages const messages(options && options->errorsAsJson);
-    Command::Output output;
     if (options) status = Command::Run(*options, output, messages);
     output.Flush();
     return Command::StatusOfOutput(output.Error(), status, messages);

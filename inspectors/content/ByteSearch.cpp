@@ -69,14 +69,17 @@ class EndingCounter {
 };
 
 std::int64_t Count(unsigned char byte, ConstData bytes) {
-    constexpr int mostAtOnce = 255;  // as a byte can count
+    constexpr std::ptrdiff_t mostBlocks = 63;  // each adds 4 at most to a count of one byte
+    Sixteen const pattern = Repeat(byte);
     std::int64_t count = 0;
     unsigned char const* place = bytes.begin();
     while (bytes.end() - place >= kBlock) {
+        unsigned char const* const end = place + kBlock * std::min((bytes.end() - place) / kBlock, mostBlocks);
         Sixteen counts{};
-        for (int taken = 0; taken + 4 <= mostAtOnce && bytes.end() - place >= kBlock; taken += 4) {
-            for (unsigned char const* end = place + kBlock; place != end; place += 16)
-                counts -= reinterpret_cast<Sixteen>(Load(place) == Repeat(byte));
+        for (; place != end; place += kBlock) {
+            Outcome const pair = (Load(place) == pattern) + (Load(place + 16) == pattern);
+            Outcome const other = (Load(place + 32) == pattern) + (Load(place + 48) == pattern);
+            counts -= reinterpret_cast<Sixteen>(pair + other);
         }
         for (int lane = 0; lane < 16; ++lane) count += counts[lane];
     }

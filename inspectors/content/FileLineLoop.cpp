@@ -139,11 +139,10 @@ void FileLineLoop::Pass(std::int64_t lines, PassedLines& passed) {
     ReadAhead ahead;
     std::int64_t const last = passed.lines + lines;
     while (passed.lines < last && !IsExhausted()) {
-        PassBufferfuls(nullptr, last - passed.lines, passed, ahead);
-        std::int64_t const left = last - passed.lines;
         LineEndings const complete = FindLineEndings({line.begin(), dataEnd}, !IsAllRead());
-        if (left == 0 || complete.count > left) break;
+        if (complete.count > last - passed.lines) break;
         complete.count == 0 ? GoPastCurrent(passed, &ahead) : GoPast(complete, passed, &ahead);
+        PassBufferfuls(nullptr, last - passed.lines, passed, ahead);
     }
     while (passed.lines < last && !IsExhausted()) GoPastCurrent(passed, &ahead);
 }

@@ -17,6 +17,8 @@ using Inspectors::TextFinder;
 
 namespace {
 
+unsigned char const* FindText(ConstData bytes, ConstData text) { return TextFinder(text).FindIn(bytes); }
+
 bool IsLineEnd(char byte) { return byte == '\r' || byte == '\n'; }
 
 // A copy of bytes that the address sanitizer guards, so many bytes behind the beginning of its memory.
