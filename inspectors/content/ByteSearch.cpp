@@ -74,7 +74,8 @@ std::int64_t Count(unsigned char byte, ConstData bytes) {
     std::int64_t count = 0;
     unsigned char const* place = bytes.begin();
     while (bytes.end() - place >= kBlock) {
-        unsigned char const* const end = place + kBlock * std::min((bytes.end() - place) / kBlock, mostBlocks);
+        unsigned char const* const end =
+            place + kBlock * std::min((bytes.end() - place) / kBlock, mostBlocks);
         Sixteen counts{};
         for (; place != end; place += kBlock) {
             Outcome const pair = (Load(place) == pattern) + (Load(place + 16) == pattern);

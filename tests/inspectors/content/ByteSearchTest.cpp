@@ -39,8 +39,6 @@ class Guarded {
     std::size_t size;
 };
 
-unsigned char const* FindText(ConstData bytes, ConstData text) { return TextFinder(text).FindIn(bytes); }
-
 std::ptrdiff_t PlainlyFindText(std::string_view bytes, std::string_view text) {
     std::size_t const found = bytes.find(text);
     return found == std::string_view::npos ? -1 : static_cast<std::ptrdiff_t>(found);

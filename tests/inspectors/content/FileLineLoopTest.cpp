@@ -313,3 +313,29 @@ TEST_F(LineLoop, PassingLeavesTheSameAsSingleSteps) {
         EXPECT_TRUE(loop.IsExhausted());
     }
 }
+
+TEST_F(LineLoop, PassingUntilATextLeavesTheSameAsSingleSteps) {
+    RandomFiles random(5);
+    for (int i = 0; i < 3000 && !HasFailure(); ++i) {
+        std::string const bytes = random.OneIn(2) ? random.EndingAtBufferEnds(100) : random.Small();
+        std::string const text = random.TextFor(bytes);
+        std::size_t const size = 20 + random.Below(90);
+        auto const path = Open(bytes);
+        FileLineLoop loop(Room(size), *path, 0);
+        Transcription::Scanner scanner(bytes, size, 0);
+        while (!scanner.IsExhausted() && !HasFailure()) {
+            PassedLines passed, expected;
+            for (; !scanner.IsExhausted() && scanner.Line().find(text) == std::string::npos; ++scanner) {
+                ++expected.lines;
+                expected.bytes += scanner.CurrentLineLength();
+            }
+            loop.PassUntil(DataOf(text), passed);
+            EXPECT_EQ(expected.lines, passed.lines) << Dump(text) << ", " << Dump(bytes) << " in " << size;
+            EXPECT_EQ(expected.bytes, passed.bytes) << Dump(text) << ", " << Dump(bytes) << " in " << size;
+            EXPECT_EQ((Cut{scanner.Line(), scanner.Ending()}), At(loop)) << Dump(bytes) << " in " << size;
+            ++scanner;
+            ++loop;
+        }
+        EXPECT_TRUE(loop.IsExhausted());
+    }
+}
