@@ -3,6 +3,7 @@
 // What the line and section inspectors answer, as the transcription of their rules tells it.
 
 #include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -99,3 +100,10 @@ template <class Answer>
 std::string Show(std::optional<Answer> const& answer) {
     return answer ? Show(*answer) : "nothing";
 }
+
+namespace Transcription {
+
+inline std::ostream& operator<<(std::ostream& out, Line const& line) { return out << Show(line); }
+inline std::ostream& operator<<(std::ostream& out, Section const& section) { return out << Show(section); }
+
+}  // namespace Transcription

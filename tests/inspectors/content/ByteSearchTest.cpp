@@ -82,7 +82,7 @@ void ExpectSameEndings(std::string_view bytes, std::size_t offset = 0) {
 
 }  // namespace
 
-TEST(FindText, FindsTheTextAtEveryOffsetInEveryLength) {
+TEST(TextFinder, FindsTheTextAtEveryOffsetInEveryLength) {
     for (std::size_t length = 0; length <= 200; ++length) {
         for (std::size_t size : {1, 2, 3, 16, 64, 65}) {
             for (std::size_t at = 0; at + size <= length; ++at) {
@@ -98,7 +98,7 @@ TEST(FindText, FindsTheTextAtEveryOffsetInEveryLength) {
     }
 }
 
-TEST(FindText, DoesNotFindWhatIsNearlyThere) {
+TEST(TextFinder, DoesNotFindWhatIsNearlyThere) {
     for (std::size_t length = 1; length <= 200; ++length) {
         for (std::size_t size : {2, 3, 17, 64}) {
             // Everywhere the beginning and the end of the text, but not what is between.
@@ -113,26 +113,36 @@ TEST(FindText, DoesNotFindWhatIsNearlyThere) {
     }
 }
 
-TEST(FindText, FindsTheFirstOfMany) {
+TEST(TextFinder, FindsTheFirstOfMany) {
     Guarded const bytes(std::string(150, '-') + std::string(80, 'a'));
     EXPECT_EQ(150, bytes.OffsetOf(FindText(bytes, Guarded("aaa"))));
 }
 
-TEST(FindText, FindsTheEmptyTextAtTheFront) {
+TEST(TextFinder, FindsTheEmptyTextAtTheFront) {
     Guarded const bytes("abc");
     EXPECT_EQ(0, bytes.OffsetOf(FindText(bytes, {})));
     Guarded const empty("");
     EXPECT_EQ(0, empty.OffsetOf(FindText(empty, Guarded(""))));
 }
 
-TEST(FindText, DoesNotFindWhatIsLonger) {
+TEST(TextFinder, DoesNotFindWhatIsLonger) {
     Guarded const bytes("abc");
     EXPECT_EQ(nullptr, FindText(bytes, Guarded("abcd")));
     EXPECT_EQ(nullptr, FindText({}, Guarded("a")));
     EXPECT_EQ(nullptr, FindText(bytes, Guarded(std::string(5000, 'a'))));
 }
 
-TEST(FindText, ComparesAllBytesAndBytesOfAllValues) {
+TEST(TextFinder, FindsAgainAndAgain) {
+    Guarded const text("common and rare: q");
+    TextFinder const finder(text);
+    EXPECT_EQ(18u, finder.TextSize());
+    for (std::size_t at : {0, 1, 63, 64, 100}) {
+        Guarded const bytes(std::string(at, 'q') + "common and rare: q" + std::string(at, 'c'));
+        EXPECT_EQ(static_cast<std::ptrdiff_t>(at), bytes.OffsetOf(finder.FindIn(bytes)));
+    }
+}
+
+TEST(TextFinder, ComparesAllBytesAndBytesOfAllValues) {
     for (int value = 0; value < 256; ++value) {
         std::string bytes(130, static_cast<char>(value ^ 0x80));
         bytes[129] = static_cast<char>(value);
@@ -142,7 +152,7 @@ TEST(FindText, ComparesAllBytesAndBytesOfAllValues) {
     }
 }
 
-TEST(FindText, FindsWhatAPlainLoopFinds) {
+TEST(TextFinder, FindsWhatAPlainLoopFinds) {
     std::mt19937 random(1);
     for (int i = 0; i < 20000; ++i) {
         std::string bytes(random() % 201, '\0'), text(random() % (i % 2 == 0 ? 5 : 70), '\0');
@@ -212,12 +222,21 @@ TEST(FindLineEndings, CountsRunsOfEveryLengthFromEveryOffset) {
     }
 }
 
+TEST(FindLineEndings, CountsMoreThanAByteCanCount) {
+    for (std::string const ending : {"\n", "\r", "\r\n"}) {
+        std::string bytes;
+        for (int i = 0; i < 20000; ++i) bytes += (i % 3 == 0 ? "a" : "") + ending;
+        ExpectSameEndings(bytes);
+    }
+}
+
 TEST(FindLineEndings, CountsWhatAPlainLoopCounts) {
     std::mt19937 random(2);
     for (int i = 0; i < 20000 && !HasFailure(); ++i) {
         std::string bytes(random() % (i % 10 == 0 ? 2100 : 201), '\0');
-        std::size_t const kinds = 2 + random() % 6;
-        for (char& byte : bytes) byte = "\r\nabcdef"[random() % kinds];
+        std::size_t const kinds = 1 + random() % 7;
+        for (char& byte : bytes) byte = "\n\rabcdef"[random() % kinds];
+        if (i % 3 == 0) std::replace(bytes.begin(), bytes.end(), '\r', 'a');
         ExpectSameEndings(bytes, random() % 16);
     }
 }

@@ -276,6 +276,20 @@ TEST_F(LineLoop, PassesUntilTheTextWhichMayBeInTheLineAtHand) {
     EXPECT_TRUE(loop.IsExhausted());
 }
 
+TEST_F(LineLoop, PassingWholeBufferfulsEndsBeforeALineThatFillsTheNext) {
+    for (std::int64_t bufferfuls = 1; bufferfuls < 40; ++bufferfuls) {
+        std::string bytes;
+        for (std::int64_t lines = 128 * bufferfuls; lines > 0; --lines) bytes += A(14) + "\r\n";
+        auto const path = Open(bytes + std::string(5000, 'b'));
+        FileLineLoop loop(Room(), *path, 0);
+        PassedLines passed;
+        loop.Pass(128 * bufferfuls, passed);
+        EXPECT_EQ(128 * bufferfuls, passed.lines);
+        EXPECT_EQ(2048 * bufferfuls, passed.bytes);
+        EXPECT_EQ((Cut{std::string(2048, 'b'), ""}), At(loop));
+    }
+}
+
 TEST_F(LineLoop, PassingLeavesTheSameAsSingleSteps) {
     RandomFiles random(4);
     for (int i = 0; i < 2000 && !HasFailure(); ++i) {
@@ -295,6 +309,32 @@ TEST_F(LineLoop, PassingLeavesTheSameAsSingleSteps) {
             EXPECT_EQ(expected.lines, passed.lines) << Dump(bytes) << " in " << size;
             EXPECT_EQ(expected.bytes, passed.bytes) << Dump(bytes) << " in " << size;
             EXPECT_EQ((Cut{scanner.Line(), scanner.Ending()}), At(loop)) << Dump(bytes) << " in " << size;
+        }
+        EXPECT_TRUE(loop.IsExhausted());
+    }
+}
+
+TEST_F(LineLoop, PassingUntilATextLeavesTheSameAsSingleSteps) {
+    RandomFiles random(5);
+    for (int i = 0; i < 3000 && !HasFailure(); ++i) {
+        std::string const bytes = random.OneIn(2) ? random.EndingAtBufferEnds(100) : random.Small();
+        std::string const text = random.TextFor(bytes);
+        std::size_t const size = 20 + random.Below(90);
+        auto const path = Open(bytes);
+        FileLineLoop loop(Room(size), *path, 0);
+        Transcription::Scanner scanner(bytes, size, 0);
+        while (!scanner.IsExhausted() && !HasFailure()) {
+            PassedLines passed, expected;
+            for (; !scanner.IsExhausted() && scanner.Line().find(text) == std::string::npos; ++scanner) {
+                ++expected.lines;
+                expected.bytes += scanner.CurrentLineLength();
+            }
+            loop.PassUntil(DataOf(text), passed);
+            EXPECT_EQ(expected.lines, passed.lines) << Dump(text) << ", " << Dump(bytes) << " in " << size;
+            EXPECT_EQ(expected.bytes, passed.bytes) << Dump(text) << ", " << Dump(bytes) << " in " << size;
+            EXPECT_EQ((Cut{scanner.Line(), scanner.Ending()}), At(loop)) << Dump(bytes) << " in " << size;
+            ++scanner;
+            ++loop;
         }
         EXPECT_TRUE(loop.IsExhausted());
     }

@@ -64,7 +64,7 @@ std::string RandomFiles::EndingAtBufferEnds(std::size_t bufferSize) {
     std::string file;
     // A buffer is full where the line that begins in it and does not end there has that many bytes.
     std::size_t full = bufferSize;
-    for (std::size_t buffers = 1 + Below(4); buffers > 0; --buffers) {
+    for (std::size_t buffers = 1 + Below(bufferSize < 4096 && OneIn(3) ? 20 : 4); buffers > 0; --buffers) {
         while (file.size() + 300 < full && !OneIn(4))
             file += Filling(Below(OneIn(3) ? full - file.size() - 200 : 100)) + Ending();
         std::size_t const lineStart = file.size();
@@ -95,7 +95,8 @@ std::string RandomFiles::Settings(std::size_t lines) {
             file += blanks() + OneOf({"", "", "; x", "]", "x"});
         } else {
             file += Name() + blanks() + OneOf({"=", "=", ":", "", "=="}) + blanks();
-            file += OneOf({"1", "value", "two words", "", ";", "a;b", "\"q ; r\"", "=", "1 \t"}) + blanks();
+            file += OneOf({"1", "value", "two words", "", ";", "a;b", "\"q ; r\"", "=", "1 \t", "x]", ">)"}) +
+                    blanks();
             file += OneOf({"", "", "; comment", ";"});
         }
         if (lines > 1 || !OneIn(3)) file += OneIn(8) ? OneOf({"\n\n", "\r\r\n", "\n \n"}) : Ending();
