@@ -85,6 +85,9 @@ class Busily {
     std::thread thread;
 };
 
+// Arguments that end what would go on for ever.
+std::vector<std::string> const kNotForEver{"--timeout", "30"};
+
 // Whatever was found, the command ended by itself, and said why when it found nothing.
 void ExpectAnEnd(Ran const& ran) {
     EXPECT_TRUE(ran.status == 0 || ran.status == 1) << ran.status << ": " << ran.err;
@@ -206,11 +209,24 @@ TEST_F(Files, ThatShrinkAndGrow) {
         std::ofstream(path, std::ios::app) << text;
     });
     for (int turn = 0; turn < 25; ++turn) {
-        ExpectAnEnd(Ask("number of lines of %", path));
-        ExpectAnEnd(Ask("number of lines containing \"99\" of %", path));
-        ExpectAnEnd(Ask("content of % contains \"not to be found\"", path));
-        ExpectAnEnd(Ask("lines 5000 of %", path));
-        ExpectAnEnd(Ask("byte 300000 of %", path));
+        for (char const* query :
+             {"number of lines of %", "number of lines containing \"99\" of %",
+              "content of % contains \"not to be found\"", "line 5000 of %", "byte 300000 of %"})
+            ExpectAnEnd(Ask(query, path, kNotForEver));
+    }
+}
+
+// Large ones without contents, so that most of them shrink at some place in their middle.
+TEST_F(Files, ThatShrinkWhileTheyAreSearched) {
+    std::string const path = here.Write("file");
+    Busily const writer([&] {
+        std::filesystem::resize_file(path, 200 << 20);
+        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+        std::filesystem::resize_file(path, 1000);
+    });
+    for (int turn = 0; turn < 8; ++turn) {
+        ExpectAnEnd(Ask("content of % contains \"x\"", path, kNotForEver));
+        ExpectAnEnd(Ask("number of lines of %", path, kNotForEver));
     }
 }
 
