@@ -21,16 +21,18 @@ constexpr std::uintmax_t kFourGibibytes = std::uintmax_t{1} << 32;
 
 class Files : public testing::Test {
   protected:
-    // Asks about a file; `path` is put where the query has a '%'.
-    static Ran Ask(std::string query, std::string const& path, std::vector<std::string> arguments = {}) {
-        query.replace(query.find('%'), 1, "file \"" + path + "\"");
-        arguments.push_back(query);
+    // A query about a file, which stands where the query has a '%'.
+    static std::string About(std::string const& path, std::string query) {
+        return query.replace(query.find('%'), 1, "file \"" + path + "\"");
+    }
+    static Ran Ask(std::string const& query, std::string const& path,
+                   std::vector<std::string> arguments = {}) {
+        arguments.push_back(About(path, query));
         return RunZelq(arguments);
     }
     // As a user who may not pass over permissions, as root may.
-    static Ran AskUnprivileged(std::string query, std::string const& path) {
-        query.replace(query.find('%'), 1, "file \"" + path + "\"");
-        std::vector<std::string> command{Zelq(), query};
+    static Ran AskUnprivileged(std::string const& query, std::string const& path) {
+        std::vector<std::string> command{Zelq(), About(path, query)};
         if (geteuid() == 0)
             command.insert(command.begin(), {"setpriv", "--bounding-set=-dac_override,-dac_read_search"});
         return RunProgram(command);
@@ -216,17 +218,16 @@ TEST_F(Files, ThatShrinkAndGrow) {
     }
 }
 
-// Large ones without contents, so that most of them shrink at some place in their middle.
+// At one time or another, and for good.
 TEST_F(Files, ThatShrinkWhileTheyAreSearched) {
     std::string const path = here.Write("file");
-    Busily const writer([&] {
-        std::filesystem::resize_file(path, 200 << 20);
-        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    for (int turn = 0; turn < 12; ++turn) {
+        std::string const query = turn % 2 == 0 ? "content of % contains \"xyz\"" : "number of lines of %";
+        std::filesystem::resize_file(path, 1 << 30);
+        Started command({Zelq(), "--timeout", "10", About(path, query)});
+        std::this_thread::sleep_for(std::chrono::milliseconds(20 + 4 * turn));
         std::filesystem::resize_file(path, 1000);
-    });
-    for (int turn = 0; turn < 8; ++turn) {
-        ExpectAnEnd(Ask("content of % contains \"x\"", path, kNotForEver));
-        ExpectAnEnd(Ask("number of lines of %", path, kNotForEver));
+        ExpectAnEnd(command.Wait());
     }
 }
 
