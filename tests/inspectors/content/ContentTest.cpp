@@ -500,8 +500,8 @@ TEST_F(Content, RowsAreComputedByTheirFunctions) {
     }
     for (char const* text : {"aB", "ab"}) {
         inspector_string const part = StringOf(text);
-        Slot<bool> answer;
+        Slot<boolean> answer;
         contains.compute(answer, static_cast<void*>(slot), &part, contains.context);
-        EXPECT_EQ(text == std::string("aB"), answer.Value());
+        EXPECT_EQ(text == std::string("aB"), bool(answer.Value()));
     }
 }
