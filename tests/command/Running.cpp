@@ -58,14 +58,15 @@ void Started::AwaitOutput() const {
 void Started::Send(int signal) const { kill(child, signal); }
 
 bool Started::HasEnded() {
-    if (!ended) ended = waitpid(child, &status, WNOHANG) == child;
+    if (!ended) ended = wait4(child, &status, WNOHANG, &usage) == child;
     return ended;
 }
 
 Ran Started::Wait() {
-    if (!ended) waitpid(child, &status, 0);
+    if (!ended) wait4(child, &status, 0, &usage);
     ended = true;
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), out.Text(), err.Text()};
+    int const shown = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return {shown, out.Text(), err.Text(), usage.ru_maxrss};
 }
 
 Ran RunProgram(std::vector<std::string> const& arguments, std::string const& input) {

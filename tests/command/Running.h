@@ -2,6 +2,7 @@
 
 // Runs programs as a shell would and keeps what came of it.
 
+#include <sys/resource.h>
 #include <sys/types.h>
 
 #include <string>
@@ -10,6 +11,7 @@
 struct Ran {
     int status = -1;  ///< exit status; 128 + the signal's number when a signal ended it
     std::string out, err;
+    long peak = 0;  ///< KiB of memory at most, beginning with what the test itself has
 };
 
 /// A file without a name, for a program to read or to write to.
@@ -39,6 +41,7 @@ class Started {
     Capture in, out, err;
     pid_t child;
     int status = 0;
+    rusage usage{};
     bool ended = false;
 };
 

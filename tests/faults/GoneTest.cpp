@@ -48,3 +48,22 @@ TEST(Gone, FolderIsNamed) {
         here.Write(gone.substr(here.Path().size() + 1) + "/in " + gone.back());
     }
 }
+
+// It was found, and is looked for again when it is read.
+TEST(Gone, FileIsRead) {
+    TemporaryFolder const here;
+    std::string gone;
+    auto const removeTheOther = [&](Evaluator::Result const& value) {
+        gone = here.Path(value.Text() == "in a" ? "b" : "a");
+        std::filesystem::remove(gone);
+        return true;
+    };
+    for (std::string const query : {"lines of files", "lines containing \"in\" of files"}) {
+        here.Write("a", "in a");
+        here.Write("b", "in b");
+        std::string const message = ProblemOf(query + " of folder \"" + here.Path() + "\"", removeTheOther);
+        EXPECT_EQ(0u, message.find("the file ")) << message;
+        EXPECT_NE(std::string::npos, message.find(" is not there")) << message;
+        EXPECT_FALSE(gone.empty());
+    }
+}

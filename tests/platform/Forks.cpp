@@ -178,10 +178,15 @@ TEST_F(Forks, AreOpenedToBeReadOnly) {
 
 TEST_F(Forks, AreTooManyWhenTheProcessMayOpenNoMoreFiles) {
     FSRef const reference = ReferenceTo(here.Write("file", "text"));
+    EXPECT_EQ("text", Whole(Open(reference)));
+    OSErr error = noErr;
+    SInt16 number = kNone;
     {
         NoMoreFiles const limit;
-        EXPECT_EQ(tmfoErr, TryToOpen(reference));
+        error = FSOpenFork(&reference, 0, nullptr, fsRdPerm, &number);
     }
+    EXPECT_EQ(tmfoErr, error);
+    EXPECT_EQ(kNone, number);
     EXPECT_EQ("text", Whole(Open(reference)));
 }
 

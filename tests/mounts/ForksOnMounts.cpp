@@ -1,0 +1,241 @@
+// Forks of a file on a mount whose server stops answering, when they are opened, read and closed.
+
+#include <Platform/Items.h>
+
+#include <chrono>
+#include <thread>
+
+#include "evaluator/Asking.h"
+#include "mounts/StoppableServer.h"
+#include "platform/ForkVerbs.h"
+
+using namespace Mounts;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Bytes of which no two pieces are alike.
+std::string Numbers(std::size_t size) {
+    std::string bytes;
+    for (std::size_t i = 0; bytes.size() < size; ++i) bytes += std::to_string(i) + "\n";
+    return bytes.substr(0, size);
+}
+
+class ForksOnMounts : public ForkTest {
+  protected:
+    template <class Body>
+    void ApartWithAServer(std::string const& bytes, Body const& body) {
+        Apart([&] {
+            StoppableServer const server(here.Path("net"), bytes);
+            body(server);
+        });
+    }
+    std::string Path() const { return here.Path("net/file"); }
+
+    // How a call ends that is asked to stop while it waits, with what is told of mounts then.
+    template <class Call>
+    std::string Stopped(Call const& call) const {
+        static Clock::time_point end;
+        end = Clock::now() + 100ms;
+        PlatformSetCheckIn([](UInt32) -> Boolean { return Clock::now() < end; });
+        OSErr const error = call();
+        std::string const told = Unresponsive();
+        PlatformSetCheckIn(nullptr);
+        return std::to_string(error) + ", " + told;
+    }
+    std::string Unresponsive() const {
+        char mountPoint[4096];
+        OSErr const code = PlatformUnresponsiveMount(mountPoint, sizeof mountPoint);
+        return std::to_string(code) + " " + mountPoint;
+    }
+    std::string GivenUp() const { return "-128, -128 " + here.Path("net"); }
+};
+
+// Repeats a call until the mount answers again.
+template <class Call>
+OSErr WhenItAnswers(Call const& call) {
+    for (;;) {
+        OSErr const error = call();
+        if (error != volOffLinErr) return error;
+        std::this_thread::sleep_for(1ms);
+    }
+}
+
+}  // namespace
+
+TEST_F(ForksOnMounts, AreReadLikeOthers) {
+    std::string const bytes = Numbers((3 << 20) + 77);
+    ApartWithAServer(bytes, [&](StoppableServer const&) {
+        SInt16 const fork = Open(Path());
+        EXPECT_EQ(static_cast<SInt64>(bytes.size()), SizeOf(fork));
+        EXPECT_EQ((Got{noErr, bytes.substr(0, 10)}), ReadAtMark(fork, 10));
+        EXPECT_EQ((Got{noErr, bytes.substr(10, 10)}), ReadAtMark(fork, 10));
+        EXPECT_EQ((Got{noErr, bytes}), ReadFrom(0, fork, bytes.size())) << "in pieces";
+        EXPECT_EQ((Got{eofErr, ""}), ReadAtMark(fork, 1));
+        EXPECT_EQ((Got{eofErr, bytes.substr(1 << 20)}), ReadFrom(1 << 20, fork, 4 << 20));
+        EXPECT_EQ((Got{eofErr, bytes.substr(bytes.size() - 1)}), Read(fork, fsFromLEOF, -1, 2));
+        EXPECT_EQ(noErr, FSCloseFork(fork));
+    });
+}
+
+TEST_F(ForksOnMounts, OpeningIsGivenUpWhenTheHostSaysStop) {
+    ApartWithAServer("text", [&](StoppableServer const& server) {
+        FSRef const reference = ReferenceTo(Path());
+        server.Stop();
+        EXPECT_EQ(GivenUp(), Stopped([&] { return TryToOpen(reference); }));
+        EXPECT_EQ(volOffLinErr, TryToOpen(reference)) << "at once, as long as the call has not come back";
+        EXPECT_EQ("-53 " + here.Path("net"), Unresponsive());
+        server.GoOn();
+        EXPECT_EQ(noErr, WhenItAnswers([&] { return TryToOpen(reference); }));
+    });
+}
+
+TEST_F(ForksOnMounts, OpeningThatWasGivenUpLeavesNothingOpen) {
+    ApartWithAServer("text", [&](StoppableServer const& server) {
+        FSRef const reference = ReferenceTo(Path());
+        std::ptrdiff_t const before = OpenFiles();
+        server.Stop();
+        EXPECT_EQ(GivenUp(), Stopped([&] { return TryToOpen(reference); }));
+        server.GoOn();
+        EXPECT_EQ(noErr, WhenItAnswers([&] {
+                      return FSGetCatalogInfo(&reference, 0, nullptr, nullptr, nullptr, nullptr);
+                  }));
+        EXPECT_EQ(before, OpenFiles());
+    });
+}
+
+TEST_F(ForksOnMounts, ReadIsGivenUpWhenTheHostSaysStop) {
+    ApartWithAServer("abcdef", [&](StoppableServer const& server) {
+        SInt16 const fork = Open(Path());
+        EXPECT_EQ((Got{noErr, "ab"}), ReadAtMark(fork, 2));
+        server.Stop();
+        EXPECT_EQ(GivenUp(), Stopped([&] {
+                      Got const got = ReadAtMark(fork, 2);
+                      EXPECT_EQ("", got.bytes);
+                      return got.error;
+                  }));
+        SInt64 size = 0;
+        EXPECT_EQ((Got{volOffLinErr, ""}), ReadAtMark(fork, 2)) << "at once";
+        EXPECT_EQ(volOffLinErr, FSGetForkSize(fork, &size));
+        EXPECT_EQ(volOffLinErr, FSSetForkPosition(fork, fsFromLEOF, 0));
+        server.GoOn();
+        Got got;
+        EXPECT_EQ(noErr, WhenItAnswers([&] { return (got = ReadAtMark(fork, 2)).error; }));
+        EXPECT_EQ("cd", got.bytes) << "the mark has not moved";
+    });
+}
+
+TEST_F(ForksOnMounts, SizeIsGivenUpWhenTheHostSaysStop) {
+    ApartWithAServer("abcdef", [&](StoppableServer const& server) {
+        SInt16 const fork = Open(Path());
+        server.Stop();
+        SInt64 size = -7;
+        EXPECT_EQ(GivenUp(), Stopped([&] { return FSGetForkSize(fork, &size); }));
+        EXPECT_EQ(-7, size);
+        server.GoOn();
+    });
+}
+
+TEST_F(ForksOnMounts, ClosingComesBackSoonAndAsksNobody) {
+    ApartWithAServer("abcdef", [&](StoppableServer const& server) {
+        SInt16 const fork = Open(Path());
+        std::ptrdiff_t const before = OpenFiles();
+        server.Stop();
+        PlatformSetCheckIn([](UInt32) -> Boolean {
+            ADD_FAILURE() << "asked";
+            return false;
+        });
+        auto const begun = Clock::now();
+        EXPECT_EQ(noErr, FSCloseFork(fork));
+        EXPECT_GT(1s, Clock::now() - begun);
+        EXPECT_EQ("0 ", Unresponsive()) << "nobody waited for it";
+        EXPECT_EQ(rfNumErr, FSCloseFork(fork)) << "the number is free";
+        PlatformSetCheckIn(nullptr);
+        server.GoOn();
+        FSRef reference;
+        EXPECT_EQ(noErr, WhenItAnswers([&] {
+                      return static_cast<OSErr>(FSPathMakeRef(Bytes(Path().c_str()), &reference, nullptr));
+                  }));
+        EXPECT_EQ(before - 1, OpenFiles()) << "closed after all";
+    });
+}
+
+TEST_F(ForksOnMounts, ClosingAfterAReadThatWasGivenUpComesBackSoon) {
+    ApartWithAServer("abcdef", [&](StoppableServer const& server) {
+        SInt16 const fork = Open(Path());
+        server.Stop();
+        EXPECT_EQ(GivenUp(), Stopped([&] { return ReadAtMark(fork, 2).error; }));
+        auto const begun = Clock::now();
+        EXPECT_EQ(noErr, FSCloseFork(fork));
+        EXPECT_GT(1s, Clock::now() - begun);
+    });
+}
+
+TEST_F(ForksOnMounts, FailWhenTheServerIsGone) {
+    Apart([&] {
+        auto server = std::make_unique<StoppableServer>(here.Path("net"), "abcdef");
+        SInt16 const fork = Open(Path());
+        server.reset();
+        Got const got = ReadAtMark(fork, 2);
+        EXPECT_EQ((Got{ioErr, ""}), got);
+        char path[4096];
+        EXPECT_EQ(ioErr, PlatformForkFailure(path, sizeof path));
+        EXPECT_EQ(Path(), path);
+        EXPECT_EQ(noErr, FSCloseFork(fork));
+    });
+}
+
+// With a read that does not come back.
+TEST_F(ForksOnMounts, DoNotKeepTheProcessFromEnding) {
+    Apart([&] {
+        StoppableServer const server(here.Path("net"), "abcdef", StoppableServer::Closing::Untold);
+        EXPECT_TRUE(std::ifstream(Path()).is_open());
+        int hasOpened[2];
+        ASSERT_EQ(0, pipe(hasOpened));
+        pid_t const child = fork();
+        if (child == 0) {
+            SInt16 const fork = Open(Path());
+            EXPECT_EQ(1, write(hasOpened[1], "!", 1));
+            static Clock::time_point const end = Clock::now() + 500ms;
+            PlatformSetCheckIn([](UInt32) -> Boolean { return Clock::now() < end; });
+            while (ReadFrom(0, fork, 1).error == noErr) {
+            }
+            EXPECT_EQ("-128 " + here.Path("net"), Unresponsive());
+            FSCloseFork(fork);
+            std::exit(testing::Test::HasFailure() ? 1 : 0);
+        }
+        char byte = 0;
+        EXPECT_EQ(1, read(hasOpened[0], &byte, 1));
+        server.Stop();
+        int status = -1;
+        auto const deadline = Clock::now() + 10s;
+        while (waitpid(child, &status, WNOHANG) == 0 && Clock::now() < deadline)
+            std::this_thread::sleep_for(10ms);
+        EXPECT_EQ(0, status);
+        kill(child, SIGKILL);
+    });
+}
+
+// The consumer stops the server when it gets the first line; those of the first buffer are there already.
+TEST_F(ForksOnMounts, EndALineByLineQueryAtItsTimeLimit) {
+    ApartWithAServer(Numbers(100'000), [&](StoppableServer const& server) {
+        EXPECT_TRUE(Evaluator::LoadInspectors(Evaluator::StandardInspectorsFolder()).empty());
+        std::string const query = "lines of file \"" + Path() + "\"";
+        auto const compiled = Evaluator::Query::Compile(query);
+        ASSERT_TRUE(compiled.query);
+        Evaluator::RunOptions options;
+        options.limits.time = 300ms;
+        int values = 0;
+        auto const stopAtFirst = [&](Evaluator::Result const&) {
+            if (++values == 1) server.Stop();
+            return true;
+        };
+        auto const problem = compiled.query->Run(stopAtFirst, options);
+        EXPECT_LT(1, values);
+        ASSERT_TRUE(problem);
+        EXPECT_EQ("the time limit of 0.3 s was reached", problem->message);
+        EXPECT_EQ("the file system mounted at \"" + here.Path("net") + "\" does not answer", problem->hint);
+    });
+}
