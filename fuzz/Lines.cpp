@@ -10,24 +10,31 @@ namespace {
 
 using Transcription::Line;
 
-// The input's first bytes say what is asked for, and how many bytes stand before the others in the file, so
-// that these may lie across the end of the scanner's buffer.
+// The input's first bytes say what is asked for, how many bytes stand before the others in the file, so that
+// these may lie across the end of the scanner's buffer, and whether they come again and again, over many
+// bufferfuls.
 struct Input {
-    Input(std::uint8_t const* data, std::size_t size) {
-        std::string const bytes(data, data + size);
+    Input(std::uint8_t const* data, std::size_t length) {
+        std::string const bytes(data, data + length);
         auto const at = [&](std::size_t place) {
-            return place < size ? static_cast<unsigned char>(bytes[place]) : std::size_t{0};
+            return place < length ? static_cast<unsigned char>(bytes[place]) : std::size_t{0};
         };
         bool const isFilled = at(0) % 2 != 0;
         std::size_t const textSize = at(0) / 2 % 16;
-        std::size_t const rest = std::min(size, 3 + textSize);
-        if (size > 3) text = bytes.substr(3, textSize);
+        bool const isRepeated = at(0) >= 128;
+        std::size_t const rest = std::min(length, 3 + textSize);
+        if (length > 3) text = bytes.substr(3, textSize);
         if (isFilled) file.assign((at(1) + 256 * at(2)) % (2 * kLineBufferSize + 2), '-');
-        file += bytes.substr(rest);
+        std::size_t const size = file.size() + (isRepeated ? 1024 * (at(2) % 24) : 0);
+        do {
+            file += bytes.substr(rest);
+        } while (rest < bytes.size() && file.size() < size);
+        part = at(1);
     }
 
     std::string text;
     std::string file;
+    std::size_t part;  // of 256 parts of the lines, the number that is asked for
 };
 
 // What lines have in common, however they were cut.
@@ -71,7 +78,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
                "lines that start with a text are those of the plain rules");
 
     auto const count = static_cast<std::int64_t>(lines.size());
-    for (std::int64_t number : {count / 2, count, count + 1}) {
+    auto const within = count * static_cast<std::int64_t>(input.part) / 256;
+    for (std::int64_t number : {within, within + 1, count, count + 1}) {
         auto const line = AsLine(LineOf(number, object));
         bool const isThere = number > 0 && number <= count;
         Fuzz::Hold(isThere ? line == expected[static_cast<std::size_t>(number - 1)] : !line,
