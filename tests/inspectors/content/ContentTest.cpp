@@ -43,7 +43,10 @@ inspector_string StringOf(std::string_view text) {
 
 class Content : public testing::Test {
   protected:
-    Content() { ClearFileCaches(nullptr); }
+    Content() {
+        ClearFileCaches(nullptr);
+        FolderAt("/");  // what the platform keeps open for itself is open from now on
+    }
     ~Content() override { PlatformSetCheckIn(nullptr); }
 
     file Holding(std::string_view bytes) const {
