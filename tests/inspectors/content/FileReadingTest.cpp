@@ -22,6 +22,8 @@ constexpr signed char kToRead = 1;
 
 class FileReading : public testing::Test {
   protected:
+    // What the platform keeps open for itself is open from now on.
+    FileReading() { MacintoshPlatform::FileItem const root(At("/")); }
     void OpenNew(FileReadingPath& path, std::string_view bytes) const {
         path.OpenInternal(At(here.Write("file", bytes)), kToRead);
     }
