@@ -25,8 +25,6 @@ inline void PrintTo(Got const& got, std::ostream* out) {
 /// A test with a folder of its own. The forks that it opens are closed at its end.
 class ForkTest : public testing::Test {
   protected:
-    /// The first look-up opens the table of mounts, which stays open; tests count open files.
-    ForkTest() { ReferenceTo("/"); }
     ~ForkTest() override {
         PlatformSetCheckIn(nullptr);
         for (SInt16 const number : opened) FSCloseFork(number);

@@ -92,7 +92,7 @@ TEST_F(Forks, OfAFileThatAnotherHasReplaced) {
     std::filesystem::rename(here.Write("other", "two"), here.Path("file"));
     EXPECT_EQ(fnfErr, TryToOpen(reference));
     FSRef const anew = ReferenceTo(here.Path("file"));
-    std::filesystem::remove(here.Path("file"));
+    std::filesystem::rename(here.Path("file"), here.Path("kept"));  // and with it its inode number
     here.MakeFolder("file");
     EXPECT_EQ(fnfErr, TryToOpen(anew)) << "by a folder";
 }
