@@ -169,15 +169,12 @@ void FileReadingLoop::Start(MacintoshPlatform::FileReadingPath const& path, unsi
     if (remaining != 0) Read();
 }
 
-// A fork that has become shorter since the start gives nothing where something was expected: that is its end
-// too, and without it a caller who waits for the rest of the range would wait for ever.
 void FileReadingLoop::Read() {
     if (!reader.HasUnread()) throw FileReadingLoopEndOfFileError();
     Data const wanted(buffer.begin(), std::min<std::size_t>(buffer.Size(), remaining));
     Buffer read(wanted);
     reader >> read;
     chunk = read.Written();
-    if (chunk.Empty()) throw FileReadingLoopEndOfFileError();
 }
 
 FileReadingLoop& FileReadingLoop::operator++() {

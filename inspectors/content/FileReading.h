@@ -89,7 +89,8 @@ class FileReadingPath : public MacintoshPlatform::FileReadingPath {};
 SharingPtr<FileReadingPath> MakeFileReadingPath(MacintoshPlatform::FileLocation const& location);
 
 /// A walk over a range of a fork's bytes, in chunks as large as the caller's buffer. It has come to its end
-/// when nothing remains; the last chunk then stays where it is.
+/// when nothing remains; the last chunk then stays where it is. A chunk that is empty says that the fork has
+/// become shorter than it was at the start: no others will come, and whoever walks must stop by itself.
 class FileReadingLoop {
   public:
     /// A walk over nothing.
@@ -106,7 +107,8 @@ class FileReadingLoop {
     void Start(MacintoshPlatform::FileReadingPath const& path, unsigned long start, unsigned long end);
     void Start(MacintoshPlatform::FileReadingPath const& path, Range<unsigned long> range);
     /// Reads a chunk: as much as the buffer holds, remains, and the fork has. Throws
-    /// FileReadingLoopEndOfFileError when the fork has nothing more, and what the tolerant read does.
+    /// FileReadingLoopEndOfFileError behind the end that the fork had at the start, and what the tolerant
+    /// read does.
     void Read();
     /// Goes on to the next chunk, if anything remains. Throws as Read does.
     FileReadingLoop& operator++();

@@ -138,6 +138,11 @@ OSErr Read(Fork& fork, SInt64 from, std::span<UInt8> to, std::size_t& actual) {
     return actual < to.size() ? OSErr{eofErr} : OSErr{noErr};
 }
 
+// Closes a fork's file.
+void LetGo(Fork& fork) {
+    if (fork.mount && fork.bytes.file) LetGoPatiently(*fork.mount, std::move(fork.bytes.file));
+}
+
 OSErr OpenFork(FSRef const& ref, SInt16& number) {
     auto const remembered = ReferenceTable::Shared().Find(ref);
     if (!remembered) return NoteForkFailure(errFSBadFSRef, Path());
@@ -148,8 +153,11 @@ OSErr OpenFork(FSRef const& ref, SInt16& number) {
     OSErr const error = Reach(fork->mount, fork->bytes, [ref, isMadeWhenRead](ForkBytes& bytes) {
         return OpenDataFork(ref, isMadeWhenRead, bytes);
     });
-    if (error == noErr) number = Forks::Shared().Add(fork);
-    return NoteForkFailure(error == noErr && number == 0 ? OSErr{tmfoErr} : error, fork->path);
+    if (error != noErr) return NoteForkFailure(error, fork->path);
+    number = Forks::Shared().Add(fork);
+    if (number != 0) return noErr;
+    LetGo(*fork);
+    return NoteForkFailure(tmfoErr, fork->path);
 }
 
 OSErr CheckForkName(UniCharCount length, UniChar const* name) {
@@ -222,7 +230,7 @@ OSErr FSCloseFork(SInt16 forkRefNum) {
     return Guarded<OSErr>(memFullErr, [&]() -> OSErr {
         SharedFork const fork = Forks::Shared().Remove(forkRefNum);
         if (!fork) return rfNumErr;
-        if (fork->mount && fork->bytes.file) LetGoPatiently(*fork->mount, std::move(fork->bytes.file));
+        LetGo(*fork);
         return noErr;
     });
 }

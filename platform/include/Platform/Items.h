@@ -50,7 +50,7 @@ PLATFORM_API Boolean PlatformHasUnnotedMount(void);
 /// Sets how many milliseconds FSGetVolumeInfo waits for a mount; 5000 at first. Returns what was set before.
 PLATFORM_API UInt32 PlatformSetVolumePatience(UInt32 milliseconds);
 
-/// How the calling thread's last call on a fork that failed ended, apart from eofErr and userCanceledErr;
-/// noErr when none has since PlatformSetCheckIn. `buffer` of `size` bytes (optional) gets the path of the
-/// file, cut where it does not fit, and a NUL.
+/// How the calling thread's last call ended that could not open, measure or read a fork, apart from eofErr
+/// and userCanceledErr; noErr when there was none since PlatformSetCheckIn. `buffer` of `size` bytes
+/// (optional) gets the path of the file, cut where it does not fit, and a NUL.
 PLATFORM_API OSErr PlatformForkFailure(char* buffer, UInt32 size);
