@@ -199,7 +199,8 @@ void FileLineLoop::PassBufferfuls(TextFinder const* finder, std::int64_t most, P
         if (ahead.End() - next < size) break;
         // The line that goes on in the next bufferful moves up to it over the byte that is lost.
         if (losesByte) std::memmove(next, next - 1, static_cast<std::size_t>(end - next));
-        unsearched = finder == nullptr || losesByte ? next : std::max(next, end - finder->TextSize() + 1);
+        bool const isAnew = finder == nullptr || losesByte;
+        unsearched = isAnew ? next : std::max(next, end - std::min(finder->TextSize(), buffer.Size()) + 1);
         most -= complete.count;
         passed.lines += complete.count;
         passed.bytes += static_cast<std::uint32_t>(linesSize);

@@ -224,7 +224,7 @@ TEST_F(ForksOnMounts, DoNotKeepTheProcessFromEnding) {
             EXPECT_EQ(GivenUp(), Stopped([&] { return ReadAtMark(fork, 1).error; }));
             FSCloseFork(fork);
             int const status = testing::Test::HasFailure() ? 1 : 0;
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZELQ_ADDRESS_SANITIZER
             // A search for leaks would stop all threads first, and wait for the one that waits for the
             // server.
             _exit(status);
