@@ -70,6 +70,7 @@ constexpr std::array kMeanings{
 };
 
 constexpr std::int32_t volumeOffline = -53;
+constexpr std::int32_t fileNotFound = -43, directoryNotFound = -120;
 
 // What the code means, in words; empty where nobody knows.
 std::string MeaningOf(long code) {
@@ -99,9 +100,8 @@ std::string FolderOf(FileIOError const& error) {
     return path.empty() ? path : fmt::format("the folder \"{}\"", Printable(path));
 }
 
-// The platform's last failure to open or read a file; code 0 where there was none. The exceptions have no
-// room for it, so that it may be another one than that which an exception is about, but only one of the same
-// kind since the evaluation began.
+// The platform's last failure to look up, open or read a file during the call; code 0 where there was none.
+// The exceptions have no room for it.
 struct ForkFailure {
     long code = 0;
     std::string file;
@@ -203,9 +203,13 @@ Problem Failed(Entry const& entry, Range where, std::string const& reason) {
             {}};
 }
 
+std::string Missing(ForkFailure const& failure) {
+    bool const isKnown = failure.code == fileNotFound || failure.code == directoryNotFound;
+    return (isKnown ? failure.file : "the file") + " is not there";
+}
+
 // "May not be read" and "is not there" are different things to whoever asked.
 std::string WhyNoItem(std::int32_t status) {
-    constexpr std::int32_t fileNotFound = -43, directoryNotFound = -120;
     if (status == 0 || status == fileNotFound || status == directoryNotFound) return "the item is not there";
     return fmt::format("the item cannot be looked up: {}", PlatformError(status));
 }
@@ -222,7 +226,7 @@ std::optional<std::string> MissingItem() {
     try {
         throw;
     } catch (FileNotFoundError const&) {
-        return "the file is not there";
+        return Missing(LastForkFailure());
     } catch (DirectoryNotFoundError const& error) {
         std::string const folder = FolderOf(error);
         return (folder.empty() ? "the folder" : folder) + " is not there";

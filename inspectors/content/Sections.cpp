@@ -1,5 +1,6 @@
 #include "content/Sections.h"
 
+#include <locale.h>
 #include <strings.h>
 
 #include <algorithm>
@@ -20,10 +21,13 @@ using Place = unsigned char const*;
 bool IsBlank(unsigned char byte) { return byte == ' ' || byte == '\t'; }
 Place SkipBlanks(Place place, Place end) { return std::find_if_not(place, end, IsBlank); }
 
-// Whether the bytes at a place, of which there are enough, are those of the text but for the case of letters.
+// Whether the bytes at a place, of which there are enough, are those of the text but for the case of letters:
+// of ASCII letters, whatever locale the program has.
 bool StandsAt(Place place, inspector_string const& text) {
-    return text.length == 0 || strncasecmp(reinterpret_cast<char const*>(place),
-                                           reinterpret_cast<char const*>(text.begin()), text.length) == 0;
+    static locale_t const plain = newlocale(LC_ALL_MASK, "C", nullptr);
+    return text.length == 0 ||
+           strncasecmp_l(reinterpret_cast<char const*>(place), reinterpret_cast<char const*>(text.begin()),
+                         text.length, plain) == 0;
 }
 
 // The value of the key in a line; empty when it does not have the key, or no value.

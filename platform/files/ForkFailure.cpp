@@ -33,3 +33,5 @@ OSErr PlatformForkFailure(char* buffer, UInt32 size) {
     Platform::CopyCut(file.IsNone() ? std::string() : file.Text(), buffer, size);
     return code;
 }
+
+void PlatformForgetForkFailure() { Platform::ForgetForkFailure(); }

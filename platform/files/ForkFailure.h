@@ -8,8 +8,8 @@
 
 namespace Platform {
 
-/// Remembers how a call of this thread on the fork of the file at a path ended, if it is a failure to tell
-/// of. Returns the code.
+/// Remembers how a call of this thread on the fork of the file at a path, or its look-up, ended, if it is a
+/// failure to tell of. Returns the code.
 OSErr NoteForkFailure(OSErr code, Path const& file);
 /// Makes PlatformForkFailure tell of none.
 void ForgetForkFailure();

@@ -148,7 +148,8 @@ OSErr OpenFork(FSRef const& ref, SInt16& number) {
     if (!remembered) return NoteForkFailure(errFSBadFSRef, Path());
     auto const fork = std::make_shared<Fork>();
     fork->path = remembered->location.path;
-    fork->mount = SlowMountBehind(ref);
+    // What is opened is behind the link, also where the reference is to the link itself.
+    fork->mount = SlowMountBehind({fork->path, LinkRule::Follow});
     bool const isMadeWhenRead = fork->mount && fork->mount->makesFiles;
     OSErr const error = Reach(fork->mount, fork->bytes, [ref, isMadeWhenRead](ForkBytes& bytes) {
         return OpenDataFork(ref, isMadeWhenRead, bytes);

@@ -1,6 +1,8 @@
 // An inspector library made for the tests of how values live. Its values are watched: each counts itself
 // while it lives, and the library answers how many there are.
 
+#include <Carbon/Files.h>
+
 #include <cstring>
 #include <stdexcept>
 #include <string>
@@ -76,6 +78,14 @@ probe broken_after_memory_of(probe const&) {
     throw OSError(-36);
 }
 probe forbidden_of(probe const&) { throw FilePermissionError(); }
+probe unreadable_of(probe const&) { throw FileIOError(); }
+// Has the platform fail to open a file, and does not say so.
+probe unopened_of(probe const&) {
+    FSRef const stale{};
+    SInt16 fork = 0;
+    FSOpenFork(&stale, 0, nullptr, fsRdPerm, &fork);
+    throw NoSuchObject();
+}
 probe missing_of(probe const&) { throw MacintoshPlatform::FailedToGetFileItem(); }
 probe unreachable_of(probe const&) { throw MacintoshPlatform::FailedToGetFileItem(-5000); }
 probe stray_of(probe const&) { throw 42; }
@@ -177,6 +187,8 @@ struct Module {
     Property<probe, probe> absent{"absent", "absents", "probe", "probe", absent_after_memory_of};
     Property<probe, probe> broken{"broken", "brokens", "probe", "probe", broken_after_memory_of};
     Property<probe, probe> forbidden{"forbidden", "forbiddens", "probe", "probe", forbidden_of};
+    Property<probe, probe> unreadable{"unreadable", "unreadables", "probe", "probe", unreadable_of};
+    Property<probe, probe> unopened{"unopened", "unopeneds", "probe", "probe", unopened_of};
     Property<probe, probe> missing{"missing", "missings", "probe", "probe", missing_of};
     Property<probe, probe> unreachable{"unreachable", "unreachables", "probe", "probe", unreachable_of};
     Property<probe, probe> stray{"stray", "strays", "probe", "probe", stray_of};

@@ -316,6 +316,13 @@ TEST_F(ValueLife, AnIterationThatFailsLeavesNothingBehindButTheValuesFound) {
               "         ^~~~~~~~\n");
 }
 
+TEST_F(ValueLife, AFailureIsNotToldByThatOfAnotherCall) {
+    EXPECT_EQ(Ask("unreadable of unopened of probe 1 otherwise unreadable of probe 1").problems,
+              "error: \"unreadable\" failed: the file cannot be read\n"
+              "  unreadable of unopened of probe 1 otherwise unreadable of probe 1\n"
+              "                                              ^~~~~~~~~~\n");
+}
+
 TEST_F(ValueLife, FailuresAreToldApart) {
     EXPECT_EQ(Ask("forbidden of probe 1").problems,
               "error: \"forbidden\" failed: it may not be read\n"

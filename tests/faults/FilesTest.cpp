@@ -124,6 +124,8 @@ TEST_F(Files, ThatAreFoldersOrAreNotThere) {
         ExpectNoSuchObject(Ask("content of % contains \"a\"", path));
         ExpectNoSuchObject(Ask("byte 0 of %", path));
     }
+    Ran const ofDangling = Ask("lines of %", here.Path("dangling"));
+    EXPECT_EQ("error: the file \"" + here.Path("dangling") + "\" is not there", MessageOf(ofDangling));
     ExpectNoSuchObject(Ask("lines of %", here.Path("folder")));
     ExpectNoSuchObject(Ask("lines of %", here.Path("missing")));
 }

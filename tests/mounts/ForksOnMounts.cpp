@@ -92,6 +92,19 @@ TEST_F(ForksOnMounts, OpeningIsGivenUpWhenTheHostSaysStop) {
     });
 }
 
+TEST_F(ForksOnMounts, OpeningByALinkThatStandsForItselfIsGivenUpToo) {
+    ApartWithAServer("text", [&](StoppableServer const& server) {
+        FSRef link;
+        std::string const path = here.Link("link", "net/file");
+        ASSERT_EQ(noErr, FSPathMakeRefWithOptions(Bytes(path.c_str()), kFSPathMakeRefDoNotFollowLeafSymlink,
+                                                  &link, nullptr));
+        server.Stop();
+        EXPECT_EQ(GivenUp(), Stopped([&] { return TryToOpen(link); }));
+        server.GoOn();
+        EXPECT_EQ(noErr, WhenItAnswers([&] { return TryToOpen(link); }));
+    });
+}
+
 TEST_F(ForksOnMounts, OpeningThatWasGivenUpLeavesNothingOpen) {
     ApartWithAServer("text", [&](StoppableServer const& server) {
         FSRef const reference = ReferenceTo(Path());

@@ -50,6 +50,20 @@ TEST_F(ForkFailures, OfAFileThatIsNotKnownHaveTheirCode) {
     EXPECT_EQ("-1401 ", LastFailure());
 }
 
+TEST_F(ForkFailures, AreThoseOfLookUpsToo) {
+    std::string const path = here.Path("missing");
+    Owned<CFURLRef> const url(NewURL(path));
+    FSRef reference;
+    EXPECT_EQ(fnfErr, PlatformGetItem(url, kFSCatInfoNone, &reference, nullptr));
+    EXPECT_EQ("-43 " + path, LastFailure());
+}
+
+TEST_F(ForkFailures, AreForgotten) {
+    OpenForbidden("file");
+    PlatformForgetForkFailure();
+    EXPECT_EQ("0 ", LastFailure());
+}
+
 TEST_F(ForkFailures, StayUntilTheNext) {
     std::string const path = OpenForbidden("file");
     EXPECT_EQ("text", Whole(Open(here.Write("other", "text"))));

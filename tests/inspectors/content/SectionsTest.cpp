@@ -3,7 +3,9 @@
 #include "content/Sections.h"
 
 #include <gtest/gtest.h>
+#include <locale.h>
 
+#include <cstdlib>
 #include <memory>
 
 #include "Answers.h"
@@ -131,6 +133,21 @@ TEST(ValueInALine, IsThatOfKeysOfAllKinds) {
     EXPECT_EQ(std::nullopt, ValueIn("", "a=1"));
     EXPECT_EQ(std::nullopt, ValueIn("\xC4", "\xE4=1"));  // the case of ASCII letters alone
     EXPECT_EQ(std::nullopt, ValueIn(std::string(5000, 'k'), "k=1"));
+}
+
+// In Turkish the letters "I" and "i" are none of one another.
+TEST(ValueInALine, IsTheSameInEveryLocale) {
+    TemporaryFolder const here;
+    std::string const command =
+        "localedef -i tr_TR -f UTF-8 --no-archive " + here.Path("tr_TR.UTF-8") + " >/dev/null 2>&1";
+    bool const isMade = std::system(command.c_str()) == 0;
+    setenv("LOCPATH", here.Path().c_str(), true);
+    bool const isSet = isMade && setlocale(LC_CTYPE, "tr_TR.UTF-8") != nullptr;
+    std::optional<std::string> const value = ValueIn("ID", "id=1");
+    setlocale(LC_CTYPE, "C");
+    unsetenv("LOCPATH");
+    if (!isSet) GTEST_SKIP() << "the sources of locales are not installed here";
+    EXPECT_EQ("1", value);
 }
 
 TEST(ValueInALine, IgnoresWhatStandsBehindANulInAKey) {
