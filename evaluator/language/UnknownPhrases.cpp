@@ -94,8 +94,9 @@ Problem UnknownPhrase(Vocabulary const& vocabulary, Limits const& limits, Syntax
 Problem UnknownCast(Vocabulary const& vocabulary, Limits const& limits, Syntax const& syntax,
                     TypeEntry const& source) {
     vocabulary.RequireTypesOfCasts(syntax.text);
-    if (source.name == syntax.text)
-        return Unknown(syntax.sign, fmt::format("this is {} already", WithArticle(source)));
+    TypeEntry const* const target = vocabulary.Type(syntax.text);
+    if (target && vocabulary.Serves(source, *target))
+        return Unknown(syntax.sign, fmt::format("this is {} already", WithArticle(*target)));
     std::vector<Suggestion> casts;
     if (source.fields.empty())
         for (CastEntry const* cast : vocabulary.CastsOf(source)) casts.push_back({{cast->phrase}});

@@ -13,7 +13,6 @@
 namespace {
 
 constexpr std::size_t kChunkSize = 32768;
-constexpr signed char kToRead = 1;
 
 void Fold(CaseMode mode, Data bytes) {
     if (mode == CaseMode::Lower) Ascii::LowerCase(bytes, bytes);
@@ -27,7 +26,7 @@ bool Search(file const& object, CaseMode mode, ConstData text) {
     auto const work = std::make_unique_for_overwrite<unsigned char[]>(overlap + kChunkSize);
     Data const buffer(work.get() + overlap, kChunkSize);
     FileReadingPath path;
-    path.OpenInternal(object, kToRead);
+    path.OpenInternal(object, fsRdPerm);
     FileReadingLoop loop(buffer, path, 0);
     Inspectors::TextFinder const finder(text);
     bool isFound = false;
@@ -67,7 +66,7 @@ integer byte_of(unsigned long long index, file const& object) {
         bool const isAddressable = index >> 32 == 0;
         if (index >= object.Info().catalog.dataLogicalSize || !isAddressable) throw NoSuchObject();
         FileReadingPath path;
-        path.OpenInternal(object, kToRead);
+        path.OpenInternal(object, fsRdPerm);
         MacintoshPlatform::FileReader reader;
         reader.Start(path, static_cast<long long>(index));
         unsigned char byte = 0;

@@ -126,9 +126,8 @@ void FileReader::ThrowError(short status) const {
 }  // namespace MacintoshPlatform
 
 SharingPtr<FileReadingPath> MakeFileReadingPath(MacintoshPlatform::FileLocation const& location) {
-    constexpr signed char toRead = 1;
     auto path = std::make_unique<FileReadingPath>();
-    path->OpenInternal(location, toRead);
+    path->OpenInternal(location, fsRdPerm);
     return SharingPtr<FileReadingPath>(path.release());
 }
 

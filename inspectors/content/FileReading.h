@@ -25,9 +25,10 @@ class FileReadingPath {
     /// Closes the fork; a failure to do so is of no consequence.
     ~FileReadingPath();
 
-    /// Opens the data fork of the item at a location; 1 is the permission to read. Throws FileNotFoundError
-    /// when there is no item, NotAFileError when it is a folder, and what ThrowError does of the platform's
-    /// code. As soon as there is a file, what was open before is closed, and a failure leaves this closed.
+    /// Opens the data fork of the item at a location; fsRdPerm is the permission to read. Throws
+    /// FileNotFoundError when there is no item, NotAFileError when it is a folder, and what ThrowError does
+    /// of the platform's code. As soon as there is a file, what was open before is closed, and a failure
+    /// leaves this closed.
     void OpenInternal(FileLocation const& location, signed char permission);
     /// Closes the fork, if one is open. When the platform cannot, throws what ThrowError does, and it counts
     /// as open still.

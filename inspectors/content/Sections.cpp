@@ -48,8 +48,7 @@ std::optional<ConstData> ValueOf(inspector_string const& key, ConstData const& l
 class Lines {
   public:
     Lines(FileLocation const& location, std::uint32_t start) : offset(start) {
-        constexpr signed char toRead = 1;
-        path.OpenInternal(location, toRead);
+        path.OpenInternal(location, fsRdPerm);
         loop.Start(path, start);
     }
     Lines(Lines const&) = delete;

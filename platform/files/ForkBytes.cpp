@@ -44,6 +44,7 @@ bool MakesFiles(decltype(statfs::f_type) type) {
         case TRACEFS_MAGIC:
         case XENFS_SUPER_MAGIC:
         case 0x62656570:  // configfs
+        case 0x6E667364:  // control files of the NFS server
         case 0x65735543:  // control files of FUSE
         case 0x19800202:  // POSIX message queues
             return true;
