@@ -146,7 +146,7 @@ TEST(ValueInALine, IsTheSameInEveryLocale) {
     std::optional<std::string> const value = ValueIn("ID", "id=1");
     setlocale(LC_CTYPE, "C");
     unsetenv("LOCPATH");
-    if (!isSet) GTEST_SKIP() << "the sources of locales are not installed here";
+    EXPECT_TRUE(isSet) << "the sources of locales are to be installed";
     EXPECT_EQ("1", value);
 }
 
