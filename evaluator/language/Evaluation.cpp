@@ -204,7 +204,7 @@ bool Evaluation::Guarded(Holder& owner, Holder& made, Entry const& entry, Range 
         absence = {Absence::Kind::missingItem, where, std::move(*missing)};
     }
     owner.FreeMemory(before);
-    PlatformForgetForkFailure();  // what comes is not about that file
+    PlatformForgetFileFailure();  // what comes is not about that file
     return false;
 }
 

@@ -102,13 +102,13 @@ std::string FolderOf(FileIOError const& error) {
 
 // The platform's last failure to look up, open or read a file during the call; code 0 where there was none.
 // The exceptions have no room for it.
-struct ForkFailure {
+struct FileFailure {
     long code = 0;
     std::string file;
 };
-ForkFailure LastForkFailure() {
+FileFailure LastFileFailure() {
     char path[PATH_MAX + 1];
-    long const code = PlatformForkFailure(path, sizeof path);
+    long const code = PlatformFileFailure(path, sizeof path);
     return {code, path[0] != 0 ? fmt::format("the file \"{}\"", Printable(path)) : "the file"};
 }
 
@@ -116,11 +116,11 @@ ForkFailure LastForkFailure() {
 std::string Forbidden(FilePermissionError const& error) {
     if (std::string folder = FolderOf(error); !folder.empty()) return folder;
     constexpr long notPermitted = -54, accessDenied = -5000;
-    ForkFailure failure = LastForkFailure();
+    FileFailure failure = LastFileFailure();
     return failure.code == notPermitted || failure.code == accessDenied ? failure.file : "it";
 }
 
-std::string Unreadable(ForkFailure const& failure) {
+std::string Unreadable(FileFailure const& failure) {
     if (failure.code == 0) return "the file cannot be read";
     return fmt::format("{} cannot be read: {}", failure.file, PlatformError(failure.code));
 }
@@ -142,7 +142,7 @@ std::string Reason() {
     } catch (FileNotOpenError const&) {
         return "the file is not open";
     } catch (FileIOError const&) {
-        return Unreadable(LastForkFailure());
+        return Unreadable(LastFileFailure());
     } catch (ArithmeticOverflow const&) {
         return "the result is out of range";
     } catch (DivisionByZero const&) {
@@ -203,7 +203,7 @@ Problem Failed(Entry const& entry, Range where, std::string const& reason) {
             {}};
 }
 
-std::string Missing(ForkFailure const& failure) {
+std::string Missing(FileFailure const& failure) {
     bool const isKnown = failure.code == fileNotFound || failure.code == directoryNotFound;
     return (isKnown ? failure.file : "the file") + " is not there";
 }
@@ -226,7 +226,7 @@ std::optional<std::string> MissingItem() {
     try {
         throw;
     } catch (FileNotFoundError const&) {
-        return Missing(LastForkFailure());
+        return Missing(LastFileFailure());
     } catch (DirectoryNotFoundError const& error) {
         std::string const folder = FolderOf(error);
         return (folder.empty() ? "the folder" : folder) + " is not there";

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <utility>
 
-#include "files/ForkFailure.h"
+#include "files/FileFailure.h"
 #include "files/OpenFolders.h"
 #include "files/Patience.h"
 
@@ -30,7 +30,7 @@ bool CheckInElsewhere::IsInUse() { return elsewhere != nullptr; }
 
 PlatformCheckIn PlatformSetCheckIn(PlatformCheckIn function) {
     Platform::ForgetUnresponsiveMount();
-    Platform::ForgetForkFailure();
+    Platform::ForgetFileFailure();
     Platform::OpenFolders::Shared().LetGoOfUnread();
     return Platform::checkIn.exchange(function);
 }

@@ -11,8 +11,8 @@
 #include <string>
 
 #include "files/Errors.h"
+#include "files/FileFailure.h"
 #include "files/FileSpecs.h"
-#include "files/ForkFailure.h"
 #include "files/Locations.h"
 #include "files/Lookup.h"
 #include "files/SlowPaths.h"
@@ -240,7 +240,7 @@ OSErr PlatformGetItem(CFURLRef url, FSCatalogInfoBitmap whichInfo, FSRef* ref, F
                                   [location, mustBeFolder = url->directory, wanted](Gotten& result) {
                                       return GetItem(location, mustBeFolder, wanted, result);
                                   });
-        if (error != noErr) return NoteForkFailure(error, location.path);
+        if (error != noErr) return NoteFileFailure(error, location.path);
         *ref = gotten.ref;
         if (info != nullptr) *info = gotten.info;
         return noErr;

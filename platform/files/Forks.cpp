@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "files/CheckIn.h"
+#include "files/FileFailure.h"
 #include "files/ForkBytes.h"
-#include "files/ForkFailure.h"
 #include "files/Patience.h"
 #include "files/References.h"
 #include "files/SlowPaths.h"
@@ -145,7 +145,7 @@ void LetGo(Fork& fork) {
 
 OSErr OpenFork(FSRef const& ref, SInt16& number) {
     auto const remembered = ReferenceTable::Shared().Find(ref);
-    if (!remembered) return NoteForkFailure(errFSBadFSRef, Path());
+    if (!remembered) return NoteFileFailure(errFSBadFSRef, Path());
     auto const fork = std::make_shared<Fork>();
     fork->path = remembered->location.path;
     // What is opened is behind the link, also where the reference is to the link itself.
@@ -154,11 +154,11 @@ OSErr OpenFork(FSRef const& ref, SInt16& number) {
     OSErr const error = Reach(fork->mount, fork->bytes, [ref, isMadeWhenRead](ForkBytes& bytes) {
         return OpenDataFork(ref, isMadeWhenRead, bytes);
     });
-    if (error != noErr) return NoteForkFailure(error, fork->path);
+    if (error != noErr) return NoteFileFailure(error, fork->path);
     number = Forks::Shared().Add(fork);
     if (number != 0) return noErr;
     LetGo(*fork);
-    return NoteForkFailure(tmfoErr, fork->path);
+    return NoteFileFailure(tmfoErr, fork->path);
 }
 
 OSErr CheckForkName(UniCharCount length, UniChar const* name) {
@@ -198,7 +198,7 @@ OSErr FSReadFork(SInt16 forkRefNum, UInt16 positionMode, SInt64 positionOffset, 
         if (OSErr const reason = Locate(*fork, positionMode, positionOffset, from); reason != noErr)
             return reason;
         if (requestCount != 0 && buffer == nullptr) return errFSBadBuffer;
-        return NoteForkFailure(Read(*fork, from, {static_cast<UInt8*>(buffer), requestCount}, actual),
+        return NoteFileFailure(Read(*fork, from, {static_cast<UInt8*>(buffer), requestCount}, actual),
                                fork->path);
     });
     if (actualCount != nullptr) *actualCount = actual;
@@ -223,7 +223,7 @@ OSErr FSGetForkSize(SInt16 forkRefNum, SInt64* forkSize) {
         if (!fork) return rfNumErr;
         OSErr const error = Reach(fork->mount, *forkSize,
                                   [bytes = fork->bytes](SInt64& size) { return CountBytes(bytes, size); });
-        return NoteForkFailure(error, fork->path);
+        return NoteFileFailure(error, fork->path);
     });
 }
 

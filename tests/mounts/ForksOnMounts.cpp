@@ -214,7 +214,7 @@ TEST_F(ForksOnMounts, FailWhenTheServerIsGone) {
         Got const got = ReadAtMark(fork, 2);
         EXPECT_EQ((Got{ioErr, ""}), got);
         char path[4096];
-        EXPECT_EQ(ioErr, PlatformForkFailure(path, sizeof path));
+        EXPECT_EQ(ioErr, PlatformFileFailure(path, sizeof path));
         EXPECT_EQ(Path(), path);
         EXPECT_EQ(noErr, FSCloseFork(fork));
     });

@@ -90,7 +90,7 @@ TEST_F(PretendedFiles, AreTooLongBeyond) {
     std::string const path = Pretend("head", kMost + 1);
     EXPECT_EQ(ioErr, TryToOpen(path));
     char told[4096];
-    EXPECT_EQ(ioErr, PlatformForkFailure(told, sizeof told));
+    EXPECT_EQ(ioErr, PlatformFileFailure(told, sizeof told));
     EXPECT_EQ(path, told);
 }
 

@@ -104,7 +104,7 @@ TEST_F(MadeForks, AreTooLongBeyond16Mebibytes) {
     std::ptrdiff_t const before = OpenFiles();
     EXPECT_EQ(ioErr, TryToOpen("/proc/self/pagemap"));
     char path[100];
-    EXPECT_EQ(ioErr, PlatformForkFailure(path, sizeof path));
+    EXPECT_EQ(ioErr, PlatformFileFailure(path, sizeof path));
     EXPECT_EQ(before, OpenFiles());
 }
 

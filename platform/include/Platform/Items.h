@@ -52,8 +52,8 @@ PLATFORM_API UInt32 PlatformSetVolumePatience(UInt32 milliseconds);
 
 /// How the calling thread's last call ended that could not open, measure or read a fork, or look an item up
 /// by its URL, apart from eofErr and userCanceledErr; noErr when there was none since PlatformSetCheckIn or
-/// PlatformForgetForkFailure. `buffer` of `size` bytes (optional) gets the path of the file, cut where it
+/// PlatformForgetFileFailure. `buffer` of `size` bytes (optional) gets the path of the file, cut where it
 /// does not fit, and a NUL.
-PLATFORM_API OSErr PlatformForkFailure(char* buffer, UInt32 size);
-/// Makes PlatformForkFailure tell the calling thread of none.
-PLATFORM_API void PlatformForgetForkFailure(void);
+PLATFORM_API OSErr PlatformFileFailure(char* buffer, UInt32 size);
+/// Makes PlatformFileFailure tell the calling thread of none.
+PLATFORM_API void PlatformForgetFileFailure(void);

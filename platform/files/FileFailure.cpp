@@ -1,4 +1,4 @@
-#include "files/ForkFailure.h"
+#include "files/FileFailure.h"
 
 #include <Carbon/MacErrors.h>
 #include <Platform/Items.h>
@@ -19,19 +19,19 @@ thread_local Failure last;
 
 }  // namespace
 
-OSErr NoteForkFailure(OSErr code, Path const& file) {
+OSErr NoteFileFailure(OSErr code, Path const& file) {
     if (code != noErr && code != eofErr && code != userCanceledErr) last = {code, file};
     return code;
 }
 
-void ForgetForkFailure() { last = {}; }
+void ForgetFileFailure() { last = {}; }
 
 }  // namespace Platform
 
-OSErr PlatformForkFailure(char* buffer, UInt32 size) {
+OSErr PlatformFileFailure(char* buffer, UInt32 size) {
     auto const& [code, file] = Platform::last;
     Platform::CopyCut(file.IsNone() ? std::string() : file.Text(), buffer, size);
     return code;
 }
 
-void PlatformForgetForkFailure() { Platform::ForgetForkFailure(); }
+void PlatformForgetFileFailure() { Platform::ForgetFileFailure(); }

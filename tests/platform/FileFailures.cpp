@@ -1,4 +1,4 @@
-// What is told of the last call on a fork that failed.
+// What is told of the last file that could not be looked up, opened or read.
 
 #include <sys/stat.h>
 
@@ -11,13 +11,13 @@ namespace {
 
 std::string LastFailure() {
     char buffer[4096] = "?";
-    OSErr const code = PlatformForkFailure(buffer, sizeof buffer);
+    OSErr const code = PlatformFileFailure(buffer, sizeof buffer);
     return std::to_string(code) + " " + buffer;
 }
 
-class ForkFailures : public ForkTest {
+class FileFailures : public ForkTest {
   protected:
-    ForkFailures() {
+    FileFailures() {
         PlatformSetCheckIn(nullptr);
         EXPECT_EQ(0, chmod(here.Path().c_str(), 0755));
     }
@@ -33,9 +33,9 @@ class ForkFailures : public ForkTest {
 
 }  // namespace
 
-TEST_F(ForkFailures, AreNoneAtFirst) { EXPECT_EQ("0 ", LastFailure()); }
+TEST_F(FileFailures, AreNoneAtFirst) { EXPECT_EQ("0 ", LastFailure()); }
 
-TEST_F(ForkFailures, HaveTheirCodeAndTheirFile) {
+TEST_F(FileFailures, HaveTheirCodeAndTheirFile) {
     std::string const path = OpenForbidden("first");
     EXPECT_EQ("-5000 " + path, LastFailure());
     EXPECT_EQ("-5000 " + path, LastFailure()) << "also when asked again";
@@ -45,12 +45,12 @@ TEST_F(ForkFailures, HaveTheirCodeAndTheirFile) {
     EXPECT_EQ("-1302 " + here.Path("folder"), LastFailure());
 }
 
-TEST_F(ForkFailures, OfAFileThatIsNotKnownHaveTheirCode) {
+TEST_F(FileFailures, OfAFileThatIsNotKnownHaveTheirCode) {
     EXPECT_EQ(errFSBadFSRef, TryToOpen(FSRef{}));
     EXPECT_EQ("-1401 ", LastFailure());
 }
 
-TEST_F(ForkFailures, AreThoseOfLookUpsToo) {
+TEST_F(FileFailures, AreThoseOfLookUpsToo) {
     std::string const path = here.Path("missing");
     Owned<CFURLRef> const url(NewURL(path));
     FSRef reference;
@@ -58,19 +58,19 @@ TEST_F(ForkFailures, AreThoseOfLookUpsToo) {
     EXPECT_EQ("-43 " + path, LastFailure());
 }
 
-TEST_F(ForkFailures, AreForgotten) {
+TEST_F(FileFailures, AreForgotten) {
     OpenForbidden("file");
-    PlatformForgetForkFailure();
+    PlatformForgetFileFailure();
     EXPECT_EQ("0 ", LastFailure());
 }
 
-TEST_F(ForkFailures, StayUntilTheNext) {
+TEST_F(FileFailures, StayUntilTheNext) {
     std::string const path = OpenForbidden("file");
     EXPECT_EQ("text", Whole(Open(here.Write("other", "text"))));
     EXPECT_EQ("-5000 " + path, LastFailure()) << "neither success nor the end of a fork is one";
 }
 
-TEST_F(ForkFailures, AreNeitherTheEndNorAStop) {
+TEST_F(FileFailures, AreNeitherTheEndNorAStop) {
     SInt16 const fork = OpenNew("text");
     FSRef const reference = ReferenceTo(here.Path("file"));
     EXPECT_EQ((Got{eofErr, "text"}), ReadAtMark(fork, 10));
@@ -82,21 +82,21 @@ TEST_F(ForkFailures, AreNeitherTheEndNorAStop) {
     EXPECT_EQ("0 ", LastFailure());
 }
 
-TEST_F(ForkFailures, AreForgottenWithTheNextCheckIn) {
+TEST_F(FileFailures, AreForgottenWithTheNextCheckIn) {
     OpenForbidden("file");
     PlatformSetCheckIn(nullptr);
     EXPECT_EQ("0 ", LastFailure());
 }
 
-TEST_F(ForkFailures, AreCutToTheirBuffer) {
+TEST_F(FileFailures, AreCutToTheirBuffer) {
     OpenForbidden("file");
     char buffer[5] = "----";
-    EXPECT_EQ(afpAccessDenied, PlatformForkFailure(buffer, sizeof buffer));
+    EXPECT_EQ(afpAccessDenied, PlatformFileFailure(buffer, sizeof buffer));
     EXPECT_EQ(here.Path().substr(0, 4), buffer);
-    EXPECT_EQ(afpAccessDenied, PlatformForkFailure(nullptr, 0));
+    EXPECT_EQ(afpAccessDenied, PlatformFileFailure(nullptr, 0));
 }
 
-TEST_F(ForkFailures, AreThoseOfTheThread) {
+TEST_F(FileFailures, AreThoseOfTheThread) {
     OpenForbidden("file");
     std::thread([] { EXPECT_EQ("0 ", LastFailure()); }).join();
 }
