@@ -1,5 +1,7 @@
 #include "Evaluator/Lexing.h"
 
+#include <limits>
+
 EndLexemeAcceptor::~EndLexemeAcceptor() = default;
 Lexeme::~Lexeme() = default;
 Lexer::~Lexer() = default;
@@ -9,28 +11,33 @@ CharacterLexemeAcceptor::~CharacterLexemeAcceptor() = default;
 
 // Lexer
 
+namespace {
+
+void EndToken(Lexeme*& token) {
+    if (token != nullptr) token->End();
+    token = nullptr;
+}
+
+}  // namespace
+
 void Lexer::Start() {
     token = nullptr;
     endAcceptor->Reset();
 }
 
 void Lexer::Receive(ConstData text) {
-    for (unsigned char byte : text) {
-        if (token != nullptr && token->Continue(byte)) continue;
-        EndToken();
-        token = &ChooseLexeme(byte);
-        token->Begin(byte);
+    unsigned char const* from = text.begin();
+    if (token != nullptr) from += token->Continue(text);
+    while (from != text.end()) {
+        EndToken(token);
+        token = &ChooseLexeme(*from);
+        from += token->Begin({from, text.end()});
     }
 }
 
 void Lexer::ReceiveEnd() {
-    EndToken();
+    EndToken(token);
     endAcceptor->AcceptEnd();
-}
-
-void Lexer::EndToken() {
-    if (token != nullptr) token->End();
-    token = nullptr;
 }
 
 // WordLexeme
@@ -39,16 +46,21 @@ WordLexeme::WordLexeme(Evaluator::ByteSet const& letters, Data buffer, Evaluator
                        WordLexemeAcceptor& acceptor)
     : letters(&letters), buffer(buffer), filter(filter), acceptor(&acceptor) {}
 
-void WordLexeme::Begin(unsigned char first) {
+unsigned long WordLexeme::Begin(ConstData text) {
     room = buffer;
     overflow = false;
-    Add(first);
+    return WordLexeme::Continue(text);
 }
 
-bool WordLexeme::Continue(unsigned char next) {
-    if (!letters->Contains(next)) return false;
-    Add(next);
-    return true;
+unsigned long WordLexeme::Continue(ConstData text) {
+    unsigned char const* letter = text.begin();
+    for (; letter != text.end() && letters->Contains(*letter); ++letter) {
+        overflow = overflow || room.Empty();
+        if (overflow) continue;
+        *room.begin() = filter(*letter);
+        room = {room.begin() + 1, room.end()};
+    }
+    return static_cast<unsigned long>(letter - text.begin());
 }
 
 void WordLexeme::End() {
@@ -56,29 +68,25 @@ void WordLexeme::End() {
     acceptor->AcceptWord({buffer.begin(), room.begin()});
 }
 
-void WordLexeme::Add(unsigned char letter) {
-    if (room.Empty()) {
-        overflow = true;
-        return;
-    }
-    *room.begin() = filter(letter);
-    room = {room.begin() + 1, room.end()};
-}
-
 // NumeralLexeme
 
-void NumeralLexeme::Begin(unsigned char first) {
+unsigned long NumeralLexeme::Begin(ConstData text) {
     number = 0;
     overflow = false;
-    Continue(first);
+    return NumeralLexeme::Continue(text);
 }
 
-bool NumeralLexeme::Continue(unsigned char next) {
-    if (!Ascii::Numeric().Contains(next)) return false;
-    unsigned long long const digit = next - '0';
-    overflow = overflow || __builtin_mul_overflow(number, 10, &number) ||
-               __builtin_add_overflow(number, digit, &number);
-    return true;
+unsigned long NumeralLexeme::Continue(ConstData text) {
+    constexpr unsigned long long most = std::numeric_limits<unsigned long long>::max();
+    unsigned long long value = number;
+    unsigned char const* at = text.begin();
+    for (; at != text.end() && *at >= '0' && *at <= '9'; ++at) {
+        unsigned long long const digit = *at - '0';
+        overflow |= value > most / 10 || value * 10 > most - digit;
+        value = value * 10 + digit;
+    }
+    number = value;
+    return static_cast<unsigned long>(at - text.begin());
 }
 
 void NumeralLexeme::End() {
@@ -88,6 +96,10 @@ void NumeralLexeme::End() {
 
 // CharacterLexeme
 
-void CharacterLexeme::Begin(unsigned char first) { character = first; }
-bool CharacterLexeme::Continue(unsigned char) { return false; }
+unsigned long CharacterLexeme::Begin(ConstData text) {
+    character = *text.begin();
+    return 1;
+}
+
+unsigned long CharacterLexeme::Continue(ConstData) { return 0; }
 void CharacterLexeme::End() { acceptor->AcceptCharacter(character); }

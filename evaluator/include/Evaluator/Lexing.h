@@ -23,10 +23,11 @@ class EVALUATOR_API EndLexemeAcceptor {
 class EVALUATOR_API Lexeme {
   public:
     virtual ~Lexeme();
-    /// A token begins, with this byte.
-    virtual void Begin(unsigned char first) = 0;
-    /// Takes the next byte if it belongs to the token; returns false, and takes nothing, if it does not.
-    virtual bool Continue(unsigned char next) = 0;
+    /// A token begins with the first byte of `text`, for which the lexeme was chosen: takes the bytes from
+    /// the front that belong to it, and returns how many.
+    virtual unsigned long Begin(ConstData text) = 0;
+    /// The text goes on: the same with the bytes that follow.
+    virtual unsigned long Continue(ConstData text) = 0;
     /// The token has ended: hands its value to the acceptor.
     virtual void End() = 0;
 };
@@ -52,8 +53,6 @@ class EVALUATOR_API Lexer {
     virtual Lexeme& ChooseLexeme(unsigned char first) = 0;
 
   private:
-    void EndToken();
-
     EndLexemeAcceptor* endAcceptor;
     Lexeme* token = nullptr;
 };
@@ -73,13 +72,11 @@ class EVALUATOR_API WordLexeme : public Lexeme {
   public:
     WordLexeme(Evaluator::ByteSet const& letters, Data buffer, Evaluator::ByteFilter const& filter,
                WordLexemeAcceptor& acceptor);
-    void Begin(unsigned char first) override;
-    bool Continue(unsigned char next) override;
+    unsigned long Begin(ConstData text) override;
+    unsigned long Continue(ConstData text) override;
     void End() override;
 
   private:
-    void Add(unsigned char letter);
-
     Evaluator::ByteSet const* letters;
     Data buffer;
     Evaluator::ByteFilter filter;
@@ -101,9 +98,8 @@ class EVALUATOR_API NumeralLexemeAcceptor {
 class EVALUATOR_API NumeralLexeme : public Lexeme {
   public:
     explicit NumeralLexeme(NumeralLexemeAcceptor& acceptor) : acceptor(&acceptor) {}
-    /// Requires: `first` is a digit.
-    void Begin(unsigned char first) override;
-    bool Continue(unsigned char next) override;
+    unsigned long Begin(ConstData text) override;
+    unsigned long Continue(ConstData text) override;
     void End() override;
 
   private:
@@ -122,8 +118,8 @@ class EVALUATOR_API CharacterLexemeAcceptor {
 class EVALUATOR_API CharacterLexeme : public Lexeme {
   public:
     explicit CharacterLexeme(CharacterLexemeAcceptor& acceptor) : acceptor(&acceptor) {}
-    void Begin(unsigned char first) override;
-    bool Continue(unsigned char next) override;
+    unsigned long Begin(ConstData text) override;
+    unsigned long Continue(ConstData text) override;
     void End() override;
 
   private:
