@@ -10,11 +10,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <string>
+#include <utility>
 
 #include "files/CheckIn.h"
 #include "files/Errors.h"
+#include "files/ExtendedAttributes.h"
 #include "files/Locations.h"
 #include "files/Lookup.h"
+#include "files/MacMetadata.h"
 
 namespace Platform {
 
@@ -107,6 +111,35 @@ OSErr OpenRegular(Place place, Item const& item, bool isMadeWhenRead, ForkBytes&
     return noErr;
 }
 
+// Opens the part of a file that holds the fork.
+OSErr OpenPart(Place place, ByteRange part, ForkBytes& bytes) {
+    constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    int const descriptor = openat(place.folder, place.path, flags);
+    if (descriptor < 0) return ErrorOfErrno(errno);
+    bytes.file = std::make_shared<Descriptor const>(descriptor);
+    bytes.part = part;
+    return noErr;
+}
+
+// The value of an attribute, but for what may stand behind the fork.
+OSErr ReadAttribute(Place item, std::string const& name, std::size_t length, ForkBytes& bytes) {
+    constexpr std::size_t most = 65536;  // that an attribute can have
+    auto value = ExtendedAttributes(item).Value(name, most);
+    if (value.empty()) return eofErr;
+    value.resize(std::min(value.size(), length));
+    bytes.memory = std::make_shared<std::vector<UInt8> const>(std::move(value));
+    return noErr;
+}
+
+OSErr OpenForkInMetadata(Place item, ForkBytes& bytes) {
+    MacMetadata metadata;
+    ReadMacMetadata(item, false, {}, metadata);
+    auto const& [store, name, offset, length] = metadata.resourceFork;
+    if (length == 0 || store == ResourceForkPlace::Store::None) return eofErr;
+    if (store == ResourceForkPlace::Store::Attribute) return ReadAttribute(item, name, length, bytes);
+    return OpenPart({item.folder, Beside(item, name).c_str()}, {offset, length}, bytes);
+}
+
 OSErr ReadFile(int file, SInt64 from, std::span<UInt8> to, std::size_t& actual) {
     constexpr SInt64 most = std::numeric_limits<SInt64>::max();
     to = to.first(std::min<std::uint64_t>(to.size(), static_cast<std::uint64_t>(most - from)));
@@ -136,9 +169,24 @@ OSErr OpenDataFork(FSRef const& reference, bool isMadeWhenRead, ForkBytes& bytes
     return S_ISREG(mode) ? OpenRegular(place.Get(), found.item, isMadeWhenRead, bytes) : OSErr{noErr};
 }
 
+OSErr OpenResourceFork(FSRef const& reference, ForkBytes& bytes) {
+    FoundItem found;
+    if (OSErr const error = FindReferenced(reference, found); error != noErr) return error;
+    SystemPath const path(found.location);
+    if (path.Error() != 0) return ErrorOfErrno(path.Error());
+    mode_t mode = 0;
+    if (OSErr const error = ModeOf(path.Get(), found.item, mode); error != noErr) return error;
+    if (S_ISDIR(mode)) return notAFileErr;
+    if (!found.item.isLink) return OpenForkInMetadata(path.Get(), bytes);
+    std::string target;  // which has the metadata, and its companions beside it
+    int const error = PathWithoutLinks(found.location.path.Text(), target);
+    return error != 0 ? ErrorOfErrno(error) : OpenForkInMetadata({AT_FDCWD, target.c_str()}, bytes);
+}
+
 OSErr CountBytes(ForkBytes const& bytes, SInt64& count) {
     count = bytes.memory ? static_cast<SInt64>(bytes.memory->size()) : 0;
-    if (!bytes.file) return noErr;
+    if (bytes.part) count = static_cast<SInt64>(bytes.part->length);
+    if (!bytes.file || bytes.part) return noErr;
     struct stat status;
     if (fstat(bytes.file->Number(), &status) != 0) return ErrorOfErrno(errno);
     count = status.st_size;
@@ -147,6 +195,11 @@ OSErr CountBytes(ForkBytes const& bytes, SInt64& count) {
 
 OSErr ReadBytes(ForkBytes const& bytes, SInt64 from, std::span<UInt8> to, std::size_t& actual) {
     actual = 0;
+    if (bytes.part) {
+        std::uint64_t const behind = bytes.part->length - std::min<std::uint64_t>(from, bytes.part->length);
+        to = to.first(std::min<std::uint64_t>(to.size(), behind));
+        from += static_cast<SInt64>(bytes.part->offset);
+    }
     if (bytes.file) return ReadFile(bytes.file->Number(), from, to, actual);
     auto const size = bytes.memory ? static_cast<SInt64>(bytes.memory->size()) : 0;
     if (from >= size) return noErr;

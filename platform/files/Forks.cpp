@@ -1,25 +1,17 @@
-// The File Manager's functions on forks: their numbers, their marks, and waiting for servers.
+// The File Manager's functions on forks: their numbers and their marks.
 
 #include <Carbon/Files.h>
 #include <Carbon/MacErrors.h>
 #include <Platform/Items.h>
 
-#include <algorithm>
-#include <cstring>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <span>
-#include <string>
 #include <utility>
 #include <vector>
 
-#include "files/CheckIn.h"
 #include "files/FileFailure.h"
-#include "files/ForkBytes.h"
-#include "files/Patience.h"
-#include "files/References.h"
-#include "files/SlowPaths.h"
+#include "files/OpenFork.h"
 #include "foundation/Object.h"
 #include "foundation/Threads.h"
 
@@ -27,10 +19,7 @@ using namespace Platform;
 
 namespace {
 
-struct Fork {
-    ForkBytes bytes;
-    Path path;
-    std::optional<SlowMount> mount;  // whose server may not answer
+struct Fork : OpenFork {
     SInt64 mark = 0;
 };
 using SharedFork = std::shared_ptr<Fork>;
@@ -93,8 +82,7 @@ OSErr Locate(Fork const& fork, UInt16 mode, SInt64 offset, SInt64& position) {
             base = fork.mark;
             break;
         case fsFromLEOF: {
-            OSErr const error = Reach(fork.mount, base,
-                                      [bytes = fork.bytes](SInt64& size) { return CountBytes(bytes, size); });
+            OSErr const error = CountBytes(fork, base);
             if (error != noErr) return error;
             break;
         }
@@ -108,53 +96,16 @@ OSErr Locate(Fork const& fork, UInt16 mode, SInt64 offset, SInt64& position) {
     return fits && position >= 0 ? OSErr{noErr} : OSErr{posErr};
 }
 
-// Reads on a helper thread, which has a buffer of its own: the caller's may be gone when it comes back.
-OSErr ReadPatiently(Fork const& fork, SInt64 from, std::span<UInt8> to, std::size_t& actual) {
-    constexpr std::size_t mostAtOnce = std::size_t{1} << 20;
-    struct Piece {
-        std::vector<UInt8> bytes;
-        std::size_t actual = 0;
-    };
-    for (actual = 0; actual < to.size();) {
-        auto const piece = std::make_shared<Piece>();
-        piece->bytes.resize(std::min(to.size() - actual, mostAtOnce));
-        OSErr const error = CallPatiently(
-            *fork.mount, std::nullopt, [bytes = fork.bytes, piece, at = from + static_cast<SInt64>(actual)] {
-                return ReadBytes(bytes, at, piece->bytes, piece->actual);
-            });
-        if (error != noErr) return error;
-        std::memcpy(to.data() + actual, piece->bytes.data(), piece->actual);
-        actual += piece->actual;
-        if (piece->actual < piece->bytes.size()) break;
-    }
-    return noErr;
-}
-
 OSErr Read(Fork& fork, SInt64 from, std::span<UInt8> to, std::size_t& actual) {
-    OSErr const error = fork.mount && fork.bytes.file ? ReadPatiently(fork, from, to, actual)
-                                                      : ReadBytes(fork.bytes, from, to, actual);
+    OSErr const error = ReadBytes(fork, from, to, actual);
     fork.mark = from + static_cast<SInt64>(actual);
     if (error != noErr) return error;
     return actual < to.size() ? OSErr{eofErr} : OSErr{noErr};
 }
 
-// Closes a fork's file.
-void LetGo(Fork& fork) {
-    if (fork.mount && fork.bytes.file) LetGoPatiently(*fork.mount, std::move(fork.bytes.file));
-}
-
-OSErr OpenFork(FSRef const& ref, SInt16& number) {
-    auto const remembered = ReferenceTable::Shared().Find(ref);
-    if (!remembered) return NoteFileFailure(errFSBadFSRef, Path());
+OSErr OpenWithNumber(FSRef const& ref, SInt16& number) {
     auto const fork = std::make_shared<Fork>();
-    fork->path = remembered->location.path;
-    // What is opened is behind the link, also where the reference is to the link itself.
-    fork->mount = SlowMountBehind({fork->path, LinkRule::Follow});
-    bool const isMadeWhenRead = fork->mount && fork->mount->makesFiles;
-    OSErr const error = Reach(fork->mount, fork->bytes, [ref, isMadeWhenRead](ForkBytes& bytes) {
-        return OpenDataFork(ref, isMadeWhenRead, bytes);
-    });
-    if (error != noErr) return NoteFileFailure(error, fork->path);
+    if (OSErr const error = OpenForkOf(ref, ForkKind::Data, *fork); error != noErr) return error;
     number = Forks::Shared().Add(fork);
     if (number != 0) return noErr;
     LetGo(*fork);
@@ -182,7 +133,7 @@ OSErr FSOpenFork(FSRef const* ref, UniCharCount forkNameLength, UniChar const* f
         if (OSErr const error = CheckForkName(forkNameLength, forkName); error != noErr) return error;
         if (permissions > fsRdPerm) return permErr;
         SInt16 number = 0;
-        OSErr const error = OpenFork(*ref, number);
+        OSErr const error = OpenWithNumber(*ref, number);
         if (error == noErr) *forkRefNum = number;
         return error;
     });
@@ -221,9 +172,7 @@ OSErr FSGetForkSize(SInt16 forkRefNum, SInt64* forkSize) {
         if (forkSize == nullptr) return paramErr;
         SharedFork const fork = Forks::Shared().Find(forkRefNum);
         if (!fork) return rfNumErr;
-        OSErr const error = Reach(fork->mount, *forkSize,
-                                  [bytes = fork->bytes](SInt64& size) { return CountBytes(bytes, size); });
-        return NoteFileFailure(error, fork->path);
+        return NoteFileFailure(CountBytes(*fork, *forkSize), fork->path);
     });
 }
 

@@ -5,3 +5,4 @@
 #include <Carbon/Files.h>
 #include <Carbon/MacErrors.h>
 #include <Carbon/MacTypes.h>
+#include <Carbon/Resources.h>

@@ -24,6 +24,11 @@ enum {
     memFullErr = -108,           // no memory
     dirNFErr = -120,             // a folder on the way is missing, or is none
     userCanceledErr = -128,      // the check-in function said stop
+    CantDecompress = -186,       // a resource in a compressed form
+    inputOutOfBounds = -190,     // a place behind the end of a resource
+    resNotFound = -192,          // no such resource, or no handle of one
+    resFNotFound = -193,         // not an open resource file
+    mapReadErr = -199,           // a resource fork without a map that makes sense
     notAFileErr = -1302,         // a folder where a file is needed
     errFSBadFSRef = -1401,       // a reference that is stale, or that was never made
     errFSBadForkName = -1402,    // no name that a fork can have

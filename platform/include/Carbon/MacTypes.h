@@ -8,11 +8,17 @@
 /// Four characters as a number, the first one in the top byte.
 typedef UInt32 FourCharCode;
 typedef FourCharCode OSType;
+typedef FourCharCode ResType;
 typedef UInt32 OptionBits;
 typedef UInt32 ItemCount;
 typedef UInt32 TextEncoding;
 typedef unsigned long UniCharCount;
 typedef unsigned long ByteCount;
+
+/// A block of memory, and what stands for one that the platform may move: it leads to the block's address,
+/// which is null while the block is not in memory.
+typedef char* Ptr;
+typedef Ptr* Handle;
 
 /// A length byte and that many bytes of Mac Roman text.
 typedef unsigned char Str63[64];
