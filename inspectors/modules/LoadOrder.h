@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "modules/AncestorsModule.h"
+#include "modules/CountryModule.h"
 #include "modules/DescendantsModule.h"
 #include "modules/FileAttributesModule.h"
 #include "modules/FileContentModule.h"
@@ -17,7 +18,9 @@
 #include "modules/FileTypesModule.h"
 #include "modules/FilesModule.h"
 #include "modules/FoldersModule.h"
+#include "modules/StageModule.h"
 #include "modules/TimeAndDateModule.h"
+#include "modules/VersionsModule.h"
 #include "modules/VolumeIterationModule.h"
 #include "modules/VolumesModule.h"
 
@@ -65,9 +68,9 @@ using LoadOrder = ModuleList<  //
     Vacant<23>,                // SCSI buses
     Vacant<24>,                // SCSI bus iteration
     Vacant<25>,                // USB
-    Vacant<26>,                // country
-    Vacant<27>,                // version values
-    Vacant<28>,                // stage
+    CountryModule,             // 26
+    VersionsModule,            // 27
+    StageModule,               // 28
     FilesModule,               // 29
     FileSignaturesModule,      // 30
     FileSystemObjectsModule,   // 31
