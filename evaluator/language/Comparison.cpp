@@ -82,14 +82,14 @@ void Comparison::Settle(Vocabulary const& vocabulary, TypeEntry const& type) {
 }
 
 std::optional<bool> Comparison::Holds(Evaluation& evaluation, ValueRef const& left, ValueRef const& right,
-                                      Range where) const {
+                                      Range where, ValueRef& answer) const {
     if (native) {
         int order = NativeOrder(*left, *right);
         return code == kRelationEqual ? order == 0 : code == kRelationLess ? order < 0 : order <= 0;
     }
-    if (!entry) return FieldsHold(evaluation, *left, *right, where);
-    ValueRef answer = evaluation.Operate(*entry, *truth, left, right, where);
-    return answer ? std::optional<bool>(answer->As<boolean>()) : std::nullopt;
+    if (!entry) return FieldsHold(evaluation, *left, *right, where, answer);
+    if (!evaluation.Operate(answer, *entry, *truth, left, right, where)) return std::nullopt;
+    return answer->As<boolean>();
 }
 
 int Comparison::NativeOrder(Value const& left, Value const& right) const {
@@ -102,16 +102,16 @@ int Comparison::NativeOrder(Value const& left, Value const& right) const {
 // The first field in which the tuples differ decides: for "=" against it, else by the relation itself, which
 // then holds in one direction only.
 std::optional<bool> Comparison::FieldsHold(Evaluation& evaluation, Value const& left, Value const& right,
-                                           Range where) const {
+                                           Range where, ValueRef& answer) const {
     for (std::size_t i = 0; i < fields.size(); ++i) {
         ValueRef first = FieldOf(left, i), second = FieldOf(right, i);
-        std::optional<bool> holds = fields[i].Holds(evaluation, first, second, where);
+        std::optional<bool> holds = fields[i].Holds(evaluation, first, second, where, answer);
         if (!holds) return holds;
         if (code == kRelationEqual) {
             if (!*holds) return false;
             continue;
         }
-        std::optional<bool> opposite = fields[i].Holds(evaluation, second, first, where);
+        std::optional<bool> opposite = fields[i].Holds(evaluation, second, first, where, answer);
         if (!opposite || *holds != *opposite) return opposite ? holds : opposite;
     }
     return code != kRelationLess;

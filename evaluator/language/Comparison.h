@@ -22,9 +22,15 @@ class Comparison {
     Comparison(Vocabulary const& vocabulary, int code, TypeEntry const& type);
 
     int Code() const { return code; }
-    /// Whether the relation holds; nothing when there is no answer.
+    /// Whether the relation holds; nothing when there is no answer. Who asks often keeps `answer` from one
+    /// time to the next: its slot is used again.
     std::optional<bool> Holds(Evaluation& evaluation, ValueRef const& left, ValueRef const& right,
-                              Range where) const;
+                              Range where, ValueRef& answer) const;
+    std::optional<bool> Holds(Evaluation& evaluation, ValueRef const& left, ValueRef const& right,
+                              Range where) const {
+        ValueRef answer;
+        return Holds(evaluation, left, right, where, answer);
+    }
     /// Whether the values are of the host's own types, so that Hash serves.
     bool IsNative() const { return native; }
     /// The same for equal values. Requires IsNative().
@@ -36,8 +42,8 @@ class Comparison {
   private:
     void Settle(Vocabulary const& vocabulary, TypeEntry const& type);
     int NativeOrder(Value const& left, Value const& right) const;
-    std::optional<bool> FieldsHold(Evaluation& evaluation, Value const& left, Value const& right,
-                                   Range where) const;
+    std::optional<bool> FieldsHold(Evaluation& evaluation, Value const& left, Value const& right, Range where,
+                                   ValueRef& answer) const;
 
     int code;
     bool native = false;

@@ -1,6 +1,7 @@
 #include "language/Sorting.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "language/Bounds.h"
@@ -63,19 +64,36 @@ class SortedCursor : public Cursor {
             if (to % kBetweenCheckIns == 0) evaluation.CheckIn(where);
             bool takeRight = left == middle;
             if (left < middle && right < end) {
-                std::optional<bool> isLess = less.Holds(evaluation, sorted[right], sorted[left], where);
+                std::optional<bool> isLess =
+                    less.Holds(evaluation, sorted[right], sorted[left], where, answer);
                 if (!isLess) return false;
                 takeRight = *isLess;
             }
-            merged[to] = std::move(sorted[takeRight ? right++ : left++]);
+            std::size_t const taken = takeRight ? right : left;  // no branch: which one cannot be foretold
+            right += takeRight;
+            left += !takeRight;
+            FetchBehind(taken);
+            merged[to] = std::move(sorted[taken]);
         }
         return true;
+    }
+
+    // Values of a run lie all over the memory, but which ones come next is known. Inlined: as a function that
+    // does nothing but fetch, the compiler would leave its calls out.
+    [[gnu::always_inline]] void FetchBehind(std::size_t place) const {
+        constexpr std::size_t ahead = 8;
+        constexpr std::ptrdiff_t cacheLine = 64;
+        if (place + ahead >= sorted.size() || !sorted[place + ahead]) return;
+        auto const* const bytes = static_cast<char const*>(sorted[place + ahead]->Bytes());
+        __builtin_prefetch(bytes);
+        __builtin_prefetch(bytes + cacheLine - 1);
     }
 
     CursorPointer values;  ///< null once all are gathered
     Comparison const& less;
     Range where;
     OwnedVector<ValueRef> sorted, merged;
+    ValueRef answer;  ///< of the relation, the last time
     std::size_t delivered = 0;
 };
 
