@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <ctime>
 
 namespace Command {
 
@@ -19,7 +20,7 @@ void Output::Note(bool succeeded) {
 
 void Output::Write(std::string_view bytes) {
     unended = bytes.ends_with('\n') ? 0 : unended + bytes.size();
-    if (error == 0) Note(std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size());
+    if (error == 0) Note(fwrite_unlocked(bytes.data(), 1, bytes.size(), stdout) == bytes.size());
 }
 
 bool Output::EndsALine() const { return unended <= __fpending(stdout); }
@@ -29,7 +30,9 @@ void Output::Flush() {
 }
 
 void Output::FlushNowAndThen() {
-    auto const now = std::chrono::steady_clock::now();
+    std::timespec present;
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &present);  // exact to some milliseconds, at a tenth of the time
+    auto const now = std::chrono::seconds(present.tv_sec) + std::chrono::nanoseconds(present.tv_nsec);
     if (now - flushed < std::chrono::milliseconds(100)) return;
     Flush();
     flushed = now;

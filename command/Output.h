@@ -25,8 +25,8 @@ class Output {
   private:
     void Note(bool succeeded);
     int error = 0;
-    std::size_t unended = 0;  ///< bytes since the last write that ended a line
-    std::chrono::steady_clock::time_point flushed;
+    std::size_t unended = 0;             ///< bytes since the last write that ended a line
+    std::chrono::nanoseconds flushed{};  ///< when that was last, by the monotonic clock
 };
 
 }  // namespace Command
