@@ -1,8 +1,10 @@
 #include "versions/Version.h"
 
 #include <array>
+#include <charconv>
+#include <system_error>
 
-#include "Evaluator/Output.h"
+#include "Evaluator/Exceptions.h"
 #include "Evaluator/Text.h"
 
 namespace {
@@ -13,37 +15,49 @@ namespace {
 class NumericText {
   public:
     explicit NumericText(MacVersion const& version) {
-        Write(Numeral(version.major));
-        Write(".");
-        Write(Numeral(version.minor));
+        Write(version.major);
+        Write('.');
+        Write(version.minor);
         if (version.bugrev != 0) {
-            Write(".");
-            Write(Numeral(version.bugrev));
+            Write('.');
+            Write(version.bugrev);
         }
         WriteStage(version);
     }
 
-    char const* Characters() const { return reinterpret_cast<char const*>(bytes.data()); }
-    std::size_t Size() const { return kMost - room.Size(); }
+    /// With a NUL behind them.
+    char const* Characters() const { return characters.data(); }
+    operator ConstData() const {
+        return {reinterpret_cast<unsigned char const*>(characters.data()),
+                static_cast<std::size_t>(end - characters.data())};
+    }
 
   private:
     static constexpr std::size_t kMost = 24;  // the longest has 23: 65535.65535.65535b65535
 
-    void Write(ConstData text) { room = room << text; }
+    void Write(char character) {
+        if (end == characters.data() + kMost) throw DataOverflow();
+        *end++ = character;
+    }
+    void Write(std::uint16_t number) {
+        auto const [behind, error] = std::to_chars(end, characters.data() + kMost, number);
+        if (error != std::errc()) throw DataOverflow();
+        end = behind;
+    }
 
     void WriteStage(MacVersion const& version) {
         bool const isPlainFinal = version.stage == kFinal && version.nonrel == 0;
         if (version.stage == kNoStage || isPlainFinal) {
             if (version.nonrel == 0) return;
-            Write(".");
-        } else {
-            Write(LetterOf({version.stage}));
+            Write('.');
+        } else if (char const letter = *LetterOf({version.stage}); letter != 0) {
+            Write(letter);
         }
-        if (version.stage == kReleased || version.nonrel != 0) Write(Numeral(version.nonrel));
+        if (version.stage == kReleased || version.nonrel != 0) Write(version.nonrel);
     }
 
-    std::array<unsigned char, kMost + 1> bytes{};  // with a NUL behind
-    Data room{bytes.data(), kMost};
+    std::array<char, kMost + 1> characters{};
+    char* end = characters.data();
 };
 
 // ---- Order
@@ -59,13 +73,6 @@ std::uint8_t RankOf(MacVersion const& version) {
     return isRelease ? std::uint8_t{kReleased} : version.stage;
 }
 
-// All that is compared before the last number, as one number: where the first difference is cannot be
-// foretold, and a processor that guesses it wrong loses more time than the comparison takes.
-std::uint64_t FrontOf(MacVersion const& version) {
-    return std::uint64_t{version.major} << 48 | std::uint64_t{version.minor} << 32 |
-           std::uint64_t{version.bugrev} << 16 | RankOf(version);
-}
-
 bool IsDigit(unsigned char byte) { return byte >= '0' && byte <= '9'; }
 
 // Two rows of digits that differ in their first byte, if there is one: the longer one is the larger number.
@@ -76,6 +83,15 @@ int OrderDigits(unsigned char const* left, unsigned char const* right) {
     return IsDigit(*left) ? 1 : difference;
 }
 
+// The order of the numbers of two versions.
+inline int CompareNumbers(MacVersion const& left, MacVersion const& right) {
+    if (left.major != right.major) return Order(left.major, right.major);
+    if (left.minor != right.minor) return Order(left.minor, right.minor);
+    if (left.bugrev != right.bugrev) return Order(left.bugrev, right.bugrev);
+    if (int const order = Order(RankOf(left), RankOf(right)); order != 0) return order;
+    return Order(left.nonrel, right.nonrel);
+}
+
 // The texts of a textual version and another one.
 int CompareTexts(MacVersion const& left, MacVersion const& right) {
     if (left.text.empty()) return LinuxCompareVersions(NumericText(left).Characters(), right.text.c_str());
@@ -83,17 +99,19 @@ int CompareTexts(MacVersion const& left, MacVersion const& right) {
     return LinuxCompareVersions(left.text.c_str(), right.text.c_str());
 }
 
+inline int Compare(MacVersion const& left, MacVersion const& right) {
+    bool const areNumeric = left.text.empty() && right.text.empty();
+    return areNumeric ? CompareNumbers(left, right) : CompareTexts(left, right);
+}
+
 }  // namespace
 
 std::string VersionToString(MacVersion const& version) {
-    if (!version.text.empty()) return version.text;
-    NumericText const text(version);
-    return {text.Characters(), text.Size()};
+    return version.text.empty() ? NumericText(version).Characters() : version.text;
 }
 
 int CannonicalCompareVersions(MacVersion const& left, MacVersion const& right) {
-    int const order = Order(FrontOf(left), FrontOf(right));
-    return order != 0 ? order : Order(left.nonrel, right.nonrel);
+    return CompareNumbers(left, right);
 }
 
 int LinuxCompareVersions(char const* left, char const* right) {
@@ -114,14 +132,11 @@ int LinuxCompareVersions(char const* left, char const* right) {
     return OrderDigits(first, second);
 }
 
-int CompareVersions(MacVersion const& left, MacVersion const& right) {
-    bool const areNumeric = left.text.empty() && right.text.empty();
-    return areNumeric ? CannonicalCompareVersions(left, right) : CompareTexts(left, right);
-}
+int CompareVersions(MacVersion const& left, MacVersion const& right) { return Compare(left, right); }
 
-bool operator==(MacVersion const& left, MacVersion const& right) { return CompareVersions(left, right) == 0; }
-bool operator<(MacVersion const& left, MacVersion const& right) { return CompareVersions(left, right) < 0; }
-bool operator<=(MacVersion const& left, MacVersion const& right) { return CompareVersions(left, right) < 1; }
+bool operator==(MacVersion const& left, MacVersion const& right) { return Compare(left, right) == 0; }
+bool operator<(MacVersion const& left, MacVersion const& right) { return Compare(left, right) < 0; }
+bool operator<=(MacVersion const& left, MacVersion const& right) { return Compare(left, right) < 1; }
 
 bool operator==(MacVersion const& left, inspector_string const& right) {
     return left == TextToVersion(right);
@@ -139,8 +154,8 @@ bool operator<=(inspector_string const& left, MacVersion const& right) {
 }
 
 inspector_string versionAsString(MacVersion const& version) {
-    std::string const text = VersionToString(version);
-    return MakeString({reinterpret_cast<unsigned char const*>(text.data()), text.size()});
+    if (version.text.empty()) return MakeString(NumericText(version));
+    return MakeString({reinterpret_cast<unsigned char const*>(version.text.data()), version.text.size()});
 }
 
 MacVersion stringAsVersion(inspector_string const& text) { return TextToVersion(text); }
