@@ -80,9 +80,11 @@ unsigned long NumeralLexeme::Continue(ConstData text) {
     constexpr unsigned long long most = std::numeric_limits<unsigned long long>::max();
     unsigned long long value = number;
     unsigned char const* at = text.begin();
-    for (; at != text.end() && *at >= '0' && *at <= '9'; ++at) {
-        unsigned long long const digit = *at - '0';
-        overflow |= value > most / 10 || value * 10 > most - digit;
+    for (; at != text.end(); ++at) {
+        unsigned int const digit = *at - unsigned{'0'};
+        if (digit > 9) break;
+        if (value >= most / 10) [[unlikely]]
+            overflow |= value > most / 10 || digit > most % 10;
         value = value * 10 + digit;
     }
     number = value;

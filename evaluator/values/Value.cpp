@@ -87,15 +87,6 @@ ValueRef NewValue(TypeEntry const& type) {
     return ValueRef::Adopt(value);
 }
 
-void RenewValue(ValueRef& value, TypeEntry const& type) {
-    if (!value || value->type != &type || !type.selfContained || value->references != 1) {
-        value = NewValue(type);
-        return;
-    }
-    value->alive = false;
-    value->FreeMemory();
-}
-
 IterationRef NewIteration(PropertyEntry const& entry) {
     auto* iteration = NewHolder<Iteration>(entry.stateSize);
     iteration->isIteration = true;

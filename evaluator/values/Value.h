@@ -121,7 +121,14 @@ using IterationRef = Ref<Iteration>;
 ValueRef NewValue(TypeEntry const& type);
 /// Makes `value` a slot for a value of the type that is not alive yet: the one that it held, when that is
 /// bits of the same type and nobody else holds it.
-void RenewValue(ValueRef& value, TypeEntry const& type);
+inline void RenewValue(ValueRef& value, TypeEntry const& type) {
+    if (!value || value->type != &type || !type.selfContained || value->references != 1) {
+        value = NewValue(type);
+        return;
+    }
+    value->alive = false;
+    if (value->memory != nullptr) value->FreeMemory();
+}
 /// An iteration whose state is not constructed yet.
 IterationRef NewIteration(PropertyEntry const& entry);
 /// Makes `holder` keep `first` and `second` (either may be null) alive as long as itself.
