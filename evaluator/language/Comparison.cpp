@@ -81,15 +81,12 @@ void Comparison::Settle(Vocabulary const& vocabulary, TypeEntry const& type) {
     if (native) own = left;
 }
 
-std::optional<bool> Comparison::Holds(Evaluation& evaluation, ValueRef const& left, ValueRef const& right,
-                                      Range where, ValueRef& answer) const {
-    if (native) {
-        int order = NativeOrder(*left, *right);
-        return code == kRelationEqual ? order == 0 : code == kRelationLess ? order < 0 : order <= 0;
-    }
-    if (!entry) return FieldsHold(evaluation, *left, *right, where, answer);
-    if (!evaluation.Operate(answer, *entry, *truth, left, right, where)) return std::nullopt;
-    return answer->As<boolean>();
+// Where no registered relation is asked as such: of the host's own types, and of tuples.
+std::optional<bool> Comparison::HoldsByHost(Evaluation& evaluation, Value const& left, Value const& right,
+                                            Range const& where, ValueRef& answer) const {
+    if (!native) return FieldsHold(evaluation, left, right, where, answer);
+    int const order = NativeOrder(left, right);
+    return code == kRelationEqual ? order == 0 : code == kRelationLess ? order < 0 : order <= 0;
 }
 
 int Comparison::NativeOrder(Value const& left, Value const& right) const {
@@ -105,13 +102,13 @@ std::optional<bool> Comparison::FieldsHold(Evaluation& evaluation, Value const& 
                                            Range where, ValueRef& answer) const {
     for (std::size_t i = 0; i < fields.size(); ++i) {
         ValueRef first = FieldOf(left, i), second = FieldOf(right, i);
-        std::optional<bool> holds = fields[i].Holds(evaluation, first, second, where, answer);
+        std::optional<bool> holds = fields[i].Holds(evaluation, *first, *second, where, answer);
         if (!holds) return holds;
         if (code == kRelationEqual) {
             if (!*holds) return false;
             continue;
         }
-        std::optional<bool> opposite = fields[i].Holds(evaluation, second, first, where, answer);
+        std::optional<bool> opposite = fields[i].Holds(evaluation, *second, *first, where, answer);
         if (!opposite || *holds != *opposite) return opposite ? holds : opposite;
     }
     return code != kRelationLess;

@@ -24,12 +24,16 @@ class Comparison {
     int Code() const { return code; }
     /// Whether the relation holds; nothing when there is no answer. Who asks often keeps `answer` from one
     /// time to the next: its slot is used again.
-    std::optional<bool> Holds(Evaluation& evaluation, ValueRef const& left, ValueRef const& right,
-                              Range where, ValueRef& answer) const;
+    std::optional<bool> Holds(Evaluation& evaluation, Value& left, Value& right, Range const& where,
+                              ValueRef& answer) const {
+        if (native || !entry) return HoldsByHost(evaluation, left, right, where, answer);
+        if (!evaluation.Operate(answer, *entry, *truth, left, right, where)) return std::nullopt;
+        return answer->As<boolean>();
+    }
     std::optional<bool> Holds(Evaluation& evaluation, ValueRef const& left, ValueRef const& right,
                               Range where) const {
         ValueRef answer;
-        return Holds(evaluation, left, right, where, answer);
+        return Holds(evaluation, *left, *right, where, answer);
     }
     /// Whether the values are of the host's own types, so that Hash serves.
     bool IsNative() const { return native; }
@@ -41,6 +45,8 @@ class Comparison {
 
   private:
     void Settle(Vocabulary const& vocabulary, TypeEntry const& type);
+    std::optional<bool> HoldsByHost(Evaluation& evaluation, Value const& left, Value const& right,
+                                    Range const& where, ValueRef& answer) const;
     int NativeOrder(Value const& left, Value const& right) const;
     std::optional<bool> FieldsHold(Evaluation& evaluation, Value const& left, Value const& right, Range where,
                                    ValueRef& answer) const;

@@ -29,8 +29,8 @@ moment PresentMoment() {
 
 void const* BytesOf(ValueRef const& value) { return value ? value->Bytes() : nullptr; }
 
-void Keep(Value& value, ValueRef const& first, ValueRef const& second) {
-    if (!value.type->selfContained) KeepSources(value, first.Get(), second.Get());
+void Keep(Value& value, Holder* first, Holder* second) {
+    if (!value.type->selfContained) KeepSources(value, first, second);
 }
 
 std::optional<std::chrono::steady_clock::time_point> Deadline(std::chrono::steady_clock::time_point begun,
@@ -53,7 +53,6 @@ Evaluation::Evaluation(std::size_t bindingCount, std::size_t literalCount, RunOp
       cancellation(options.cancellation),
       progress(options.progress),
       deadline(Deadline(begun, options.limits.time)),
-      watched(cancellation || deadline),
       floor(EvaluationStack::Instance().Floor()) {
     yieldTimeSlice = trickle = &GiveTime;
     running = this;
@@ -95,19 +94,8 @@ void Evaluation::ClearCaches(Range where) {
 
 // ---- Stopping
 
-bool Evaluation::ShouldStop() {
-    if (stopReason.load(std::memory_order_relaxed) != StopReason::none) return true;
-    if (cancellation && cancellation->IsRequested())
-        stopReason = StopReason::cancelled;
-    else if (deadline && std::chrono::steady_clock::now() >= *deadline)
-        stopReason = StopReason::time;
-    else
-        return false;
-    return true;
-}
-
 // A stop while the platform waited for a file system is told with its mount point.
-Problem Evaluation::WhyStopped(Range where) const {
+Problem Evaluation::WhyStopped(Range const& where) const {
     constexpr std::int32_t cancelled = -128;
     std::string const mount = UnresponsiveMount(cancelled);
     switch (stopReason) {
@@ -126,7 +114,7 @@ Problem Evaluation::WhyStopped(Range where) const {
     }
 }
 
-void Evaluation::Stop(Range where) const { throw EvaluationError{WhyStopped(where)}; }
+void Evaluation::Stop(Range const& where) const { throw EvaluationError{WhyStopped(where)}; }
 
 Problem Evaluation::WhyGivenUp() const {
     if (stopReason != StopReason::none) return WhyStopped(calling);
@@ -166,7 +154,7 @@ unsigned char Evaluation::MayLookUp(unsigned int items) {
 namespace {
 
 // An absence is not believed when a file system has not answered.
-void CheckForSilence(Entry const& entry, Range where) {
+void CheckForSilence(Entry const& entry, Range const& where) {
     if (auto problem = SilenceBehind(entry, where)) throw EvaluationError{std::move(*problem)};
 }
 
@@ -176,7 +164,8 @@ void CheckForSilence(Entry const& entry, Range where) {
 // whether it made it. A result that is not believed is there all the same, and ends like any other: so it is
 // `call` that makes it keep its sources.
 template <class Call>
-bool Evaluation::Guarded(Holder& owner, Holder& made, Entry const& entry, Range where, Call const& call) {
+bool Evaluation::Guarded(Holder& owner, Holder& made, Entry const& entry, Range const& where,
+                         Call const& call) {
     calling = where;
     if (static_cast<char const*>(__builtin_frame_address(0)) < floor) [[unlikely]]
         throw EvaluationError{WhyGivenUp()};
@@ -219,34 +208,34 @@ void* Evaluation::Allocate(std::size_t size) {
 }
 
 bool Evaluation::Ask(ValueRef& value, PropertyEntry const& property, TypeEntry const& result,
-                     ValueRef const& object, ValueRef const& index, Range where) {
+                     ValueRef const& object, ValueRef const& index, Range const& where) {
     RenewValue(value, result);
     return Guarded(*value, *value, property, where, [&] {
         property.first(value->Bytes(), BytesOf(index), BytesOf(object), nullptr, property.context);
-        Keep(*value, object, index);
+        Keep(*value, object.Get(), index.Get());
     });
 }
 
 bool Evaluation::Convert(ValueRef& value, CastEntry const& cast, TypeEntry const& result,
-                         ValueRef const& source, Range where) {
+                         ValueRef const& source, Range const& where) {
     RenewValue(value, result);
     return Guarded(*value, *value, cast, where, [&] {
         cast.thunk(value->Bytes(), source->Bytes(), cast.context);
-        Keep(*value, source, {});
+        Keep(*value, source.Get(), nullptr);
     });
 }
 
-bool Evaluation::Operate(ValueRef& value, OperatorEntry const& op, TypeEntry const& result,
-                         ValueRef const& left, ValueRef const& right, Range where) {
+bool Evaluation::Operate(ValueRef& value, OperatorEntry const& op, TypeEntry const& result, Value& left,
+                         Value& right, Range const& where) {
     RenewValue(value, result);
     return Guarded(*value, *value, op, where, [&] {
-        op.thunk(value->Bytes(), left->Bytes(), right->Bytes(), op.context);
-        Keep(*value, left, right);
+        op.thunk(value->Bytes(), left.Bytes(), right.Bytes(), op.context);
+        Keep(*value, &left, &right);
     });
 }
 
 bool Evaluation::Compute(void* result, OperatorEntry const& op, void const* left, void const* right,
-                         Range where) {
+                         Range const& where) {
     try {
         op.thunk(result, left, right, op.context);
         return true;
@@ -259,7 +248,7 @@ bool Evaluation::Compute(void* result, OperatorEntry const& op, void const* left
 }
 
 IterationRef Evaluation::Begin(PropertyEntry const& property, ValueRef const& object, ValueRef const& index,
-                               Range where) {
+                               Range const& where) {
     IterationRef iteration = NewIteration(property);
     KeepSources(*iteration, object.Get(), index.Get());
     bool there =
@@ -269,7 +258,7 @@ IterationRef Evaluation::Begin(PropertyEntry const& property, ValueRef const& ob
 
 // What First asks for is the iteration's, what Next asks for its value's.
 bool Evaluation::Step(ValueRef& value, IterationRef const& iteration, bool first, TypeEntry const& result,
-                      Range where) {
+                      Range const& where) {
     PropertyEntry const& property = *iteration->entry;
     RenewValue(value, result);
     Holder& owner = first ? static_cast<Holder&>(*iteration) : *value;

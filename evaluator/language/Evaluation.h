@@ -99,34 +99,36 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     // arguments.
 
     bool Ask(ValueRef& value, PropertyEntry const& property, TypeEntry const& result, ValueRef const& object,
-             ValueRef const& index, Range where);
+             ValueRef const& index, Range const& where);
     bool Convert(ValueRef& value, CastEntry const& cast, TypeEntry const& result, ValueRef const& source,
-                 Range where);
-    bool Operate(ValueRef& value, OperatorEntry const& op, TypeEntry const& result, ValueRef const& left,
-                 ValueRef const& right, Range where);
+                 Range const& where);
+    bool Operate(ValueRef& value, OperatorEntry const& op, TypeEntry const& result, Value& left, Value& right,
+                 Range const& where);
     /// An operator of the core's own, whose result is bits and nothing else, computed where `result` points.
-    bool Compute(void* result, OperatorEntry const& op, void const* left, void const* right, Range where);
+    bool Compute(void* result, OperatorEntry const& op, void const* left, void const* right,
+                 Range const& where);
     /// The first value of an iteration, then each next one; none at its end.
     bool Step(ValueRef& value, IterationRef const& iteration, bool first, TypeEntry const& result,
-              Range where);
+              Range const& where);
     // The same for who has no slot to use again; gives nothing when there is no such object.
     ValueRef Ask(PropertyEntry const& property, TypeEntry const& result, ValueRef const& object,
-                 ValueRef const& index, Range where) {
+                 ValueRef const& index, Range const& where) {
         ValueRef value;
         return Ask(value, property, result, object, index, where) ? value : ValueRef();
     }
-    ValueRef Convert(CastEntry const& cast, TypeEntry const& result, ValueRef const& source, Range where) {
+    ValueRef Convert(CastEntry const& cast, TypeEntry const& result, ValueRef const& source,
+                     Range const& where) {
         ValueRef value;
         return Convert(value, cast, result, source, where) ? value : ValueRef();
     }
     ValueRef Operate(OperatorEntry const& op, TypeEntry const& result, ValueRef const& left,
-                     ValueRef const& right, Range where) {
+                     ValueRef const& right, Range const& where) {
         ValueRef value;
-        return Operate(value, op, result, left, right, where) ? value : ValueRef();
+        return Operate(value, op, result, *left, *right, where) ? value : ValueRef();
     }
     /// A fresh iteration over an object (may be nothing), its state constructed.
     IterationRef Begin(PropertyEntry const& property, ValueRef const& object, ValueRef const& index,
-                       Range where);
+                       Range const& where);
 
     /// Memory for the value or iteration that is being made; null when none is, and where a limit stands
     /// against it, which then is the reason to stop.
@@ -136,12 +138,16 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
 
     /// Throws an EvaluationError when the evaluation is to stop. For work of the host's own that goes on long
     /// without a call of an inspector.
-    void CheckIn(Range where) {
-        if (IsWatched() && ShouldStop()) [[unlikely]]
+    void CheckIn(Range const& where) {
+        if (ShouldStop()) [[unlikely]]
             Stop(where);
     }
     /// Whether it is to stop. May be called on any thread.
-    bool ShouldStop();
+    bool ShouldStop() {
+        if (stopReason.load(std::memory_order_relaxed) != StopReason::none) return true;
+        if (cancellation != nullptr && cancellation->IsRequested()) return NoteStop(StopReason::cancelled);
+        return deadline && std::chrono::steady_clock::now() >= *deadline && NoteStop(StopReason::time);
+    }
     /// Counts a value that is about to be handed to the consumer.
     void CountValue() {
         if (progress) progress->values.fetch_add(1, std::memory_order_relaxed);
@@ -153,12 +159,13 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     enum class StopReason : std::uint8_t { none, cancelled, time, inspectorMemory };
 
     template <class Call>
-    bool Guarded(Holder& owner, Holder& made, Entry const& entry, Range where, Call const& call);
-    bool IsWatched() const {
-        return watched || stopReason.load(std::memory_order_relaxed) != StopReason::none;
+    bool Guarded(Holder& owner, Holder& made, Entry const& entry, Range const& where, Call const& call);
+    bool NoteStop(StopReason reason) {
+        stopReason = reason;
+        return true;
     }
-    [[noreturn]] void Stop(Range where) const;
-    Problem WhyStopped(Range where) const;
+    [[noreturn]] void Stop(Range const& where) const;
+    Problem WhyStopped(Range const& where) const;
     /// What the platform asks before so many items are looked at, and where they are counted: false tells it
     /// to refuse.
     static unsigned char MayLookUp(unsigned int items);
@@ -173,7 +180,6 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     Cancellation const* const cancellation;
     Progress* const progress;
     std::optional<std::chrono::steady_clock::time_point> const deadline;
-    bool const watched;  ///< there is a cancellation or a deadline to look at
     std::atomic<StopReason> stopReason{StopReason::none};
     int timesRefused = 0;
 

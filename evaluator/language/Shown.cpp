@@ -8,9 +8,9 @@
 namespace Evaluator {
 namespace {
 
-std::string Bytes(Value const& value) {
+std::string_view Bytes(Value const& value) {
     auto const& text = value.As<inspector_string>();
-    return std::string(text.begin(), text.end());
+    return {reinterpret_cast<char const*>(text.bytes), text.length};
 }
 
 // What a program can make of the core's own types.
@@ -71,11 +71,9 @@ void Shown::Show(Evaluation& evaluation, ValueRef const& value, Range where, Res
     Way const& way = ways.at(value->type);
     result.kind = way.kind;
     switch (way.kind) {
-        case ValueKind::string: {
-            auto const& text = value->As<inspector_string>();
-            result.text.assign(text.begin(), text.end());
+        case ValueKind::string:
+            result.text = Bytes(*value);
             break;
-        }
         case ValueKind::integer:
             result.number = value->As<integer>();
             result.text = fmt::format_int(result.number).c_str();
@@ -117,7 +115,8 @@ void Shown::ShowOther(Evaluation& evaluation, ValueRef const& value, Way const& 
     }
     ValueRef name;
     if (way.name) name = evaluation.Ask(*way.name, *string, value, {}, where);
-    result.text = value->type->name + (way.name && given(name) ? " " + Bytes(*name) : "");
+    result.text = value->type->name;
+    if (way.name && given(name)) result.text.append(" ").append(Bytes(*name));
 }
 
 void Shown::ShowFields(Evaluation& evaluation, Value const& tuple, Range where, Result& result) const {

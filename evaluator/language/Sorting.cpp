@@ -20,6 +20,11 @@ class SortedCursor : public Cursor {
   public:
     SortedCursor(CursorPointer values, Comparison const& less, Range where)
         : values(std::move(values)), less(less), where(where) {}
+    ~SortedCursor() override {
+        while (delivered < sorted.size()) Release(sorted[delivered++]);
+    }
+    SortedCursor(SortedCursor const&) = delete;
+    SortedCursor& operator=(SortedCursor const&) = delete;
 
     Step Next(Evaluation& evaluation, ValueRef& value) override {
         if (values) {
@@ -28,7 +33,8 @@ class SortedCursor : public Cursor {
             if (!Sort(evaluation)) return Step::absent;
         }
         if (delivered == sorted.size()) return Step::end;
-        value = std::move(sorted[delivered++]);
+        FetchToDeliver();
+        value = ValueRef::Adopt(sorted[delivered++]);
         return Step::value;
     }
 
@@ -38,7 +44,9 @@ class SortedCursor : public Cursor {
         Step step;
         while ((step = values->Next(evaluation, value)) == Step::value) {
             BoundGathered(evaluation, sorted.size() + 1, where);
-            sorted.push_back(Detached(value));
+            ValueRef detached = Detached(value);
+            sorted.push_back(detached.Get());
+            detached.Detach();
         }
         return step;
     }
@@ -59,41 +67,55 @@ class SortedCursor : public Cursor {
     bool Merge(Evaluation& evaluation, std::size_t begin, std::size_t run) {
         std::size_t const middle = std::min(begin + run, sorted.size());
         std::size_t const end = std::min(middle + run, sorted.size());
+        Value* const* const from = sorted.data();
         std::size_t left = begin, right = middle;
         for (std::size_t to = begin; to < end; ++to) {
             if (to % kBetweenCheckIns == 0) evaluation.CheckIn(where);
             bool takeRight = left == middle;
             if (left < middle && right < end) {
-                std::optional<bool> isLess =
-                    less.Holds(evaluation, sorted[right], sorted[left], where, answer);
+                std::optional<bool> isLess = less.Holds(evaluation, *from[right], *from[left], where, answer);
                 if (!isLess) return false;
                 takeRight = *isLess;
             }
             std::size_t const taken = takeRight ? right : left;  // no branch: which one cannot be foretold
             right += takeRight;
             left += !takeRight;
-            FetchBehind(taken);
-            merged[to] = std::move(sorted[taken]);
+            FetchToMerge(taken);
+            merged[to] = from[taken];
         }
         return true;
     }
 
-    // Values of a run lie all over the memory, but which ones come next is known. Inlined: as a function that
-    // does nothing but fetch, the compiler would leave its calls out.
-    [[gnu::always_inline]] void FetchBehind(std::size_t place) const {
-        constexpr std::size_t ahead = 8;
+    // Values in order lie all over the memory, but which ones come next is known, so they are fetched in
+    // time. These functions are inlined: one that does nothing but fetch is left out by the compiler.
+
+    [[gnu::always_inline]] static void Fetch(void const* memory) {
         constexpr std::ptrdiff_t cacheLine = 64;
-        if (place + ahead >= sorted.size() || !sorted[place + ahead]) return;
-        auto const* const bytes = static_cast<char const*>(sorted[place + ahead]->Bytes());
-        __builtin_prefetch(bytes);
-        __builtin_prefetch(bytes + cacheLine - 1);
+        __builtin_prefetch(memory);
+        __builtin_prefetch(static_cast<char const*>(memory) + cacheLine - 1);
+    }
+
+    [[gnu::always_inline]] void FetchToMerge(std::size_t place) const {
+        if (place + 16 < sorted.size()) Fetch(sorted[place + 16]->Bytes());
+    }
+
+    // A value that was delivered comes to its end, with what it kept and with its places in the list of all.
+    [[gnu::always_inline]] void FetchToDeliver() const {
+        if (delivered + 12 >= sorted.size()) return;
+        Fetch(sorted[delivered + 12]);
+        Fetch(sorted[delivered + 8]->sources[0]);
+        Fetch(sorted[delivered + 8]->newer);
+        if (Holder const* const source = sorted[delivered + 4]->sources[0]) {
+            Fetch(source->older);
+            Fetch(source->memory);
+        }
     }
 
     CursorPointer values;  ///< null once all are gathered
     Comparison const& less;
     Range where;
-    OwnedVector<ValueRef> sorted, merged;
-    ValueRef answer;  ///< of the relation, the last time
+    OwnedVector<Value*> sorted, merged;  ///< each sorted one is owned, until it is delivered
+    ValueRef answer;                     ///< of the relation, the last time
     std::size_t delivered = 0;
 };
 
