@@ -236,12 +236,16 @@ TEST_F(RuleEngine, DoesNothingForAProductionWithoutAnAction) {
 
 // The end that comes first in the list keeps the period from being taken in.
 TEST_F(RuleEngine, ReducesAtAnEndBeforeALaterAlternate) {
+    rules.Add({Number, StageLetter}, CompleteVersion, &S::AddStage2);
     rules.Add({Number}, SimpleVersion, &S::BuildSingle);
     rules.Add({Number, Period}, CompleteVersion, &S::BuildVers);
     rules.Add({SimpleVersion, Period}, CompleteVersion, &S::AddStage1);
     Take(engine, {Number, Period});
     engine.Flush();
     EXPECT_EQ("single stage1", semantics.Heard());
+    engine.Reset();
+    Take(engine, {Number, StageLetter});
+    EXPECT_EQ("stage2", semantics.Heard());
 }
 
 TEST_F(RuleEngine, TakesALaterEndOnlyWhenNothingElseFits) {

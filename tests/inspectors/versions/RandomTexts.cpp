@@ -1,5 +1,6 @@
 #include "RandomTexts.h"
 
+#include <iterator>
 #include <string_view>
 
 using namespace std::literals;
