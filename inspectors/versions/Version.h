@@ -36,10 +36,11 @@ std::string VersionToString(MacVersion const& version);
 /// 0 are the same; a final with a number comes before the release, a fourth number behind it.
 int CannonicalCompareVersions(MacVersion const& left, MacVersion const& right);
 /// The order of two texts in which a row of digits counts as a number, and one with zeros in front as a
-/// fraction: negative, 0 or positive. It is no strict order of all texts: three may go round in a circle.
+/// fraction: negative, 0 or positive.
 int LinuxCompareVersions(char const* left, char const* right);
 /// The order of two versions: of their numbers when both are numeric, else of their texts, each up to a NUL
-/// byte. Negative, 0 or positive.
+/// byte. Negative, 0 or positive. It is a strict order of numeric versions and one of textual ones, but not
+/// of both together, of which three may go round in a circle: 1.0, "1.0 beta", 1.0b2.
 int CompareVersions(MacVersion const& left, MacVersion const& right);
 
 bool operator==(MacVersion const& left, MacVersion const& right);

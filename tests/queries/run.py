@@ -56,6 +56,7 @@ def make_tree(root):
     write(b"letters/b.txt", b"BB\n", "2024-03-01T00:00:01")
     write(b"letters/deeper/c.txt", b"CCC\n", "2024-03-02T00:00:01")
     write(b"endings.txt", b"unix\nmac\rwindows\r\nodd\n\r\nlast", "2026-01-03T00:00:00")
+    write(b"versions.txt", b"1.10\n1.9\n1.9b2\n1.05\n", "2026-01-05T00:00:00")
     write(b"settings.ini", b"user = root\n[client]\n  Port = 3306 ; the usual one\nname:\t\"alpha\" \nempty =\n"
           b"none=;x\n\n<server>\nport=80\nzone=north\n[Server]\nport = 8080\nportable=1\n[void]\n[end]\n", "2026-01-04T00:00:00")
     os.symlink("notes.txt", root / "link.txt")
