@@ -37,7 +37,7 @@ class Image {
     // What is found: the place of a resource, or why there is none.
     std::string Find(std::string const& type, int number) const {
         std::optional<ResourceReference> found = ResourceReference{77, 77};
-        bool hasType = false;
+        bool hasType = true;
         OSErr const error = opened.Find(Code(type), static_cast<SInt16>(number), found, hasType);
         if (error != noErr) return "error " + std::to_string(error);
         if (found) return "at " + std::to_string(found->dataOffset) + (hasType ? "" : " of no type");
@@ -393,6 +393,10 @@ TEST(ResourceForkDecoder, TypesLieWithinTheMap) {
     EXPECT_EQ(mapReadErr, code(6));
     EXPECT_EQ(mapReadErr, code(65535));
     EXPECT_EQ(noErr, code(65536)) << "which stands for none";
+    BuiltFork const five = fork.With(fork.typeList, 4, 2);
+    std::uint64_t const length = fork.bytes.size() - fork.map;
+    EXPECT_EQ(noErr, CodeOfOpening(five.With(kMapLength, length, 4)));
+    EXPECT_EQ(mapReadErr, CodeOfOpening(five.With(kMapLength, length - 1, 4)));
 }
 
 TEST(ResourceForkDecoder, ReferencesLieWithinTheMap) {

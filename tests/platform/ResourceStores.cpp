@@ -9,6 +9,14 @@ namespace {
 
 std::string ForkWith(std::string const& text) { return BuildFork({{"vers", 1, text}}).bytes; }
 
+// To a link, not to what it leads to.
+FSRef ReferenceToItself(std::string const& link) {
+    FSRef reference{};
+    EXPECT_EQ(noErr, FSPathMakeRefWithOptions(Bytes(link.c_str()), kFSPathMakeRefDoNotFollowLeafSymlink,
+                                              &reference, nullptr));
+    return reference;
+}
+
 constexpr char const* kTrailing = "user.DosStream.AFP_Resource:$DATA";  // with a byte behind the value
 
 class ResourceStores : public ResourceTest {
@@ -103,6 +111,7 @@ TEST_F(ResourceStores, TheDataForkIsNone) {
 
 TEST_F(ResourceStores, CompanionsThemselvesHaveNone) {
     WriteFork("file", ForkWith("companion"));
+    WriteCompanion("._._file", ForkWith("of a companion"));
     EXPECT_EQ(eofErr, TryToOpen(here.Path("._file")));
 }
 
@@ -141,12 +150,11 @@ TEST_F(ResourceStores, LinksLeadIntoOtherFolders) {
 TEST_F(ResourceStores, LinksThatAreAskedForThemselvesLeadThereToo) {
     WriteFork("file", ForkWith("of the file"));
     WriteCompanion("._link", ForkWith("beside the link"));
-    FSRef link;
-    std::string const path = here.Link("link", "file");
-    ASSERT_EQ(noErr, FSPathMakeRefWithOptions(Bytes(path.c_str()), kFSPathMakeRefDoNotFollowLeafSymlink,
-                                              &link, nullptr));
-    Open(link);
+    Open(ReferenceToItself(here.Link("link", "file")));
     EXPECT_EQ("of the file", Resource("vers", 1));
+    here.MakeFolder("folder");
+    EXPECT_EQ(notAFileErr, TryToOpen(ReferenceToItself(here.Link("to a folder", "folder"))));
+    EXPECT_EQ(fnfErr, TryToOpen(ReferenceToItself(here.Link("dangling", "missing"))));
 }
 
 TEST_F(ResourceStores, LinksThatLeadNowhereOrToFolders) {

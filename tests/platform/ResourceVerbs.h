@@ -20,9 +20,13 @@ inline ResType Code(std::string const& type) {
 /// Bytes of a resource, with the code that tells how reading them ended. They must not have a '?' at their
 /// end.
 inline Got ReadPart(Handle resource, SInt32 offset, SInt32 count) {
-    std::string buffer(static_cast<std::size_t>(std::max(count, SInt32{0})), '?');
+    auto const most = static_cast<std::size_t>(std::max(count, SInt32{0}));
+    std::string buffer(most + 16, '?');
     ReadPartialResource(resource, offset, buffer.data(), count);
-    return {ResError(), buffer.substr(0, buffer.find_last_not_of('?') + 1)};
+    OSErr const error = ResError();
+    buffer.resize(buffer.find_last_not_of('?') + 1);
+    EXPECT_LE(buffer.size(), most) << "nothing lies behind the bytes";
+    return {error, buffer};
 }
 
 /// All bytes of a resource.
