@@ -1,5 +1,5 @@
-// Any bytes as a resource fork, as a map with data behind a sound header, and as lists of types and
-// references behind a sound map.
+// Any bytes as a resource fork, as a map behind a sound header, and as types, references and data behind a
+// sound map.
 
 #include "files/ResourceFork.h"
 
@@ -65,39 +65,40 @@ void Add(Bytes& bytes, std::uint64_t number, int size) {
     while (size-- > 0) bytes.push_back(static_cast<UInt8>(number >> (8 * size)));
 }
 
-// A header and what lies behind it: the map, and data of the size that is wanted. Both may overlap.
-Bytes WithHeader(Bytes const& rest, std::size_t dataSize) {
+// A header and the map behind it, with the data anywhere.
+Bytes WithHeader(Bytes const& map, ByteRange data) {
     constexpr std::size_t header = 16;
     Bytes fork;
-    dataSize = std::min(dataSize, rest.size());
-    Add(fork, header + rest.size() - dataSize, 4);
+    Add(fork, data.offset, 4);
     Add(fork, header, 4);
-    Add(fork, dataSize, 4);
-    Add(fork, rest.size(), 4);
-    fork.insert(fork.end(), rest.begin(), rest.end());
+    Add(fork, data.length, 4);
+    Add(fork, map.size(), 4);
+    fork.insert(fork.end(), map.begin(), map.end());
     return fork;
 }
 
-// A map with a type list of one type, "vers", and what lies behind it: references, and data.
+// A map with one type, "vers", and what lies behind it: references, and data. The first bytes say how many
+// references there are, and where the data is: within the fork, mostly.
 Bytes WithMap(Bytes const& rest) {
+    auto const at = [&](std::size_t place) { return place < rest.size() ? rest[place] : std::size_t{0}; };
     Bytes map(24);
     Add(map, 28, 2);
     Add(map, 0, 2);
     Add(map, 0, 2);
     Add(map, kVersion, 4);
-    Add(map, rest.empty() ? 0 : rest[0] % 4, 2);
+    Add(map, at(0) % 4, 2);
     Add(map, 10, 2);
     map.insert(map.end(), rest.begin(), rest.end());
-    return WithHeader(map, rest.size());
+    return WithHeader(map, {at(1), at(2)});
 }
 
-// The same with any number of types.
+// The same with any type list and whatever it names; all of it is data too.
 Bytes WithTypes(Bytes const& rest) {
     Bytes map(24);
     Add(map, 28, 2);
     Add(map, 0, 2);
     map.insert(map.end(), rest.begin(), rest.end());
-    return WithHeader(map, rest.size() / 2);
+    return WithHeader(map, {16, map.size()});
 }
 
 }  // namespace
@@ -105,7 +106,7 @@ Bytes WithTypes(Bytes const& rest) {
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     Bytes const bytes(data, data + size);
     HoldFork(bytes);
-    HoldFork(WithHeader(bytes, size / 2));
+    HoldFork(WithHeader(bytes, {16, size}));
     HoldFork(WithTypes(bytes));
     HoldFork(WithMap(bytes));
     return 0;
