@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <limits>
-#include <list>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -159,7 +159,7 @@ class ResourceManager {
         auto file = std::make_unique<ResourceFile>();
         if (OSErr const reason = file->Open(reference); reason != noErr) return reason;
         SInt16 const number = FreeNumber();
-        chain.push_front({number, *identity, std::move(file)});
+        chain.push_back({number, *identity, std::move(file)});
         current = number;
         return noErr;
     }
@@ -174,8 +174,8 @@ class ResourceManager {
         auto const closing = std::find_if(chain.begin(), chain.end(),
                                           [=](OpenFile const& open) { return open.number == number; });
         if (closing == chain.end()) return resFNotFound;
-        auto const next = chain.erase(closing);
-        if (current == number) current = next == chain.end() ? kNoFile : next->number;
+        if (current == number) current = closing == chain.begin() ? kNoFile : std::prev(closing)->number;
+        chain.erase(closing);
         return noErr;
     }
 
@@ -225,12 +225,16 @@ class ResourceManager {
 
     // The least number that no file has. Requires: there is one.
     SInt16 FreeNumber() const {
-        SInt16 number = 1;
-        while (Find(number) != nullptr) ++number;
-        return number;
+        std::vector<bool> isTaken(chain.size() + 1);  // by numbers less 1
+        for (OpenFile const& open : chain) {
+            auto const place = static_cast<std::size_t>(open.number - 1);
+            if (place < isTaken.size()) isTaken[place] = true;
+        }
+        auto const place = std::find(isTaken.begin(), isTaken.end(), false) - isTaken.begin();
+        return static_cast<SInt16>(place + 1);
     }
 
-    std::list<OpenFile> chain;  // the file that was opened last in front
+    std::vector<OpenFile> chain;  // in the order in which they were opened
 };
 
 // Does the work of a call, and remembers how it ended.

@@ -1,7 +1,6 @@
 // What is in files that are forbidden, odd, large, or that change while they are read, asked about with the
 // command.
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,7 +11,7 @@
 #include <sstream>
 #include <thread>
 
-#include "command/Running.h"
+#include "faults/Asking.h"
 #include "support/TemporaryFolder.h"
 
 namespace {
@@ -21,21 +20,16 @@ constexpr std::uintmax_t kFourGibibytes = std::uintmax_t{1} << 32;
 
 class Files : public testing::Test {
   protected:
-    // A query about a file, which stands where the query has a '%'.
-    static std::string About(std::string const& path, std::string query) {
-        return query.replace(query.find('%'), 1, "file \"" + path + "\"");
-    }
     static Ran Ask(std::string const& query, std::string const& path,
                    std::vector<std::string> arguments = {}) {
-        arguments.push_back(About(path, query));
+        arguments.push_back(AboutFile(path, query));
         return RunZelq(arguments);
     }
-    // As a user who may not pass over permissions, as root may.
     static Ran AskUnprivileged(std::string const& query, std::string const& path) {
-        std::vector<std::string> command{Zelq(), About(path, query)};
-        if (geteuid() == 0)
-            command.insert(command.begin(), {"setpriv", "--bounding-set=-dac_override,-dac_read_search"});
-        return RunProgram(command);
+        return RunUnprivileged(AboutFile(path, query));
+    }
+    static std::string AboutFile(std::string const& path, std::string const& query) {
+        return About("file \"" + path + "\"", query);
     }
     static std::string Contents(std::string const& path) {
         std::ostringstream text;
@@ -45,28 +39,6 @@ class Files : public testing::Test {
 
     TemporaryFolder const here;
 };
-
-void ExpectAnswer(std::string const& answer, Ran const& ran) {
-    EXPECT_EQ(answer, ran.out);
-    EXPECT_EQ("", ran.err);
-    EXPECT_EQ(0, ran.status);
-}
-
-// The message alone, without the query below it.
-std::string MessageOf(Ran const& ran) { return ran.err.substr(0, ran.err.find('\n')); }
-
-void ExpectNoSuchObject(Ran const& ran) {
-    EXPECT_EQ("", ran.out);
-    EXPECT_EQ("error: no such object", MessageOf(ran));
-    EXPECT_EQ(1, ran.status);
-}
-
-void ExpectFailure(std::string const& phrase, std::string const& reason, Ran const& ran) {
-    EXPECT_EQ("", ran.out);
-    EXPECT_EQ(0u, MessageOf(ran).find("error: \"" + phrase + "\" failed: ")) << ran.err;
-    EXPECT_NE(std::string::npos, MessageOf(ran).find(reason)) << ran.err;
-    EXPECT_EQ(1, ran.status);
-}
 
 // Does something to a file again and again, on a thread, as long as it lives.
 class Busily {
@@ -226,7 +198,7 @@ TEST_F(Files, ThatShrinkWhileTheyAreSearched) {
     for (int turn = 0; turn < 12; ++turn) {
         std::string const query = turn % 2 == 0 ? "content of % contains \"xyz\"" : "number of lines of %";
         std::filesystem::resize_file(path, 1 << 30);
-        Started command({Zelq(), "--timeout", "10", About(path, query)});
+        Started command({Zelq(), "--timeout", "10", AboutFile(path, query)});
         std::this_thread::sleep_for(std::chrono::milliseconds(20 + 4 * turn));
         std::filesystem::resize_file(path, 1000);
         ExpectAnEnd(command.Wait());

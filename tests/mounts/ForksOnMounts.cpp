@@ -1,66 +1,20 @@
 // Forks of a file on a mount whose server stops answering, when they are opened, read and closed.
 
-#include <Platform/Items.h>
-
-#include <chrono>
-#include <thread>
-
 #include "evaluator/Asking.h"
-#include "mounts/StoppableServer.h"
-#include "platform/ForkVerbs.h"
+#include "mounts/MountedForks.h"
 
 using namespace Mounts;
 using namespace std::chrono_literals;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+class ForksOnMounts : public MountedForkTest {};
 
 // Bytes of which no two pieces are alike.
 std::string Numbers(std::size_t size) {
     std::string bytes;
     for (std::size_t i = 0; bytes.size() < size; ++i) bytes += std::to_string(i) + "\n";
     return bytes.substr(0, size);
-}
-
-class ForksOnMounts : public ForkTest {
-  protected:
-    template <class Body>
-    void ApartWithAServer(std::string const& bytes, Body const& body) {
-        Apart([&] {
-            StoppableServer const server(here.Path("net"), bytes);
-            body(server);
-        });
-    }
-    std::string Path() const { return here.Path("net/file"); }
-
-    // How a call ends that is asked to stop while it waits, with what is told of mounts then.
-    template <class Call>
-    std::string Stopped(Call const& call) const {
-        static Clock::time_point end;
-        end = Clock::now() + 100ms;
-        PlatformSetCheckIn([](UInt32) -> Boolean { return Clock::now() < end; });
-        OSErr const error = call();
-        std::string const told = Unresponsive();
-        PlatformSetCheckIn(nullptr);
-        return std::to_string(error) + ", " + told;
-    }
-    std::string Unresponsive() const {
-        char mountPoint[4096];
-        OSErr const code = PlatformUnresponsiveMount(mountPoint, sizeof mountPoint);
-        return std::to_string(code) + " " + mountPoint;
-    }
-    std::string GivenUp() const { return "-128, -128 " + here.Path("net"); }
-};
-
-// Repeats a call until the mount answers again.
-template <class Call>
-OSErr WhenItAnswers(Call const& call) {
-    for (;;) {
-        OSErr const error = call();
-        if (error != volOffLinErr) return error;
-        std::this_thread::sleep_for(1ms);
-    }
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-// A FUSE file system with one file, whose server answers until it is stopped.
+// A FUSE file system with one file, and perhaps a companion, whose server answers until it is stopped.
 
 #include <linux/fuse.h>
 #include <signal.h>
@@ -26,9 +26,11 @@ class StoppableServer {
     /// close, and no process end that has one, before it has answered. One that does not says so once.
     enum class Closing { Told, Untold };
 
-    /// Mounts a file system that holds a file called "file" with these bytes.
-    StoppableServer(std::string const& mountPoint, std::string bytes, Closing wanted = Closing::Told)
-        : contents(std::move(bytes)), closing(wanted) {
+    /// Mounts a file system that holds a file called "file" with these bytes, and "._file" with those of its
+    /// companion unless they are none.
+    StoppableServer(std::string const& mountPoint, std::string bytes, Closing wanted = Closing::Told,
+                    std::string companionBytes = {})
+        : contents(std::move(bytes)), companion(std::move(companionBytes)), closing(wanted) {
         device = open("/dev/fuse", O_RDWR | O_CLOEXEC);
         EXPECT_LE(0, device) << "FUSE must be there: " << strerror(errno);
         Mount("fuse.stoppable", mountPoint,
@@ -69,7 +71,7 @@ class StoppableServer {
 
   private:
     static constexpr unsigned kPatience = 30;  // seconds
-    static constexpr std::uint64_t kFolder = FUSE_ROOT_ID, kFile = 2;
+    static constexpr std::uint64_t kFolder = FUSE_ROOT_ID, kFile = 2, kCompanion = 3;
 
     // Answers the next request; false at the end of the file system.
     bool Serve() {
@@ -81,9 +83,12 @@ class StoppableServer {
         switch (header.opcode) {
             case FUSE_INIT:
                 return Answer(header, Init());
-            case FUSE_LOOKUP:
-                if (std::string_view(static_cast<char const*>(body)) != "file") return Refuse(header, ENOENT);
-                return Answer(header, Entry());
+            case FUSE_LOOKUP: {
+                std::string_view const name = static_cast<char const*>(body);
+                if (name == "file") return Answer(header, Entry(kFile));
+                if (name == "._file" && !companion.empty()) return Answer(header, Entry(kCompanion));
+                return Refuse(header, ENOENT);
+            }
             case FUSE_GETATTR: {
                 fuse_attr_out out{};
                 out.attr = Attributes(header.nodeid);
@@ -96,8 +101,9 @@ class StoppableServer {
             }
             case FUSE_READ: {
                 auto const& wanted = *static_cast<fuse_read_in const*>(body);
-                std::size_t const from = std::min<std::size_t>(wanted.offset, contents.size());
-                return Answer(header, std::string_view(contents).substr(from, wanted.size));
+                std::string_view const bytes = BytesOf(header.nodeid);
+                std::size_t const from = std::min<std::size_t>(wanted.offset, bytes.size());
+                return Answer(header, bytes.substr(from, wanted.size));
             }
             case FUSE_STATFS:
                 return Answer(header, fuse_statfs_out{});
@@ -125,17 +131,21 @@ class StoppableServer {
         out.time_gran = 1;
         return out;
     }
-    fuse_entry_out Entry() const {
+    std::string_view BytesOf(std::uint64_t node) const {
+        if (node == kFolder) return {};
+        return node == kFile ? contents : companion;
+    }
+    fuse_entry_out Entry(std::uint64_t node) const {
         fuse_entry_out out{};
-        out.nodeid = kFile;
-        out.attr = Attributes(kFile);
+        out.nodeid = node;
+        out.attr = Attributes(node);
         return out;
     }
     fuse_attr Attributes(std::uint64_t node) const {
         fuse_attr out{};
         out.ino = node;
         out.mode = node == kFolder ? S_IFDIR | 0755 : S_IFREG | 0644;
-        out.size = node == kFolder ? 0 : contents.size();
+        out.size = BytesOf(node).size();
         out.nlink = 1;
         out.blksize = 4096;
         return out;
@@ -160,6 +170,7 @@ class StoppableServer {
     }
 
     std::string const contents;
+    std::string const companion;
     Closing const closing;
     int device = -1;
     pid_t process = -1;

@@ -18,6 +18,8 @@ int AskFromC(char const* folderPath) {
     OSErr error = CFURLGetFSRef(url, &reference) ? noErr : fnfErr;
     if (error == noErr) error = FSGetCatalogInfo(&reference, kFSCatInfoNodeFlags, &info, NULL, NULL, NULL);
     if (error == noErr && (info.nodeFlags & kFSNodeIsDirectoryMask) == 0) error = dirNFErr;
+    if (error == noErr && FSOpenResFile(&reference, fsRdPerm) != -1) error = rfNumErr;
+    if (error == noErr && ResError() != notAFileErr) error = resFNotFound;
     CFRelease(url);
     CFRelease(path);
     return error;
