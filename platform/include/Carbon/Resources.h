@@ -33,8 +33,8 @@ PLATFORM_API void SetResLoad(Boolean load);
 /// fork and for an empty one, mapReadErr for a fork that is none, fnfErr when the file is gone, notAFileErr
 /// for a folder, errFSBadFSRef for a stale reference, permErr for a permission to write and paramErr for none
 /// of the permissions, tmfoErr when 32767 are open, and what the file system says; but a companion file that
-/// cannot be opened counts as absent. A server that
-/// does not answer is waited for as by all that looks items up; this holds for reading too.
+/// cannot be opened counts as absent. A server that does not answer is waited for as by all that looks items
+/// up; this holds for reading too.
 PLATFORM_API SInt16 FSOpenResFile(FSRef const* ref, SInt8 permission);
 /// Closes a resource file and ends its handles. When it was current, the file that was opened before it is so
 /// then, or none. resFNotFound when it is not open.
