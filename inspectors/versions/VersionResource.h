@@ -17,8 +17,8 @@
 
 /// The version that the file's resource of that number holds; the file's own has the number 1. NoSuchObject
 /// when the number is none of a resource, the file has no resource fork or no such resource, and when the
-/// resource cannot be read or ends too early; OSError with the platform's code for a fork whose map cannot be
-/// searched. Leaves the current resource file as it was.
+/// fork makes no sense, cannot be read or ends too early; OSError with the platform's code where it cannot be
+/// told whether there is one. Leaves the current resource file as it was.
 MacVersion versionRes_of_file(integer const& number, Of, file const& object);
 MacVersion numbered_version_of_file(integer const& number, Of, file const& object);
 MacVersion version_of_file(Of, file const& object);

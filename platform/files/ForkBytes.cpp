@@ -113,10 +113,14 @@ OSErr OpenRegular(Place place, Item const& item, bool isMadeWhenRead, ForkBytes&
 
 // Opens the part of a file that holds the fork.
 OSErr OpenPart(Place place, ByteRange part, ForkBytes& bytes) {
-    constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
     int const descriptor = openat(place.folder, place.path, flags);
     if (descriptor < 0) return ErrorOfErrno(errno);
-    bytes.file = std::make_shared<Descriptor const>(descriptor);
+    auto const file = std::make_shared<Descriptor const>(descriptor);
+    struct stat status;
+    if (fstat(descriptor, &status) != 0) return ErrorOfErrno(errno);
+    if (!S_ISREG(status.st_mode)) return eofErr;  // replaced just now
+    bytes.file = file;
     bytes.part = part;
     return noErr;
 }

@@ -151,7 +151,9 @@ class Collector {
         TakeFork({ResourceForkPlace::Store::Attribute, std::string(store.name), 0, *size - store.trailing});
     }
 
+    // A fork of no bytes is none, so that it hides no other.
     void TakeFork(ResourceForkPlace place) {
+        if (place.length == 0) return;
         if (facts.resourceFork.store == ResourceForkPlace::Store::None) facts.resourceFork = std::move(place);
     }
 

@@ -67,8 +67,7 @@ class ResourceFile {
     // The handle is null when there is no such resource.
     OSErr Find(ResType type, SInt16 number, bool load, Handle& handle) {
         bool hasType = false;
-        std::optional<ResourceReference> found;
-        if (OSErr const error = resources.Find(type, number, found, hasType); error != noErr) return error;
+        auto const found = resources.Find(type, number, hasType);
         if (!found) return hasType ? OSErr{resNotFound} : OSErr{noErr};
         Resource& resource = handles[{type, number}];
         resource.reference = *found;

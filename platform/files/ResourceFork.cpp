@@ -46,7 +46,20 @@ OSErr ResourceFork::Open(std::uint64_t size, Reader reader) {
     typeList = BigEndian16(&map[kTypeListOffset]);
     bool const hasCount = LiesWithin({typeList, 2}, map.size());
     if (!hasCount || !LiesWithin({typeList + 2, CountTypes() * kTypeSize}, map.size())) return mapReadErr;
-    return noErr;
+    return HoldsAllReferences() ? OSErr{noErr} : OSErr{mapReadErr};
+}
+
+// No more of them than the map has room for, so that lists that lie over each other are not followed for
+// ever.
+bool ResourceFork::HoldsAllReferences() const {
+    std::size_t room = map.size() / kReferenceSize;
+    for (std::size_t i = 0, types = CountTypes(); i < types; ++i) {
+        Type const type = TypeAt(i);
+        if (!LiesWithin({type.first, type.count * kReferenceSize}, map.size()) || type.count > room)
+            return false;
+        room -= type.count;
+    }
+    return true;
 }
 
 std::size_t ResourceFork::CountTypes() const { return CountAt(&map[typeList]); }
@@ -56,42 +69,29 @@ ResourceFork::Type ResourceFork::TypeAt(std::size_t index) const {
     return {BigEndian32(entry), BigEndian16(entry + 4) + std::size_t{1}, typeList + BigEndian16(entry + 6)};
 }
 
-bool ResourceFork::HoldsReferences(Type const& type) const {
-    return LiesWithin({type.first, type.count * kReferenceSize}, map.size());
-}
-
 unsigned char const* ResourceFork::ReferenceAt(Type const& type, std::size_t index) const {
     return &map[type.first + index * kReferenceSize];
 }
 
-OSErr ResourceFork::Find(ResType type, SInt16 number, std::optional<ResourceReference>& found,
-                         bool& hasType) const {
-    found.reset();
+std::optional<ResourceReference> ResourceFork::Find(ResType type, SInt16 number, bool& hasType) const {
     hasType = false;
-    std::size_t unseen = map.size() / kReferenceSize;
     for (std::size_t i = 0, types = CountTypes(); i < types; ++i) {
         Type const candidate = TypeAt(i);
         if (candidate.code != type) continue;
         hasType = true;
-        if (!HoldsReferences(candidate) || candidate.count > unseen) return mapReadErr;
-        unseen -= candidate.count;
         for (std::size_t j = 0; j < candidate.count; ++j) {
             unsigned char const* const reference = ReferenceAt(candidate, j);
-            if (static_cast<SInt16>(BigEndian16(reference)) != number) continue;
-            found = {DataOffsetOf(reference), reference[4]};
-            return noErr;
+            if (static_cast<SInt16>(BigEndian16(reference)) == number)
+                return ResourceReference{DataOffsetOf(reference), reference[4]};
         }
     }
-    return noErr;
+    return std::nullopt;
 }
 
 std::uint32_t ResourceFork::MostBytes(ResourceReference const& resource) const {
     std::uint64_t next = data.length;
-    std::size_t unseen = map.size() / kReferenceSize;
     for (std::size_t i = 0, types = CountTypes(); i < types; ++i) {
         Type const type = TypeAt(i);
-        if (!HoldsReferences(type) || type.count > unseen) continue;
-        unseen -= type.count;
         for (std::size_t j = 0; j < type.count; ++j) {
             std::uint32_t const other = DataOffsetOf(ReferenceAt(type, j));
             if (other > resource.dataOffset) next = std::min<std::uint64_t>(next, other);

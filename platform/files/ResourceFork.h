@@ -41,14 +41,13 @@ class ResourceFork {
     using Reader = std::function<OSErr(std::uint64_t offset, std::span<UInt8> to)>;
 
     /// Reads header and map of a fork of `size` bytes. eofErr for an empty one, mapReadErr for one that has
-    /// no header, or whose data, map or type list does not lie within it, and what the reader says; it is
-    /// then not to be used.
+    /// no header, or whose data, map or any list in the map does not lie within it, and what the reader says;
+    /// it is then not to be used.
     OSErr Open(std::uint64_t size, Reader reader);
 
     /// The first resource of that type and number; empty when there is none, and `hasType` tells whether
-    /// there are any of the type. mapReadErr when the type's references do not lie within the map, or are
-    /// more than it has room for.
-    OSErr Find(ResType type, SInt16 number, std::optional<ResourceReference>& found, bool& hasType) const;
+    /// there are any of the type.
+    std::optional<ResourceReference> Find(ResType type, SInt16 number, bool& hasType) const;
     /// The most bytes that the resource can have, by where the next one begins.
     std::uint32_t MostBytes(ResourceReference const& resource) const;
     /// How many it has. eofErr when they do not lie within the data.
@@ -64,7 +63,7 @@ class ResourceFork {
     };
     std::size_t CountTypes() const;
     Type TypeAt(std::size_t index) const;
-    bool HoldsReferences(Type const& type) const;
+    bool HoldsAllReferences() const;
     unsigned char const* ReferenceAt(Type const& type, std::size_t index) const;
 
     Reader read;

@@ -227,18 +227,6 @@ TEST_F(ResourceHandles, EndWithTheirFile) {
 
 // ---- What cannot be read
 
-TEST_F(ResourceHandles, OfListsThatMakeNoSenseAreNull) {
-    BuiltFork const fork = BuildFork({{"vers", 1, "one"}, {"STR ", 2, "text"}});
-    OpenFork(fork.With(fork.types[0] + kReferenceCount, 0xFFFF, 2).bytes);
-    EXPECT_EQ(nullptr, Get("vers", 1));
-    EXPECT_EQ(mapReadErr, ResError());
-    SetResLoad(false);
-    EXPECT_EQ(nullptr, Get("vers", 1));
-    EXPECT_EQ(mapReadErr, ResError());
-    SetResLoad(true);
-    EXPECT_EQ("text", Resource("STR ", 2)) << "others are as good as before";
-}
-
 TEST_F(ResourceHandles, OfBytesThatAreNotThereAreNull) {
     BuiltFork const fork = BuildFork({{"vers", 1, "one"}});
     OpenFork(fork.With(fork.resources[0], 4, 4).bytes);

@@ -92,6 +92,15 @@ TEST_F(ResourceStores, FirstHoldsItAlsoWhenItIsSpoilt) {
     EXPECT_EQ(mapReadErr, TryToOpen(path));
 }
 
+TEST_F(ResourceStores, EmptyOneHidesNoOther) {
+    std::string const path = here.Write("file");
+    here.MakeFolder(".AppleDouble");
+    WriteCompanion(".AppleDouble/file", ForkWith("behind"));
+    WriteCompanion("._file", "");
+    SetFork("user.com.apple.ResourceFork", "");
+    EXPECT_EQ("behind", VersionOf(path));
+}
+
 TEST_F(ResourceStores, FileWithoutOneHasNone) {
     EXPECT_EQ(eofErr, TryToOpen(here.Write("file", "text")));
     here.Write("._image", "no image");

@@ -45,10 +45,9 @@ PLATFORM_API void CloseResFile(SInt16 refNum);
 /// current.
 ///
 /// Unless SetResLoad was told otherwise, the resource is read, and the handle leads to its bytes; else it
-/// leads to null until the resource is asked for with reading. Null too when it cannot be read: mapReadErr
-/// for a map that makes no sense, eofErr for a resource that does not lie within its file's data,
-/// CantDecompress for one that is compressed, memFullErr for one of more than 16 MiB, and what reading files
-/// gives.
+/// leads to null until the resource is asked for with reading. Null too when it cannot be read: eofErr for a
+/// resource that does not lie within its file's data, CantDecompress for one that is compressed, memFullErr
+/// for one of more than 16 MiB, and what reading files gives.
 PLATFORM_API Handle Get1Resource(ResType theType, SInt16 theID);
 /// The most bytes that a resource can have, by where the next one begins; nothing is read. 0, and
 /// resNotFound, for what is no handle of a resource.

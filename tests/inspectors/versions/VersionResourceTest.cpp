@@ -198,19 +198,11 @@ TEST_F(VersionResources, ThatAreCompressedAreNone) {
 
 // ---- Failures
 
-TEST_F(VersionResources, ListsThatMakeNoSenseAreTheErrorOfTheMap) {
-    BuiltFork const fork = BuildFork({{"vers", 1, kBytes}, {"STR ", 1, "text"}});
-    std::string const path = WriteFork("file", fork.With(fork.types[0] + kReferenceCount, 0xFFFF, 2).bytes);
-    EXPECT_EQ("error -199", Version(path));
-    EXPECT_EQ("error -199", Version(path, 2));
-    EXPECT_EQ("none", Version(path, 40000)) << "which is not asked for";
-    std::string const other = WriteFork("other", fork.With(fork.types[1] + kReferenceCount, 0xFFFF, 2).bytes);
-    EXPECT_EQ("1.2.3b18", Version(other)) << "only those of the type matter";
-}
-
 TEST_F(VersionResources, MapsThatMakeNoSenseAreNone) {
     BuiltFork const fork = BuildFork({{"vers", 1, kBytes}});
-    EXPECT_EQ("none", Version(WriteFork("file", fork.With(fork.typeList, 4711, 2).bytes)));
+    EXPECT_EQ("none", Version(WriteFork("types", fork.With(fork.typeList, 4711, 2).bytes)));
+    EXPECT_EQ("none",
+              Version(WriteFork("list", fork.With(fork.types[0] + kReferenceCount, 0xFFFF, 2).bytes)));
 }
 
 // A file that is gone has no location from which it could be opened.
