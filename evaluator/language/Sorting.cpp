@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 #include "language/Bounds.h"
@@ -59,7 +60,7 @@ class SortedCursor : public Cursor {
                 if (!Merge(evaluation, begin, run)) return false;
             std::swap(sorted, merged);
         }
-        merged = {};
+        OwnedVector<Value*>().swap(merged);
         return true;
     }
 
@@ -89,10 +90,12 @@ class SortedCursor : public Cursor {
     // Values in order lie all over the memory, but which ones come next is known, so they are fetched in
     // time. These functions are inlined: one that does nothing but fetch is left out by the compiler.
 
+    // Null is fetched too, which does no harm.
     [[gnu::always_inline]] static void Fetch(void const* memory) {
-        constexpr std::ptrdiff_t cacheLine = 64;
+        constexpr std::uintptr_t cacheLine = 64;
+        auto const address = reinterpret_cast<std::uintptr_t>(memory);
         __builtin_prefetch(memory);
-        __builtin_prefetch(static_cast<char const*>(memory) + cacheLine - 1);
+        __builtin_prefetch(reinterpret_cast<void const*>(address + cacheLine - 1));
     }
 
     [[gnu::always_inline]] void FetchToMerge(std::size_t place) const {

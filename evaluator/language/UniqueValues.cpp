@@ -71,9 +71,9 @@ class UniqueCursor : public Cursor {
             return *equal.Holds(evaluation, seen[place], value, where);  // native relations always answer
         });
     }
-    std::optional<bool> IsNewByComparing(Evaluation& evaluation, ValueRef const& value) const {
+    std::optional<bool> IsNewByComparing(Evaluation& evaluation, ValueRef const& value) {
         for (ValueRef const& earlier : seen) {
-            std::optional<bool> same = equal.Holds(evaluation, earlier, value, where);
+            std::optional<bool> same = equal.Holds(evaluation, *earlier, *value, where, answer);
             if (!same) return std::nullopt;
             if (*same) return false;
         }
@@ -84,6 +84,7 @@ class UniqueCursor : public Cursor {
     Comparison const& equal;
     Range where;
     OwnedVector<ValueRef> seen;
+    ValueRef answer;  ///< of the relation, the last time
     HashIndex index;
 };
 

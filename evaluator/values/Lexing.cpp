@@ -1,5 +1,7 @@
 #include "Evaluator/Lexing.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <limits>
 
 EndLexemeAcceptor::~EndLexemeAcceptor() = default;
@@ -31,7 +33,8 @@ void Lexer::Receive(ConstData text) {
     while (from != text.end()) {
         EndToken(token);
         token = &ChooseLexeme(*from);
-        from += token->Begin({from, text.end()});
+        ConstData const rest(from, text.end());
+        from += std::clamp<std::size_t>(token->Begin(rest), 1, rest.Size());
     }
 }
 

@@ -2,8 +2,8 @@
 
 #include <sys/mman.h>
 
-#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -15,79 +15,101 @@ namespace {
 constexpr std::size_t kSlotStep = 16;
 constexpr std::size_t kLargestPooledSlot = 512;
 
-[[noreturn]] void ThrowMemoryFull() { throw MemoryFullError(); }
+// Slots of one size are cut from blocks of the size, and at an address that is a multiple, of a large page:
+// so the block of a slot is known by its address, and many values, which lie all over the memory, are found
+// faster where the system has large pages. Memory of a block that was never used is none.
+constexpr std::size_t kBlockSize = std::size_t{2} << 20;
 
-// Slots of one size, cut from blocks of memory. Those that are freed are used again first; the blocks are
-// given back when the last slot is freed. Larger and larger blocks are taken, so that few values take little
-// memory and many take few blocks.
+struct SpareSlot {
+    SpareSlot* next;
+};
+
+struct alignas(64) Block {
+    Block* before = nullptr;  // in its pool's list of those with room
+    Block* behind = nullptr;
+    SpareSlot* free = nullptr;
+    std::size_t used = 0;  // slots
+    std::size_t cut = 0;   // bytes from which slots were cut, this header among them
+};
+
+Block* BlockOf(void* slot) {
+    return reinterpret_cast<Block*>(reinterpret_cast<std::uintptr_t>(slot) & ~(kBlockSize - 1));
+}
+
+// Null when the system has no memory.
+Block* MapBlock(bool isFirst) {
+    constexpr int protection = PROT_READ | PROT_WRITE;
+    void* const memory =
+        mmap(nullptr, 2 * kBlockSize, protection, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (memory == MAP_FAILED) return nullptr;
+    auto* const begin = static_cast<unsigned char*>(memory);
+    unsigned char* const block = reinterpret_cast<unsigned char*>(BlockOf(begin + kBlockSize - 1));
+    unsigned char* const end = block + kBlockSize;
+    if (block != begin) munmap(begin, static_cast<std::size_t>(block - begin));
+    munmap(end, static_cast<std::size_t>(begin + 2 * kBlockSize - end));
+    madvise(block, kBlockSize, isFirst ? MADV_NOHUGEPAGE : MADV_HUGEPAGE);  // few values take little memory
+    return new (block) Block{};
+}
+
 class Pool {
   public:
     void* Allocate(std::size_t size) {
-        void* slot = free;
+        if (roomy == nullptr) AddBlock();
+        Block& block = *roomy;
+        void* slot = block.free;
         if (slot != nullptr) {
-            free = free->next;
+            block.free = block.free->next;
         } else {
-            if (static_cast<std::size_t>(end - unused) < size) AddBlock();
-            slot = unused;
-            unused += size;
+            slot = reinterpret_cast<unsigned char*>(&block) + block.cut;
+            block.cut += size;
         }
-        ++used;
+        ++block.used;
+        if (!HasRoom(block, size)) Unlink(block);
         return slot;
     }
 
-    void Free(void* slot) {
-        free = new (slot) FreeSlot{free};
-        if (--used == 0) GiveBack();
+    // Blocks of which no slot is in use are given back, but for one.
+    void Free(void* slot, std::size_t size) {
+        Block& block = *BlockOf(slot);
+        if (!HasRoom(block, size)) Link(block);
+        block.free = new (slot) SpareSlot{block.free};
+        if (--block.used != 0) return;
+        block.free = nullptr;
+        block.cut = sizeof(Block);
+        if (block.before == nullptr && block.behind == nullptr) return;
+        Unlink(block);
+        munmap(&block, kBlockSize);
+        --blocks;
     }
 
   private:
-    struct FreeSlot {
-        FreeSlot* next;
-    };
-    struct alignas(std::max_align_t) Block {
-        Block* older;
-        std::size_t size;
-    };
-    static constexpr std::size_t kFirstBlock = std::size_t{4} << 10;
-    static constexpr std::size_t kLargestBlock = std::size_t{2} << 20;  // a large page
+    static bool HasRoom(Block const& block, std::size_t size) {
+        return block.free != nullptr || kBlockSize - block.cut >= size;
+    }
 
-    // What is left of the block before is lost: less than a slot.
     void AddBlock() {
-        std::size_t const bytes = blocks ? std::min(blocks->size * 2, kLargestBlock) : kFirstBlock;
-        void* const memory = bytes == kLargestBlock ? LargePage() : std::malloc(bytes);
-        if (memory == nullptr) ThrowMemoryFull();
-        blocks = new (memory) Block{blocks, bytes};
-        StartWith(*blocks);
+        Block* const block = MapBlock(blocks == 0);
+        if (block == nullptr) throw MemoryFullError();
+        block->cut = sizeof(Block);
+        ++blocks;
+        Link(*block);
     }
 
-    // Many values lie all over the memory; they are found faster in large pages, where the system has them.
-    static void* LargePage() {
-        void* const page = std::aligned_alloc(kLargestBlock, kLargestBlock);
-        if (page != nullptr) madvise(page, kLargestBlock, MADV_HUGEPAGE);
-        return page;
+    void Link(Block& block) {
+        block.before = nullptr;
+        block.behind = roomy;
+        if (roomy != nullptr) roomy->before = &block;
+        roomy = &block;
     }
 
-    // The first block stays, so that a value at a time takes no memory from the system.
-    void GiveBack() {
-        while (blocks->older != nullptr) {
-            Block* const older = blocks->older;
-            std::free(blocks);
-            blocks = older;
-        }
-        StartWith(*blocks);
+    void Unlink(Block& block) {
+        (block.before != nullptr ? block.before->behind : roomy) = block.behind;
+        if (block.behind != nullptr) block.behind->before = block.before;
+        block.before = block.behind = nullptr;
     }
 
-    void StartWith(Block& block) {
-        free = nullptr;
-        unused = reinterpret_cast<unsigned char*>(&block + 1);
-        end = reinterpret_cast<unsigned char*>(&block) + block.size;
-    }
-
-    FreeSlot* free = nullptr;
-    unsigned char* unused = nullptr;  // of the newest block
-    unsigned char* end = nullptr;
-    Block* blocks = nullptr;  // the newest first
-    std::size_t used = 0;
+    Block* roomy = nullptr;  // the first of the blocks with room
+    std::size_t blocks = 0;
 };
 
 std::array<Pool, kLargestPooledSlot / kSlotStep + 1> pools;
@@ -108,12 +130,12 @@ void* AllocateSlot(std::size_t size) {
     size = RoundedUp(size);
     if (IsPooled(size)) return pools[size / kSlotStep].Allocate(size);
     if (void* slot = std::malloc(size)) return slot;
-    ThrowMemoryFull();
+    throw MemoryFullError();
 }
 
 void FreeSlot(void* slot, std::size_t size) {
     size = RoundedUp(size);
-    if (IsPooled(size)) return pools[size / kSlotStep].Free(slot);
+    if (IsPooled(size)) return pools[size / kSlotStep].Free(slot, size);
     std::free(slot);
 }
 

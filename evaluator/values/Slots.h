@@ -1,7 +1,8 @@
 #pragma once
 
-// Internal. Memory in slots: small ones are kept by size when they are freed, and used again, so that a
-// stream of values takes no memory from the system.
+// Internal. Memory in slots: small ones are cut by size from large blocks, and used again when they are
+// freed, so that a stream of values takes no memory from the system, and many values take little beside their
+// own. A block of which no slot is in use any more is given back, but for one of each size.
 //
 // Not locked: used under the evaluation lock.
 

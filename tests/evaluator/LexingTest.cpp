@@ -205,3 +205,45 @@ TEST_F(LexemeTest, OfACharacterTakesOneByte) {
     character.End();
     EXPECT_EQ(" char:.", Heard());
 }
+
+// ---- Lexemes that say how many bytes they took, and are wrong
+
+namespace {
+
+class LyingLexeme : public Lexeme {
+  public:
+    unsigned long Begin(ConstData) override { return answer; }
+    unsigned long Continue(ConstData) override { return 0; }
+    void End() override { ++tokens; }
+
+    unsigned long answer = 0;
+    int tokens = 0;
+};
+
+class LyingLexer : public Lexer {
+  public:
+    explicit LyingLexer(Recorder& recorder) : Lexer(recorder) {}
+    LyingLexeme lexeme;
+
+  protected:
+    Lexeme& ChooseLexeme(unsigned char) override { return lexeme; }
+};
+
+}  // namespace
+
+TEST_F(LexemeTest, ThatTakesNothingHasItsFirstByte) {
+    LyingLexer lexer(recorder);
+    lexer.Start();
+    lexer.Receive("abc");
+    lexer.ReceiveEnd();
+    EXPECT_EQ(3, lexer.lexeme.tokens);
+}
+
+TEST_F(LexemeTest, ThatTakesMoreThanThereIsHasTheRest) {
+    LyingLexer lexer(recorder);
+    lexer.lexeme.answer = 1000;
+    lexer.Start();
+    lexer.Receive("abc");
+    lexer.ReceiveEnd();
+    EXPECT_EQ(1, lexer.lexeme.tokens);
+}

@@ -24,7 +24,7 @@ class EVALUATOR_API Lexeme {
   public:
     virtual ~Lexeme();
     /// A token begins with the first byte of `text`, for which the lexeme was chosen: takes the bytes from
-    /// the front that belong to it, and returns how many.
+    /// the front that belong to it, and returns how many. The lexer goes on behind the first byte at least.
     virtual unsigned long Begin(ConstData text) = 0;
     /// The text goes on: the same with the bytes that follow.
     virtual unsigned long Continue(ConstData text) = 0;
