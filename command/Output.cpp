@@ -30,7 +30,7 @@ void Output::Flush() {
 }
 
 void Output::FlushNowAndThen() {
-    std::timespec present;
+    std::timespec present{};
     clock_gettime(CLOCK_MONOTONIC_COARSE, &present);  // exact to some milliseconds, at a tenth of the time
     auto const now = std::chrono::seconds(present.tv_sec) + std::chrono::nanoseconds(present.tv_nsec);
     if (now - flushed < std::chrono::milliseconds(100)) return;
