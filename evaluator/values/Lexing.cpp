@@ -29,7 +29,7 @@ void Lexer::Start() {
 
 void Lexer::Receive(ConstData text) {
     unsigned char const* from = text.begin();
-    if (token != nullptr) from += token->Continue(text);
+    if (token != nullptr) from += std::min<std::size_t>(token->Continue(text), text.Size());
     while (from != text.end()) {
         EndToken(token);
         token = &ChooseLexeme(*from);

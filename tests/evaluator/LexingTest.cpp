@@ -213,7 +213,7 @@ namespace {
 class LyingLexeme : public Lexeme {
   public:
     unsigned long Begin(ConstData) override { return answer; }
-    unsigned long Continue(ConstData) override { return 0; }
+    unsigned long Continue(ConstData) override { return answer; }
     void End() override { ++tokens; }
 
     unsigned long answer = 0;
@@ -244,6 +244,7 @@ TEST_F(LexemeTest, ThatTakesMoreThanThereIsHasTheRest) {
     lexer.lexeme.answer = 1000;
     lexer.Start();
     lexer.Receive("abc");
+    lexer.Receive("def");
     lexer.ReceiveEnd();
     EXPECT_EQ(1, lexer.lexeme.tokens);
 }

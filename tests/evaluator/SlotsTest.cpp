@@ -13,13 +13,6 @@ using namespace Evaluator;
 
 namespace {
 
-// Bytes of memory that the process has now.
-std::size_t Resident() {
-    std::size_t all = 0, resident = 0;
-    std::ifstream("/proc/self/statm") >> all >> resident;
-    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-}
-
 std::vector<void*> Slots(std::size_t count, std::size_t size) {
     std::vector<void*> slots;
     for (std::size_t i = 0; i < count; ++i) slots.push_back(std::memset(AllocateSlot(size), 1, size));
@@ -58,6 +51,18 @@ TEST(Slots, OfSeveralBlocksKeepWhatTheyHold) {
 }
 
 #ifndef ZELQ_ADDRESS_SANITIZER  // which keeps what was freed
+
+namespace {
+
+// Bytes of memory that the process has now.
+std::size_t Resident() {
+    std::size_t all = 0, resident = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+}  // namespace
+
 TEST(Slots, AreGivenBackThoughOneIsInUse) {
     constexpr std::size_t size = 112, count = 300000;
     std::size_t const before = Resident();
