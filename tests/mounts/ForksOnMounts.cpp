@@ -108,24 +108,10 @@ TEST_F(ForksOnMounts, SizeIsGivenUpWhenTheHostSaysStop) {
 TEST_F(ForksOnMounts, ClosingComesBackSoonAndAsksNobody) {
     ApartWithAServer("abcdef", [&](StoppableServer const& server) {
         SInt16 const fork = Open(Path());
-        std::ptrdiff_t const before = OpenFiles();
-        server.Stop();
-        PlatformSetCheckIn([](UInt32) -> Boolean {
-            ADD_FAILURE() << "asked";
-            return false;
+        HoldClosing(server, [&] {
+            EXPECT_EQ(noErr, FSCloseFork(fork));
+            EXPECT_EQ(rfNumErr, FSCloseFork(fork)) << "the number is free";
         });
-        auto const begun = Clock::now();
-        EXPECT_EQ(noErr, FSCloseFork(fork));
-        EXPECT_GT(1s, Clock::now() - begun);
-        EXPECT_EQ("0 ", Unresponsive()) << "nobody waited for it";
-        EXPECT_EQ(rfNumErr, FSCloseFork(fork)) << "the number is free";
-        PlatformSetCheckIn(nullptr);
-        server.GoOn();
-        FSRef reference;
-        EXPECT_EQ(noErr, WhenItAnswers([&] {
-                      return static_cast<OSErr>(FSPathMakeRef(Bytes(Path().c_str()), &reference, nullptr));
-                  }));
-        EXPECT_EQ(before - 1, OpenFiles()) << "closed after all";
     });
 }
 

@@ -50,6 +50,29 @@ class MountedForkTest : public ForkTest {
     }
     std::string GivenUp() const { return "-128, -128 " + here.Path("net"); }
 
+    /// Holds that a file, which is open, is closed at once and without asking anybody while the server is
+    /// stopped, and is closed after all when that goes on.
+    template <class Close>
+    void HoldClosing(StoppableServer const& server, Close const& close) const {
+        std::ptrdiff_t const before = OpenFiles();
+        server.Stop();
+        PlatformSetCheckIn([](UInt32) -> Boolean {
+            ADD_FAILURE() << "asked";
+            return false;
+        });
+        auto const begun = Clock::now();
+        close();
+        EXPECT_GT(std::chrono::seconds(1), Clock::now() - begun);
+        EXPECT_EQ("0 ", Unresponsive()) << "nobody waited for it";
+        PlatformSetCheckIn(nullptr);
+        server.GoOn();
+        FSRef reference;
+        EXPECT_EQ(noErr, WhenItAnswers([&] {
+                      return static_cast<OSErr>(FSPathMakeRef(Bytes(Path().c_str()), &reference, nullptr));
+                  }));
+        EXPECT_EQ(before - 1, OpenFiles()) << "closed after all";
+    }
+
     /// Repeats a call until the mount answers again.
     template <class Call>
     static OSErr WhenItAnswers(Call const& call) {
