@@ -140,8 +140,7 @@ class Parser {
     }
 
   private:
-    State const*& Top() { return stack.AtDepth(0); }
-    State const* Top() const { return stack.AtDepth(0); }
+    State const*& Top() const { return stack.AtDepth(0); }
 
     // Goes over to the top's alternate that expects the symbol, or that is final, and returns the top.
     // Requires: there is one.

@@ -33,9 +33,8 @@ class StackBase {
     void PopAll() { used = 0; }
     bool Empty() const { return used == 0; }
 
-    [[noreturn]] EVALUATOR_API static void ThrowDataOverflow();
-
   private:
+    [[noreturn]] EVALUATOR_API static void ThrowDataOverflow();
     void* Entry(unsigned long index) const { return first + index * entrySize; }
 
     unsigned char* first;
@@ -44,34 +43,24 @@ class StackBase {
     unsigned long used = 0;
 };
 
-/// A stack of up to `capacity` entries of a type, in memory of its own. Its functions are those of StackBase.
+/// A StackBase of up to `capacity` entries of a type, in memory of its own.
 template <class T, unsigned long capacity>
 class FiniteStackBase {
     static_assert(std::is_trivially_copyable_v<T> && std::is_trivially_default_constructible_v<T>);
 
   public:
-    FiniteStackBase() = default;
+    FiniteStackBase() : stack({storage, sizeof storage}, sizeof(T)) {}
     FiniteStackBase(FiniteStackBase const&) = delete;
     FiniteStackBase& operator=(FiniteStackBase const&) = delete;
 
-    /// The new entry's value is not determined until it is assigned.
-    T& Allocate() {
-        if (used >= capacity) StackBase::ThrowDataOverflow();
-        return entries[used++];
-    }
-    void Pop(unsigned long count) {
-        if (count > used) StackBase::ThrowDataOverflow();
-        used -= count;
-    }
-    T& AtDepth(unsigned long depth) {
-        if (depth >= used) StackBase::ThrowDataOverflow();
-        return entries[used - 1 - depth];
-    }
-    T const& AtDepth(unsigned long depth) const { return const_cast<FiniteStackBase*>(this)->AtDepth(depth); }
-    void PopAll() { used = 0; }
-    bool Empty() const { return used == 0; }
+    /// These are those of StackBase. A new entry's value is not determined until it is assigned.
+    T& Allocate() { return *static_cast<T*>(stack.Allocate()); }
+    void Pop(unsigned long count) { stack.Pop(count); }
+    T& AtDepth(unsigned long depth) const { return *static_cast<T*>(stack.AtDepth(depth)); }
+    void PopAll() { stack.PopAll(); }
+    bool Empty() const { return stack.Empty(); }
 
   private:
-    T entries[capacity];
-    unsigned long used = 0;
+    alignas(T) unsigned char storage[capacity * sizeof(T)];
+    StackBase stack;
 };
