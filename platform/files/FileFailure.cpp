@@ -6,6 +6,7 @@
 #include <string>
 
 #include "foundation/CutText.h"
+#include "propertylists/PropertyListFailure.h"
 
 namespace Platform {
 
@@ -24,7 +25,10 @@ OSErr NoteFileFailure(OSErr code, Path const& file) {
     return code;
 }
 
-void ForgetFileFailure() { last = {}; }
+void ForgetFileFailure() {
+    last = {};
+    ForgetPropertyListFailure();
+}
 
 }  // namespace Platform
 

@@ -21,6 +21,13 @@ class OwnerCount {
             count.fetch_add(1, std::memory_order_relaxed);
         }
     }
+    /// Returns false, and does nothing, when there is no owner any more.
+    bool IncreaseUnlessNone() noexcept {
+        std::int64_t now = count.load(std::memory_order_relaxed);
+        while (now != 0 && !count.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) {
+        }
+        return now != 0;
+    }
     /// Returns whether that was the last owner.
     bool Decrease() noexcept {
         if (!__libc_single_threaded) return count.fetch_sub(1, std::memory_order_acq_rel) == 1;

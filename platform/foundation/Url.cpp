@@ -86,7 +86,7 @@ CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef allocator, CFStringRef pat
 CFURLRef CFURLCreateWithFileSystemPathRelativeToBase(CFAllocatorRef, CFStringRef path, CFURLPathStyle style,
                                                      Boolean isDirectory, CFURLRef base) {
     return Guarded<CFURLRef>(nullptr, [&]() -> CFURLRef {
-        auto const bytes = Platform::FileNameOfText(path->text);
+        auto const bytes = Platform::FileNameOfText(path->Text());
         if (!bytes) return nullptr;
         if (style == kCFURLPOSIXPathStyle) return NewURLOfBytes(*bytes, isDirectory != 0, base);
         return style == kCFURLHFSPathStyle ? NewURLOfHfsPath(*bytes, isDirectory != 0, base) : nullptr;
@@ -142,7 +142,7 @@ CFURLRef CFURLCreateCopyDeletingLastPathComponent(CFAllocatorRef, CFURLRef url) 
 CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFStringRef component,
                                                Boolean isDirectory) {
     return Guarded<CFURLRef>(nullptr, [&]() -> CFURLRef {
-        auto const bytes = Platform::FileNameOfText(component->text);
+        auto const bytes = Platform::FileNameOfText(component->Text());
         if (!bytes || bytes->empty()) return nullptr;
         return NewURL(url->path.Below(*bytes), isDirectory != 0 || bytes->ends_with('/'), url->base);
     });

@@ -55,5 +55,13 @@ PLATFORM_API UInt32 PlatformSetVolumePatience(UInt32 milliseconds);
 /// PlatformForgetFileFailure. `buffer` of `size` bytes (optional) gets the path of the file, cut where it
 /// does not fit, and a NUL.
 PLATFORM_API OSErr PlatformFileFailure(char* buffer, UInt32 size);
-/// Makes PlatformFileFailure tell the calling thread of none.
+/// Makes PlatformFileFailure, and PlatformPropertyListFailure, tell the calling thread of none.
 PLATFORM_API void PlatformForgetFileFailure(void);
+
+/// Why the data that the calling thread last gave to CFPropertyListCreateFromXMLData, itself or through a
+/// call on bundles or preferences, is no property list. False, and two empty texts, when there was none that
+/// is not one since PlatformSetCheckIn or PlatformForgetFileFailure. `file` of `fileSize` bytes (optional)
+/// gets the path of the file that the data came from, the empty text for other data; `reason` of `reasonSize`
+/// bytes (optional) why, in UTF-8; both cut where they do not fit, and a NUL.
+PLATFORM_API Boolean PlatformPropertyListFailure(char* file, UInt32 fileSize, char* reason,
+                                                 UInt32 reasonSize);

@@ -1,0 +1,98 @@
+#include "files/WholeFile.h"
+
+#include <Carbon/MacErrors.h>
+#include <CoreFoundation/CFURLAccess.h>
+#include <Platform/Items.h>
+
+#include <utility>
+
+#include "files/FileFailure.h"
+#include "files/OpenFork.h"
+#include "foundation/Url.h"
+
+namespace Platform {
+
+namespace {
+
+// The data fork of the file that a URL leads to, open while this lives.
+class OpenFile {
+  public:
+    OSErr Open(CFURLRef url) {
+        FSRef reference;
+        OSErr const error = PlatformGetItem(url, kFSCatInfoNone, &reference, nullptr);
+        return error != noErr ? error : OpenForkOf(reference, ForkKind::Data, fork);
+    }
+    ~OpenFile() { LetGo(fork); }
+
+    OpenFork fork;
+};
+
+// `data` is owned by the caller, also after a failure.
+OSErr ReadBytes(OpenFork const& fork, __CFData*& data) {
+    SInt64 size;
+    OSErr error = CountBytes(fork, size);
+    if (error != noErr) return error;
+    if (size > kMostOfWholeFile) return fileBoundsErr;
+    data = NewData(static_cast<std::size_t>(size));
+    data->origin = fork.path;
+    std::size_t actual = 0;
+    error = ReadBytes(fork, 0, data->Bytes(), actual);
+    data->ShortenTo(actual);
+    return error;
+}
+
+SInt32 AccessError(OSErr error) {
+    switch (error) {
+        case fnfErr:
+        case dirNFErr:
+        case nsvErr:
+            return kCFURLResourceNotFoundError;
+        case permErr:
+        case afpAccessDenied:
+            return kCFURLResourceAccessViolationError;
+        case userCanceledErr:
+        case volOffLinErr:
+            return kCFURLTimeoutError;
+        default:
+            return kCFURLUnknownError;
+    }
+}
+
+}  // namespace
+
+__CFData* ReadWholeFile(CFURLRef url, OSErr& error) {
+    OpenFile file;
+    error = file.Open(url);
+    if (error != noErr) return nullptr;
+    __CFData* data = nullptr;
+    error = NoteFileFailure(ReadBytes(file.fork, data), file.fork.path);
+    if (error != noErr && data != nullptr) std::exchange(data, nullptr)->Release();
+    return data;
+}
+
+}  // namespace Platform
+
+Boolean CFURLCreateDataAndPropertiesFromResource(CFAllocatorRef, CFURLRef url, CFDataRef* resourceData,
+                                                 CFDictionaryRef* properties, CFArrayRef desiredProperties,
+                                                 SInt32* errorCode) {
+    SInt32 code = kCFURLUnknownError;
+    if (properties != nullptr) *properties = nullptr;
+    bool const isRead = Platform::Guarded(false, [&] {
+        if (desiredProperties != nullptr) {
+            code = kCFURLUnknownPropertyKeyError;
+            return false;
+        }
+        OSErr error;
+        __CFData const* const data = Platform::ReadWholeFile(url, error);
+        code = error == noErr ? 0 : Platform::AccessError(error);
+        if (data == nullptr) return false;
+        if (resourceData != nullptr) {
+            *resourceData = data;
+        } else {
+            data->Release();
+        }
+        return true;
+    });
+    if (errorCode != nullptr) *errorCode = isRead ? 0 : code;
+    return isRead;
+}

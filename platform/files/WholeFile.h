@@ -1,0 +1,20 @@
+#pragma once
+
+// Files that are read as a whole.
+
+#include <CoreFoundation/CFURL.h>
+
+#include "foundation/Data.h"
+
+namespace Platform {
+
+/// The largest file that is read as a whole. A property list of that size makes a few GiB of objects.
+inline constexpr SInt64 kMostOfWholeFile = SInt64{1} << 30;
+
+/// The bytes of the regular file that a URL leads to, a new object that knows its file. Null with a code in
+/// `error` when there is none that can be read: those of PlatformGetItem and FSOpenFork, and fileBoundsErr
+/// for one that is too large. Failures are noted for PlatformFileFailure; slow mounts are waited for
+/// patiently. A file that grows meanwhile is read to its former end, one that shrinks to its new one.
+__CFData* ReadWholeFile(CFURLRef url, OSErr& error);
+
+}  // namespace Platform

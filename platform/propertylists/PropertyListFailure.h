@@ -1,0 +1,16 @@
+#pragma once
+
+// What PlatformPropertyListFailure tells.
+
+#include <string>
+
+#include "foundation/Path.h"
+
+namespace Platform {
+
+/// Remembers why bytes that this thread took for a property list are none, and the file that they came from.
+void NotePropertyListFailure(Path const& file, std::string const& reason);
+/// Makes PlatformPropertyListFailure tell of none.
+void ForgetPropertyListFailure();
+
+}  // namespace Platform

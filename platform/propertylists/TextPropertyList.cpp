@@ -1,0 +1,7 @@
+#include "propertylists/PropertyLists.h"
+
+namespace Platform {
+
+CFPropertyListRef ReadTextPropertyList(std::string_view) { throw PropertyListError("not yet"); }
+
+}  // namespace Platform

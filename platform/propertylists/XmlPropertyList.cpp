@@ -1,0 +1,269 @@
+// XML property lists, made directly from a parser's events: no tree of the document ever exists.
+
+#include <expat.h>
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <memory>
+#include <string>
+
+#include "foundation/Data.h"
+#include "foundation/Date.h"
+#include "foundation/MacRoman.h"
+#include "foundation/String.h"
+#include "propertylists/OtherObjects.h"
+#include "propertylists/PendingObjects.h"
+#include "propertylists/PropertyLists.h"
+#include "propertylists/Scalars.h"
+#include "propertylists/StringTable.h"
+
+namespace Platform {
+
+namespace {
+
+enum class Element { Document, Plist, Array, Dict, Key, String, Data, Date, True, False, Real, Integer };
+
+constexpr std::array<std::string_view, 12> kElementNames = {"the document", "plist",  "array", "dict",
+                                                            "key",          "string", "data",  "date",
+                                                            "true",         "false",  "real",  "integer"};
+
+std::string_view NameOf(Element element) { return kElementNames[static_cast<std::size_t>(element)]; }
+
+// Elements that hold others.
+bool IsContainer(Element element) { return element <= Element::Dict; }
+
+bool IsAllWhite(std::string_view text) {
+    return std::ranges::all_of(text, [](char character) { return IsWhite(character); });
+}
+
+struct ParserEnd {
+    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+};
+
+class Reader {
+  public:
+    // `encoding` is what the text is known to be in; null when only the document may know.
+    explicit Reader(char const* encoding) : parser(XML_ParserCreate(encoding)) {
+        if (!parser) throw std::bad_alloc();
+        XML_SetUserData(parser.get(), this);
+        XML_SetElementHandler(parser.get(), Started, Ended);
+        XML_SetCharacterDataHandler(parser.get(), CameText);
+        // With a default handler entities that the document declares are not expanded; they, and those of a
+        // declaration elsewhere, come to the handler of what is skipped.
+        XML_SetDefaultHandler(parser.get(), [](void*, XML_Char const*, int) {});
+        XML_SetSkippedEntityHandler(parser.get(), CameEntity);
+        XML_SetUnknownEncodingHandler(parser.get(), CameEncoding, nullptr);
+        frames.push_back({Element::Document, 0, 0});
+    }
+
+    CFTypeRef Read(std::span<UInt8 const> bytes) {
+        // Small pieces stay in the processor's cache. A token that is longer than a piece is looked at again
+        // from its beginning with each of them, so they grow with it.
+        constexpr std::size_t piece = std::size_t{64} << 10, most = std::size_t{1} << 30;
+        for (std::size_t at = 0; !isComplete;) {
+            std::size_t const size = std::min({std::max(piece, at - Consumed()), most, bytes.size() - at});
+            bool const isLast = at + size == bytes.size();
+            XML_Status const status =
+                XML_Parse(parser.get(), reinterpret_cast<char const*>(bytes.data()) + at,
+                          static_cast<int>(size), isLast);
+            at += size;
+            if (failure) std::rethrow_exception(failure);
+            if (isComplete) break;
+            if (status != XML_STATUS_OK) Refuse(XML_ErrorString(XML_GetErrorCode(parser.get())));
+            if (isLast) Refuse("there is no property list in it");
+        }
+        return pending.Pop();
+    }
+
+  private:
+    // An element that has begun.
+    struct Frame {
+        Element element;
+        std::size_t from;   // the size of the stack of objects at its beginning
+        std::size_t taken;  // objects that it has
+    };
+
+    std::unique_ptr<XML_ParserStruct, ParserEnd> parser;
+    std::vector<Frame> frames;
+    PendingObjects pending;
+    StringTable keys;
+    std::string text;  // of the innermost element
+    bool isComplete = false;
+    std::exception_ptr failure;
+
+    [[noreturn]] void Refuse(std::string const& reason) const {
+        throw PropertyListError("line " + std::to_string(XML_GetCurrentLineNumber(parser.get())) + ": " +
+                                reason);
+    }
+
+    // Bytes that the parser is done with.
+    std::size_t Consumed() const {
+        return static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser.get()), 0));
+    }
+
+    // Does what an event asks for. No exception may go through the parser.
+    template <class Action>
+    static void Handle(void* self, Action action) noexcept {
+        auto& reader = *static_cast<Reader*>(self);
+        if (reader.failure || reader.isComplete) return;
+        try {
+            action(reader);
+            if (!reader.isComplete) return;
+        } catch (...) {
+            reader.failure = std::current_exception();
+        }
+        XML_StopParser(reader.parser.get(), XML_FALSE);
+    }
+
+    static void Started(void* self, XML_Char const* name, XML_Char const**) {
+        Handle(self, [name](Reader& reader) { reader.Begin(name); });
+    }
+    static void Ended(void* self, XML_Char const*) {
+        Handle(self, [](Reader& reader) { reader.End(); });
+    }
+    static void CameText(void* self, XML_Char const* characters, int size) {
+        Handle(self, [=](Reader& reader) { reader.Add({characters, static_cast<std::size_t>(size)}); });
+    }
+    static void CameEntity(void* self, XML_Char const* name, int isParameter) {
+        if (isParameter != 0) return;
+        Handle(self,
+               [name](Reader& reader) { reader.Refuse("unknown entity \"" + std::string(name) + "\""); });
+    }
+    // Besides the encodings that the parser has, Mac Roman.
+    static int CameEncoding(void*, XML_Char const* name, XML_Encoding* encoding);
+
+    Element ElementOf(std::string_view name) const {
+        for (std::size_t i = 1; i < kElementNames.size(); ++i) {
+            // Most names differ in their first letters already.
+            if (name.front() == kElementNames[i].front() && name == kElementNames[i])
+                return static_cast<Element>(i);
+        }
+        Refuse("unknown element \"" + std::string(name) + "\"");
+    }
+
+    std::size_t OpenContainers() const {
+        bool const isInPlist = frames.size() > 1 && frames[1].element == Element::Plist;
+        return frames.size() - (isInPlist ? 2 : 1);
+    }
+
+    void Begin(std::string_view name) {
+        Element const element = ElementOf(name);
+        Frame& outer = frames.back();
+        if (!IsContainer(outer.element))
+            Refuse("an element within \"" + std::string(NameOf(outer.element)) + "\"");
+        if (element == Element::Plist && outer.element != Element::Document)
+            Refuse("\"plist\" is not the root");
+        if (outer.element == Element::Plist && outer.taken == 1)
+            Refuse("\"plist\" holds more than one object");
+        bool const isKeyDue = outer.element == Element::Dict && outer.taken % 2 == 0;
+        if (isKeyDue && element != Element::Key) Refuse("\"" + std::string(name) + "\" where a key is due");
+        if (!isKeyDue && element == Element::Key) Refuse("a key where none is due");
+        if (IsContainer(element) && element != Element::Plist && OpenContainers() == kMostLevels)
+            RefuseLevels();
+        frames.push_back({element, pending.Size(), 0});
+        text.clear();
+    }
+
+    void Add(std::string_view characters) {
+        if (!IsContainer(frames.back().element)) {
+            text += characters;
+            return;
+        }
+        if (!IsAllWhite(characters))
+            Refuse("text within \"" + std::string(NameOf(frames.back().element)) + "\"");
+    }
+
+    void End() {
+        Frame const frame = frames.back();
+        // An element such as <data/> has an end of no bytes.
+        bool const isEmptyTag = XML_GetCurrentByteCount(parser.get()) == 0;
+        if (frame.element == Element::Plist) {
+            if (frame.taken == 0) Refuse("\"plist\" is empty");
+        } else {
+            Make(frame, isEmptyTag);
+        }
+        frames.pop_back();
+        if (frames.back().element == Element::Document) isComplete = true;
+        if (frame.element != Element::Plist) ++frames.back().taken;
+    }
+
+    void Make(Frame const& frame, bool isEmptyTag) {
+        switch (frame.element) {
+            case Element::Array:
+                pending.MakeArray(frame.from);
+                return;
+            case Element::Dict:
+                if (frame.taken % 2 != 0) Refuse("a key without a value");
+                MakeDictionary(frame);
+                return;
+            default:
+                pending.Push(NewScalar(frame.element, isEmptyTag));
+        }
+    }
+
+    // A dictionary that says no more than the number of an object of an archive is that number.
+    void MakeDictionary(Frame const& frame) {
+        auto const entries = pending.From(frame.from);
+        if (entries.size() == 2 && CFGetTypeID(entries[1]) == CFNumberGetTypeID()) {
+            auto const key = static_cast<CFStringRef>(entries[0]);
+            auto const number = static_cast<CFNumberRef>(entries[1]);
+            if (key->IsAscii() && key->Ascii() == "CF$UID" && !number->IsReal()) {
+                CFTypeRef const identifier = NewUniqueIdentifier(static_cast<UInt64>(number->Whole()));
+                CFRelease(pending.Pop());
+                CFRelease(pending.Pop());
+                pending.Push(identifier);
+                return;
+            }
+        }
+        pending.MakeDictionary(frame.from);
+    }
+
+    // What an optional has, or a refusal of the innermost element's text.
+    template <class Value>
+    Value Checked(std::optional<Value> value, Element element) const {
+        if (!value)
+            Refuse("\"" + std::string(NameOf(element)) + "\" cannot be \"" + text.substr(0, 40) + "\"");
+        return *std::move(value);
+    }
+
+    CFTypeRef NewScalar(Element element, bool isEmptyTag) {
+        switch (element) {
+            case Element::Key:
+                return keys.Get(text);
+            case Element::String:
+                return NewUtf8String(text);
+            case Element::True:
+            case Element::False:
+                if (!IsAllWhite(text)) Refuse("text within \"" + std::string(NameOf(element)) + "\"");
+                return RetainedBoolean(element == Element::True);
+            case Element::Integer:
+                return NewWholeNumber(Checked(ParseInteger(text), element));
+            case Element::Real:
+                return NewRealNumber(Checked(ParseReal(text), element));
+            case Element::Date:
+                return new __CFDate(Checked(ParseDate(text), element));
+            default:
+                if (isEmptyTag) Refuse("\"data\" is empty");
+                return NewData(Checked(DecodeBase64(text), Element::Data));
+        }
+    }
+};
+
+int Reader::CameEncoding(void*, XML_Char const* name, XML_Encoding* encoding) {
+    std::string_view const wanted = name;
+    if (wanted != "macintosh" && wanted != "x-mac-roman") return XML_STATUS_ERROR;
+    for (unsigned byte = 0; byte < 256; ++byte)
+        encoding->map[byte] = FromMacRoman(static_cast<unsigned char>(byte));
+    encoding->convert = nullptr;
+    encoding->release = nullptr;
+    return XML_STATUS_OK;
+}
+
+}  // namespace
+
+CFPropertyListRef ReadXmlPropertyList(std::span<UInt8 const> bytes, bool isUtf8) {
+    return Reader(isUtf8 ? "UTF-8" : nullptr).Read(bytes);
+}
+
+}  // namespace Platform
