@@ -7,8 +7,13 @@
 #include <cstddef>
 
 #include "modules/AncestorsModule.h"
+#include "modules/ArrayValuesModule.h"
+#include "modules/ArraysModule.h"
 #include "modules/CountryModule.h"
 #include "modules/DescendantsModule.h"
+#include "modules/DictionariesModule.h"
+#include "modules/DictionaryEntriesModule.h"
+#include "modules/DictionaryIterationModule.h"
 #include "modules/FileAttributesModule.h"
 #include "modules/FileContentModule.h"
 #include "modules/FileLinesModule.h"
@@ -18,6 +23,7 @@
 #include "modules/FileTypesModule.h"
 #include "modules/FilesModule.h"
 #include "modules/FoldersModule.h"
+#include "modules/PropertyListValuesModule.h"
 #include "modules/StageModule.h"
 #include "modules/TimeAndDateModule.h"
 #include "modules/VersionsModule.h"
@@ -42,53 +48,53 @@ struct ModuleList<First, Others...> {
     [[no_unique_address]] ModuleList<Others...> others;
 };
 
-using LoadOrder = ModuleList<  //
-    Vacant<1>,                 // components
-    Vacant<2>,                 // component iteration
-    Vacant<3>,                 // bundles
-    Vacant<4>,                 // property-list arrays
-    Vacant<5>,                 // array values
-    Vacant<6>,                 // dictionaries
-    Vacant<7>,                 // dictionary entries
-    Vacant<8>,                 // dictionary key and entry iteration
-    Vacant<9>,                 // preferences
-    Vacant<10>,                // property-list values
-    TimeAndDateModule,         // 11
-    Vacant<12>,                // applications
-    Vacant<13>,                // enableable files
-    FileAttributesModule,      // 14
-    VolumeIterationModule,     // 15
-    VolumesModule,             // 16
-    Vacant<17>,                // gestalt and hardware
-    Vacant<18>,                // internet configuration
-    Vacant<19>,                // internet configuration
-    Vacant<20>,                // internet configuration
-    Vacant<21>,                // internet configuration
-    Vacant<22>,                // IP address casts
-    Vacant<23>,                // SCSI buses
-    Vacant<24>,                // SCSI bus iteration
-    Vacant<25>,                // USB
-    CountryModule,             // 26
-    VersionsModule,            // 27
-    StageModule,               // 28
-    FilesModule,               // 29
-    FileSignaturesModule,      // 30
-    FileSystemObjectsModule,   // 31
-    FileTypesModule,           // 32
-    FoldersModule,             // 33
-    Vacant<34>,                // gestalt selectors
-    Vacant<35>,                // IP addresses
-    Vacant<36>,                // sound volume
-    Vacant<37>,                // special folders
-    Vacant<38>,                // special items
-    Vacant<39>,                // stereo volume
-    FileLinesModule,           // 40
-    Vacant<41>,                // processes
-    Vacant<42>,                // domains
-    FileSectionsModule,        // 43
-    FileContentModule,         // 44
-    DescendantsModule,         // 45
-    AncestorsModule            // 46
+using LoadOrder = ModuleList<   //
+    Vacant<1>,                  // components
+    Vacant<2>,                  // component iteration
+    Vacant<3>,                  // bundles
+    ArraysModule,               // 4
+    ArrayValuesModule,          // 5
+    DictionariesModule,         // 6
+    DictionaryEntriesModule,    // 7
+    DictionaryIterationModule,  // 8
+    Vacant<9>,                  // preferences
+    PropertyListValuesModule,   // 10
+    TimeAndDateModule,          // 11
+    Vacant<12>,                 // applications
+    Vacant<13>,                 // enableable files
+    FileAttributesModule,       // 14
+    VolumeIterationModule,      // 15
+    VolumesModule,              // 16
+    Vacant<17>,                 // gestalt and hardware
+    Vacant<18>,                 // internet configuration
+    Vacant<19>,                 // internet configuration
+    Vacant<20>,                 // internet configuration
+    Vacant<21>,                 // internet configuration
+    Vacant<22>,                 // IP address casts
+    Vacant<23>,                 // SCSI buses
+    Vacant<24>,                 // SCSI bus iteration
+    Vacant<25>,                 // USB
+    CountryModule,              // 26
+    VersionsModule,             // 27
+    StageModule,                // 28
+    FilesModule,                // 29
+    FileSignaturesModule,       // 30
+    FileSystemObjectsModule,    // 31
+    FileTypesModule,            // 32
+    FoldersModule,              // 33
+    Vacant<34>,                 // gestalt selectors
+    Vacant<35>,                 // IP addresses
+    Vacant<36>,                 // sound volume
+    Vacant<37>,                 // special folders
+    Vacant<38>,                 // special items
+    Vacant<39>,                 // stereo volume
+    FileLinesModule,            // 40
+    Vacant<41>,                 // processes
+    Vacant<42>,                 // domains
+    FileSectionsModule,         // 43
+    FileContentModule,          // 44
+    DescendantsModule,          // 45
+    AncestorsModule             // 46
     >;
 static_assert(LoadOrder::kCount == 46);
 
