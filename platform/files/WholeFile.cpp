@@ -72,6 +72,13 @@ __CFData* ReadWholeFile(CFURLRef url, OSErr& error) {
     return data;
 }
 
+OSErr ReadFileBeginning(CFURLRef url, std::span<UInt8> to, std::size_t& actual) {
+    actual = 0;
+    OpenFile file;
+    if (OSErr const error = file.Open(url); error != noErr) return error;
+    return NoteFileFailure(ReadBytes(file.fork, 0, to, actual), file.fork.path);
+}
+
 }  // namespace Platform
 
 Boolean CFURLCreateDataAndPropertiesFromResource(CFAllocatorRef, CFURLRef url, CFDataRef* resourceData,

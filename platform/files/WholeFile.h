@@ -4,6 +4,9 @@
 
 #include <CoreFoundation/CFURL.h>
 
+#include <cstddef>
+#include <span>
+
 #include "foundation/Data.h"
 
 namespace Platform {
@@ -16,5 +19,9 @@ inline constexpr SInt64 kMostOfWholeFile = SInt64{1} << 30;
 /// for one that is too large. Failures are noted for PlatformFileFailure; slow mounts are waited for
 /// patiently. A file that grows meanwhile is read to its former end, one that shrinks to its new one.
 __CFData* ReadWholeFile(CFURLRef url, OSErr& error);
+
+/// Reads the first bytes of such a file, as many as `to` takes and it has. A result code, noted and waited
+/// for in the same way.
+OSErr ReadFileBeginning(CFURLRef url, std::span<UInt8> to, std::size_t& actual);
 
 }  // namespace Platform

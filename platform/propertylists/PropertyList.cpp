@@ -73,8 +73,12 @@ CFPropertyListRef ReadPropertyList(std::span<UInt8 const> bytes) {
 }
 
 CFPropertyListRef ReadPropertyListFile(Path const& file) {
-    CFURLRef const url = NewURL(file, false);
     OSErr error;
+    return ReadPropertyListFile(file, error);
+}
+
+CFPropertyListRef ReadPropertyListFile(Path const& file, OSErr& error) {
+    CFURLRef const url = NewURL(file, false);
     __CFData const* const data = ReadWholeFile(url, error);
     url->Release();
     if (data == nullptr) return nullptr;

@@ -41,5 +41,7 @@ CFPropertyListRef ReadPropertyList(std::span<UInt8 const> bytes);
 /// The property list that a file holds, a new object; null when it cannot be read or holds none. Why not is
 /// noted for PlatformFileFailure or PlatformPropertyListFailure. Waits patiently for slow mounts.
 CFPropertyListRef ReadPropertyListFile(Path const& file);
+/// The same; `error` is the result code of the reading, noErr also for a file that holds no list.
+CFPropertyListRef ReadPropertyListFile(Path const& file, OSErr& error);
 
 }  // namespace Platform

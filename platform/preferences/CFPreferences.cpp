@@ -1,0 +1,3 @@
+#include <CoreFoundation/CFPreferences.h>
+
+CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef, CFStringRef) { return nullptr; }
