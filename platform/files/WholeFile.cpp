@@ -29,6 +29,8 @@ class OpenFile {
 
 // `data` is owned by the caller, also after a failure.
 OSErr ReadBytes(OpenFork const& fork, __CFData*& data) {
+    // A pipe, socket or device can be opened, but has no bytes anywhere.
+    if (!fork.bytes.file && !fork.bytes.memory) return notAFileErr;
     SInt64 size;
     OSErr error = CountBytes(fork, size);
     if (error != noErr) return error;

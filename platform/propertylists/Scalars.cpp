@@ -5,6 +5,7 @@
 #include <charconv>
 #include <chrono>
 #include <limits>
+#include <string>
 
 namespace Platform {
 
@@ -119,6 +120,21 @@ std::optional<CFAbsoluteTime> ParseDate(std::string_view text) {
     constexpr sys_days beginning = sys_days(2001y / January / 1);
     auto const days = (sys_days(date) - beginning).count();
     return static_cast<double>(((days * 24L + hour) * 60 + minute) * 60 + second);
+}
+
+std::optional<CFAbsoluteTime> ParseDateOfZone(std::string_view text) {
+    constexpr std::string_view form = "YYYY-MM-DD hh:mm:ss +hhmm";
+    if (text.size() != form.size() || text[10] != ' ' || text[19] != ' ') return std::nullopt;
+    std::string universal(text.substr(0, 19));
+    universal[10] = 'T';
+    universal += 'Z';
+    auto const time = ParseDate(universal);
+    int const hours = Field(text, 21, 2), minutes = Field(text, 23, 2);
+    bool const isZone =
+        (text[20] == '+' || text[20] == '-') && hours >= 0 && hours < 24 && minutes >= 0 && minutes < 60;
+    if (!time || !isZone) return std::nullopt;
+    int const ahead = (hours * 60 + minutes) * 60;
+    return *time - (text[20] == '+' ? ahead : -ahead);
 }
 
 std::optional<std::vector<UInt8>> DecodeBase64(std::string_view text) {

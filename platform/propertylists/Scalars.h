@@ -26,6 +26,9 @@ std::optional<double> ParseReal(std::string_view text);
 /// A date as XML lists write it: YYYY-MM-DDThh:mm:ssZ, universal time. A day that the calendar does not have
 /// is none, nor is an hour from 24, a minute from 60 or a second from 61 on.
 std::optional<CFAbsoluteTime> ParseDate(std::string_view text);
+/// A date as GNUstep writes it in old-style text: YYYY-MM-DD hh:mm:ss +hhmm, the time of the zone that is so
+/// far ahead of universal time.
+std::optional<CFAbsoluteTime> ParseDateOfZone(std::string_view text);
 /// The bytes of base64: '=' fills the last group of four, other ASCII characters outside the alphabet do not
 /// count. Empty for a character that is not ASCII.
 std::optional<std::vector<UInt8>> DecodeBase64(std::string_view text);

@@ -49,9 +49,9 @@ class Reader {
         XML_SetUserData(parser.get(), this);
         XML_SetElementHandler(parser.get(), Started, Ended);
         XML_SetCharacterDataHandler(parser.get(), CameText);
-        // With a default handler entities that the document declares are not expanded; they, and those of a
-        // declaration elsewhere, come to the handler of what is skipped.
-        XML_SetDefaultHandler(parser.get(), [](void*, XML_Char const*, int) {});
+        // With a default handler no entity that the document declares is expanded. It comes to the handler of
+        // what is skipped, or, if its text would be elsewhere, to the default handler.
+        XML_SetDefaultHandler(parser.get(), CameOther);
         XML_SetSkippedEntityHandler(parser.get(), CameEntity);
         XML_SetUnknownEncodingHandler(parser.get(), CameEncoding, nullptr);
         frames.push_back({Element::Document, 0, 0});
@@ -97,6 +97,10 @@ class Reader {
                                 reason);
     }
 
+    [[noreturn]] void RefuseEntity(std::string_view name) const {
+        Refuse("unknown entity \"" + std::string(name) + "\"");
+    }
+
     // Bytes that the parser is done with.
     std::size_t Consumed() const {
         return static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser.get()), 0));
@@ -125,10 +129,14 @@ class Reader {
     static void CameText(void* self, XML_Char const* characters, int size) {
         Handle(self, [=](Reader& reader) { reader.Add({characters, static_cast<std::size_t>(size)}); });
     }
+    static void CameOther(void* self, XML_Char const* characters, int size) {
+        std::string_view const other(characters, static_cast<std::size_t>(size));
+        if (!other.starts_with('&')) return;
+        Handle(self, [=](Reader& reader) { reader.RefuseEntity(other.substr(1, other.size() - 2)); });
+    }
     static void CameEntity(void* self, XML_Char const* name, int isParameter) {
         if (isParameter != 0) return;
-        Handle(self,
-               [name](Reader& reader) { reader.Refuse("unknown entity \"" + std::string(name) + "\""); });
+        Handle(self, [name](Reader& reader) { reader.RefuseEntity(name); });
     }
     // Besides the encodings that the parser has, Mac Roman.
     static int CameEncoding(void*, XML_Char const* name, XML_Encoding* encoding);

@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// Owns one reference, which may be null.
@@ -13,7 +14,7 @@ template <class Reference>
 class Owned {
   public:
     Owned(Reference taken) : reference(taken) {}
-    Owned(Owned const&) = delete;
+    Owned(Owned&& other) noexcept : reference(std::exchange(other.reference, nullptr)) {}
     Owned& operator=(Owned const&) = delete;
     ~Owned() {
         if (reference != nullptr) CFRelease(reference);
