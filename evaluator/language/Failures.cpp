@@ -57,6 +57,7 @@ constexpr std::array kMeanings{
     Meaning{-200, "no sound hardware"},
     Meaning{-600, "no such process"},
     Meaning{-1302, "not a file"},
+    Meaning{-1309, "the file is too large"},
     Meaning{-1401, "stale file reference"},
     Meaning{-1402, "bad fork name"},
     Meaning{-1405, "bad catalog information request"},
@@ -125,6 +126,16 @@ std::string Unreadable(FileFailure const& failure) {
     return fmt::format("{} cannot be read: {}", failure.file, PlatformError(failure.code));
 }
 
+// Why data is no property list, as the platform said it; where it said nothing it is one of something else.
+std::string NoDictionary() {
+    char path[PATH_MAX + 1], reason[500];
+    if (!PlatformPropertyListFailure(path, sizeof path, reason, sizeof reason))
+        return "the property list is no dictionary";
+    std::string const file =
+        path[0] != 0 ? fmt::format("the file \"{}\"", Printable(path)) : std::string("the data");
+    return fmt::format("{} is no property list: {}", file, Printable(reason));
+}
+
 // Why the exception that is being handled was thrown.
 std::string Reason() {
     try {
@@ -165,6 +176,10 @@ std::string Reason() {
         return PlatformError(failure.Code());
     } catch (MacintoshPlatform::MakeFileLocationFailed const&) {
         return "the path cannot be resolved";
+    } catch (DictionaryCreateFromXMLDataFailed const&) {
+        return NoDictionary();
+    } catch (GenericCFCastError const&) {
+        return "a property-list value is not of the type that is needed";
     } catch (UnknownType const& unknown) {
         return unknown.what();
     } catch (std::bad_alloc const&) {

@@ -9,6 +9,7 @@
 #include "modules/AncestorsModule.h"
 #include "modules/ArrayValuesModule.h"
 #include "modules/ArraysModule.h"
+#include "modules/BundlesModule.h"
 #include "modules/CountryModule.h"
 #include "modules/DescendantsModule.h"
 #include "modules/DictionariesModule.h"
@@ -23,6 +24,7 @@
 #include "modules/FileTypesModule.h"
 #include "modules/FilesModule.h"
 #include "modules/FoldersModule.h"
+#include "modules/PreferencesModule.h"
 #include "modules/PropertyListValuesModule.h"
 #include "modules/StageModule.h"
 #include "modules/TimeAndDateModule.h"
@@ -51,13 +53,13 @@ struct ModuleList<First, Others...> {
 using LoadOrder = ModuleList<   //
     Vacant<1>,                  // components
     Vacant<2>,                  // component iteration
-    Vacant<3>,                  // bundles
+    BundlesModule,              // 3
     ArraysModule,               // 4
     ArrayValuesModule,          // 5
     DictionariesModule,         // 6
     DictionaryEntriesModule,    // 7
     DictionaryIterationModule,  // 8
-    Vacant<9>,                  // preferences
+    PreferencesModule,          // 9
     PropertyListValuesModule,   // 10
     TimeAndDateModule,          // 11
     Vacant<12>,                 // applications

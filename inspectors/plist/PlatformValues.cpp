@@ -1,5 +1,7 @@
 #include "plist/PlatformValues.h"
 
+#include <Platform/Items.h>
+
 #include "Evaluator/PlatformStrings.h"
 #include "Evaluator/Text.h"
 
@@ -24,6 +26,7 @@ inspector_string CFDataAsCStringValue(CFDataRef data) {
 }
 
 AutoCFDictionary DictionaryCreateFromXMLData(CFDataRef data, UInt32 mutability) {
+    PlatformForgetFileFailure();  // a reason that was noted before is not that of this data
     CFStringRef message = nullptr;
     Object const root(CFPropertyListCreateFromXMLData(kCFAllocatorDefault, data, mutability, &message));
     AutoCFString const error(message);
