@@ -11,7 +11,9 @@ std::string StringOf(std::string_view bytes) { return Text(string_of_value(List(
 std::string CStringOf(std::string_view bytes) { return Text(cstring_of_value(List(bytes).Value())); }
 
 // A list that is data alone.
-std::string DataList(std::string const& bytes) { return Binary(BinaryList::Sized(0x40, bytes.size()) + bytes); }
+std::string DataList(std::string const& bytes) {
+    return Binary(BinaryList::Sized(0x40, bytes.size()) + bytes);
+}
 
 }  // namespace
 
