@@ -9,6 +9,10 @@
 #include "filesystem/Attributes.h"
 #include "frame/Adapters.h"
 #include "frame/SharingPtr.h"
+#include "plist/Arrays.h"
+#include "plist/Bundles.h"
+#include "plist/DictionaryEntries.h"
+#include "plist/Preferences.h"
 #include "system/TimeAndDate.h"
 #include "system/Volumes.h"
 
@@ -31,6 +35,12 @@ static_assert(offsetof(DateRecord, day) == 0 && offsetof(DateRecord, month) == 4
 
 static_assert(sizeof(datafork) == 4 && sizeof(resfork) == 4);
 static_assert(sizeof(VolumeIterator) == 2);
+
+// Property lists: a reference, and the two neighbours of a ring.
+static_assert(sizeof(OSXValue) == 12 && sizeof(OSXArray) == 12 && sizeof(OSXDictionary) == 4);
+static_assert(sizeof(OSXDictionaryEntry) == 16 && sizeof(Preferences) == 12 && sizeof(Bundle) == 12);
+static_assert(sizeof(OSXArrayIterator) == 8);
+static_assert(sizeof(OSXDictionaryKeyIterator) == 12 && sizeof(OSXDictionaryEntryIterator) == 16);
 
 // A platform failure: the class's virtual functions and the 32-bit code.
 static_assert(sizeof(OSError) == 8 && sizeof(MemoryFullError) == 8);
