@@ -329,6 +329,19 @@ TEST_F(Bundles, ChooseTheLanguageOfTheUser) {
     EXPECT_EQ("{k=es}", Local("a"));
 }
 
+TEST_F(Bundles, PreferTheLanguagesOfThePreferences) {
+    Write("a/Contents/Info.plist", "{}");
+    for (std::string const language : {"fr", "it", "es"})
+        Write("a/Contents/Resources/" + language + ".lproj/InfoPlist.strings", "k = " + language + ";");
+    languages.Set("es");
+    Write("home/GNUstep/Defaults/NSGlobalDomain.plist", "{NSLanguages = (Klingon, French);}");
+    EXPECT_EQ("{k=fr}", Local("a"));
+    Write("home/.config/.GlobalPreferences.plist", "{AppleLanguages = (<*I1>, \"it-IT\");}");
+    EXPECT_EQ("{k=it}", Local("a"));
+    Write("home/.config/.GlobalPreferences.plist", "{AppleLanguages = it; NSLanguages = (\"../../fr\");}");
+    EXPECT_EQ("{k=es}", Local("a"));
+}
+
 TEST_F(Bundles, SkipLanguagesWithoutAReadableDictionary) {
     Write("a/Contents/Info.plist", "{}");
     locale.Set("fr");
