@@ -10,11 +10,11 @@ namespace Platform {
 
 /// What the places of preferences depend on.
 struct PreferenceEnvironment {
-    std::string home;             // the user's; empty where it is not known
-    std::string userFolder;       // as XDG_CONFIG_HOME says; empty where it says nothing
-    std::string commonFolders;    // as XDG_CONFIG_DIRS says
-    std::string gnustepDefaults;  // GNUstep's folder of the user's defaults; empty: the usual one
-    std::string machine;          // the machine's identifier; empty where it has none
+    std::string home{};             // the user's; empty where it is not known
+    std::string userFolder{};       // as XDG_CONFIG_HOME says; empty where it says nothing
+    std::string commonFolders{};    // as XDG_CONFIG_DIRS says
+    std::string gnustepDefaults{};  // GNUstep's folder of the user's defaults; empty: the usual one
+    std::string machine{};          // the machine's identifier; empty where it has none
 };
 
 /// The files that may hold preferences of an application, in the order in which they are searched; none for
