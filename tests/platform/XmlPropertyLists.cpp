@@ -16,74 +16,77 @@ struct Row {
     std::string shown;
 };
 
-class XmlObjects : public testing::TestWithParam<Row> {};
-
-TEST_P(XmlObjects, AreReadWithAWrapperAndWithout) {
-    EXPECT_EQ(GetParam().shown, List(GetParam().xml));
-    EXPECT_EQ(GetParam().shown, List("<plist version=\"1.0\">" + GetParam().xml + "</plist>"));
-    EXPECT_EQ(GetParam().shown, List(std::string(kHead) + "<plist>\n" + GetParam().xml + "\n</plist>\n"));
-    EXPECT_EQ("(" + GetParam().shown + ")", List("<array>" + GetParam().xml + "</array>"));
-    EXPECT_EQ("{\"k\" = " + GetParam().shown + "}", List("<dict><key>k</key>" + GetParam().xml + "</dict>"));
+void ExpectRows(std::initializer_list<Row> rows) {
+    for (Row const& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.xml));
+        EXPECT_EQ(row.shown, List(row.xml));
+        EXPECT_EQ(row.shown, List("<plist version=\"1.0\">" + row.xml + "</plist>"));
+        EXPECT_EQ(row.shown, List(std::string(kHead) + "<plist>\n" + row.xml + "\n</plist>\n"));
+        EXPECT_EQ("(" + row.shown + ")", List("<array>" + row.xml + "</array>"));
+        EXPECT_EQ("{\"k\" = " + row.shown + "}", List("<dict><key>k</key>" + row.xml + "</dict>"));
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Truth, XmlObjects,
-                         testing::Values(Row{"<true/>", "true"}, Row{"<false/>", "false"},
-                                         Row{"<true></true>", "true"}, Row{"<false> \n</false>", "false"}));
+TEST(XmlObjects, TruthValuesAreRead) {
+    ExpectRows({Row{"<true/>", "true"}, Row{"<false/>", "false"}, Row{"<true></true>", "true"},
+                Row{"<false> \n</false>", "false"}});
+}
 
-INSTANTIATE_TEST_SUITE_P(Strings, XmlObjects,
-                         testing::Values(Row{"<string>a b</string>", "\"a b\""}, Row{"<string/>", "\"\""},
-                                         Row{"<string></string>", "\"\""},
-                                         Row{"<string> a\tb\n </string>", "\" a\tb\n \""},
-                                         Row{"<string><![CDATA[<&>]]>x</string>", "\"<&>x\""},
-                                         Row{"<string>&lt;&gt;&amp;&apos;&quot;</string>", "\"<>&'\"\""},
-                                         Row{"<string>&#65;&#x42;&#x1F600;</string>", "\"AB\U0001F600\""},
-                                         Row{"<string>\u00DCber</string>", "\"\u00DCber\""},
-                                         Row{"<string>a<!-- b -->c<?d e?></string>", "\"ac\""}));
+TEST(XmlObjects, StringsAreRead) {
+    ExpectRows({Row{"<string>a b</string>", "\"a b\""}, Row{"<string/>", "\"\""},
+                Row{"<string></string>", "\"\""}, Row{"<string> a\tb\n </string>", "\" a\tb\n \""},
+                Row{"<string><![CDATA[<&>]]>x</string>", "\"<&>x\""},
+                Row{"<string>&lt;&gt;&amp;&apos;&quot;</string>", "\"<>&'\"\""},
+                Row{"<string>&#65;&#x42;&#x1F600;</string>", "\"AB\U0001F600\""},
+                Row{"<string>\u00DCber</string>", "\"\u00DCber\""},
+                Row{"<string>a<!-- b -->c<?d e?></string>", "\"ac\""}});
+}
 
-INSTANTIATE_TEST_SUITE_P(
-    WholeNumbers, XmlObjects,
-    testing::Values(Row{"<integer>0</integer>", "0"}, Row{"<integer>-5</integer>", "-5"},
-                    Row{"<integer>+5</integer>", "5"}, Row{"<integer> \t\r\n12</integer>", "12"},
-                    Row{"<integer>010</integer>", "10"}, Row{"<integer>0xff</integer>", "255"},
-                    Row{"<integer>-0XA</integer>", "-10"},
-                    Row{"<integer>9223372036854775807</integer>", "9223372036854775807"},
-                    Row{"<integer>-9223372036854775808</integer>", "-9223372036854775808"},
-                    Row{"<integer>18446744073709551615</integer>", "1.8446744073709552e+19"}));
+TEST(XmlObjects, WholeNumbersAreRead) {
+    ExpectRows({Row{"<integer>0</integer>", "0"}, Row{"<integer>-5</integer>", "-5"},
+                Row{"<integer>+5</integer>", "5"}, Row{"<integer> \t\r\n12</integer>", "12"},
+                Row{"<integer>010</integer>", "10"}, Row{"<integer>0xff</integer>", "255"},
+                Row{"<integer>-0XA</integer>", "-10"},
+                Row{"<integer>9223372036854775807</integer>", "9223372036854775807"},
+                Row{"<integer>-9223372036854775808</integer>", "-9223372036854775808"},
+                Row{"<integer>18446744073709551615</integer>", "1.8446744073709552e+19"}});
+}
 
-INSTANTIATE_TEST_SUITE_P(RealNumbers, XmlObjects,
-                         testing::Values(Row{"<real>1.5</real>", "1.5"}, Row{"<real>-.25</real>", "-0.25"},
-                                         Row{"<real>1e3</real>", "1000"}, Row{"<real> 2.</real>", "2"},
-                                         Row{"<real>+1.5E-1</real>", "0.14999999999999999"},
-                                         Row{"<real>1e999</real>", "inf"}, Row{"<real>-1e999</real>", "-inf"},
-                                         Row{"<real>1e-999</real>", "0"}, Row{"<real>Infinity</real>", "inf"},
-                                         Row{"<real>-inf</real>", "-inf"}, Row{"<real>NaN</real>", "nan"}));
+TEST(XmlObjects, RealNumbersAreRead) {
+    ExpectRows({Row{"<real>1.5</real>", "1.5"}, Row{"<real>-.25</real>", "-0.25"},
+                Row{"<real>1e3</real>", "1000"}, Row{"<real> 2.</real>", "2"},
+                Row{"<real>+1.5E-1</real>", "0.14999999999999999"}, Row{"<real>1e999</real>", "inf"},
+                Row{"<real>-1e999</real>", "-inf"}, Row{"<real>1e-999</real>", "0"},
+                Row{"<real>Infinity</real>", "inf"}, Row{"<real>-inf</real>", "-inf"},
+                Row{"<real>NaN</real>", "nan"}});
+}
 
-INSTANTIATE_TEST_SUITE_P(Dates, XmlObjects,
-                         testing::Values(Row{"<date>2001-01-01T00:00:00Z</date>", "@0"},
-                                         Row{"<date>2000-12-31T23:59:59Z</date>", "@-1"},
-                                         Row{"<date>2004-02-29T12:30:15Z</date>", "@99750615"},
-                                         Row{"<date>1904-01-01T00:00:00Z</date>", "@-3061152000"},
-                                         Row{"<date>9999-12-31T23:59:60Z</date>", "@252423993600"}));
+TEST(XmlObjects, DatesAreRead) {
+    ExpectRows({Row{"<date>2001-01-01T00:00:00Z</date>", "@0"},
+                Row{"<date>2000-12-31T23:59:59Z</date>", "@-1"},
+                Row{"<date>2004-02-29T12:30:15Z</date>", "@99750615"},
+                Row{"<date>1904-01-01T00:00:00Z</date>", "@-3061152000"},
+                Row{"<date>9999-12-31T23:59:60Z</date>", "@252423993600"}});
+}
 
-INSTANTIATE_TEST_SUITE_P(Data, XmlObjects,
-                         testing::Values(Row{"<data>AAEC</data>", "<000102>"},
-                                         Row{"<data>AAE=</data>", "<0001>"}, Row{"<data>AA==</data>", "<00>"},
-                                         Row{"<data>\n\tAA\n\tEC\n</data>", "<000102>"},
-                                         Row{"<data></data>", "<>"}, Row{"<data>\n</data>", "<>"},
-                                         Row{"<data>A*A-E!C</data>", "<000102>"},
-                                         Row{"<data>+/+/</data>", "<fbffbf>"}));
+TEST(XmlObjects, DataAreRead) {
+    ExpectRows({Row{"<data>AAEC</data>", "<000102>"}, Row{"<data>AAE=</data>", "<0001>"},
+                Row{"<data>AA==</data>", "<00>"}, Row{"<data>\n\tAA\n\tEC\n</data>", "<000102>"},
+                Row{"<data></data>", "<>"}, Row{"<data>\n</data>", "<>"},
+                Row{"<data>A*A-E!C</data>", "<000102>"}, Row{"<data>+/+/</data>", "<fbffbf>"}});
+}
 
-INSTANTIATE_TEST_SUITE_P(
-    Containers, XmlObjects,
-    testing::Values(Row{"<array/>", "()"}, Row{"<array></array>", "()"}, Row{"<dict/>", "{}"},
-                    Row{"<dict>\n</dict>", "{}"},
-                    Row{"<array a='b'><true/> <!-- c --> <false/></array>", "(true, false)"},
-                    Row{"<dict><key>z</key><true/><key>a</key><array/></dict>", R"({"z" = true; "a" = ()})"},
-                    Row{"<dict><key>a</key><true/><key>b</key><true/><key>a</key><false/></dict>",
-                        R"({"a" = false; "b" = true})"},
-                    Row{"<dict><key/><true/></dict>", R"({"" = true})"},
-                    Row{"<dict><key>CF$UID</key><integer>3</integer></dict>", "?"},
-                    Row{"<dict><key>CF$UID</key><string>3</string></dict>", R"({"CF$UID" = "3"})"}));
+TEST(XmlObjects, ContainersAreRead) {
+    ExpectRows({Row{"<array/>", "()"}, Row{"<array></array>", "()"}, Row{"<dict/>", "{}"},
+                Row{"<dict>\n</dict>", "{}"},
+                Row{"<array a='b'><true/> <!-- c --> <false/></array>", "(true, false)"},
+                Row{"<dict><key>z</key><true/><key>a</key><array/></dict>", R"({"z" = true; "a" = ()})"},
+                Row{"<dict><key>a</key><true/><key>b</key><true/><key>a</key><false/></dict>",
+                    R"({"a" = false; "b" = true})"},
+                Row{"<dict><key/><true/></dict>", R"({"" = true})"},
+                Row{"<dict><key>CF$UID</key><integer>3</integer></dict>", "?"},
+                Row{"<dict><key>CF$UID</key><string>3</string></dict>", R"({"CF$UID" = "3"})"}});
+}
 
 TEST(XmlLists, EndWithTheirRoot) {
     EXPECT_EQ("true", List("<true/>anything <else"));

@@ -39,11 +39,16 @@ def in_order(dictionary, zelq, expression):
 
 
 def check_answers(zelq, bundle, expected):
-    """`expected` has the answer to each property of the bundle."""
-    for prop, answer in expected.items():
-        found = ask(zelq, f'{prop} of bundle of folder "{bundle}"')
+    """`expected` has the answer to each question about the bundle, "it"."""
+    for question, answer in expected.items():
+        found = ask(zelq, f'({question}) of bundle of folder "{bundle}"')
         if found != answer:
-            yield f"{prop} of {bundle} is {found!r}, not {answer!r}"
+            yield f"{question} of {bundle} is {found!r}, not {answer!r}"
+
+
+def codes(kind, creator):
+    """Questions about the codes of a package, which have no texts of their own."""
+    return {f'type of it = file type "{kind}"': "true", f'creator of it = file signature "{creator}"': "true"}
 
 
 def check_dictionary(zelq, bundle, which, expected):
@@ -63,10 +68,11 @@ def gnustep(zelq):
         info = old_style(infos[0])
         yield from check_dictionary(zelq, bundle, "global", info)
         kind = "APPL" if bundle.endswith(".app") else "FMWK" if bundle.endswith(".framework") else "BNDL"
-        expected = {"type": f"{kind}", "creator": "????"}
+        expected = codes(kind, "????")
         if "CFBundleShortVersionString" in info:
-            expected |= {"version": info["CFBundleShortVersionString"], "bundle version": info["CFBundleVersion"]}
-        yield from check_answers(zelq, bundle, {f"{prop} as string": answer for prop, answer in expected.items()})
+            expected |= {f'version of it = version "{info["CFBundleShortVersionString"]}"': "true",
+                         f'bundle version of it = version "{info["CFBundleVersion"]}"': "true"}
+        yield from check_answers(zelq, bundle, expected)
 
 
 def application(zelq, folder):
@@ -80,17 +86,26 @@ def application(zelq, folder):
     with open(os.path.join(bundle, "Contents/PkgInfo"), "rb") as file:
         package = file.read().decode()
     assert info["CFBundleVersion"] == "17", "a packed number: seventeen"
-    yield from check_answers(zelq, bundle, {"type as string": package[:4], "creator as string": package[4:8],
-                                            "version as string": "17.0", "bundle version as string": "17.0",
-                                            "exists local dictionary": "true"})
-    strings = old_style_strings(os.path.join(bundle, "Contents/Resources/en.lproj/InfoPlist.strings"))
-    yield from check_dictionary(zelq, bundle, "local", strings)
+    yield from check_answers(zelq, bundle, {**codes(package[:4], package[4:8]), "version of it as string": "17.0",
+                                            "bundle version of it as string": "17.0"})
+    # Its InfoPlist.strings holds a comment only.
+    yield from check_dictionary(zelq, bundle, "local", {})
+    yield from check_archive(zelq, os.path.join(bundle, "Contents/Resources/en.lproj/MainMenu.nib"))
 
 
-def old_style_strings(path):
+def check_archive(zelq, path):
+    """A binary list as archives are: hundreds of objects, which refer to one another by identifiers."""
     with open(path, "rb") as file:
-        bytes_ = file.read()
-    return plistlib.loads(bytes_) if bytes_.startswith((b"bplist", b"<?xml")) else old_style(path)
+        objects = plistlib.load(file)["$objects"]
+    questions = [("size of it as string", [b"%d" % len(objects)]),
+                 ("types of values of it", [lists.type_name(value) for value in objects]),
+                 ("strings of values of it", [lists.mac_roman(value) if isinstance(value, str) else value
+                                              for value in objects if isinstance(value, (str, bytes))]),
+                 ("(sizes of dictionaries of values of it) as string",
+                  [b"%d" % len(value) for value in objects if isinstance(value, dict)])]
+    fault = lists.difference(zelq, f'array "$objects" of dictionary of file "{path}"', questions)
+    if fault:
+        yield fault
 
 
 def main():
