@@ -1,4 +1,5 @@
-/* A plain program on libplist: reads a property list, prints the string of one key of its root, and lets it go.
+/* A plain program on libplist: reads a property list, prints the string of one key of its root, and lets it
+   go.
 
    usage: ListLookup FILE KEY */
 #include <plist/plist.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-// What the fuzz targets of property lists hold the platform to: any bytes are a list, with objects that can be
-// walked, or are refused with a reason.
+// What the fuzz targets of property lists hold the platform to: any bytes are a list, with objects that can
+// be walked, or are refused with a reason.
 
 #include <CoreFoundation/CoreFoundation.h>
 

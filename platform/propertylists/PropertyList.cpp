@@ -51,6 +51,14 @@ std::string Reason() {
 
 }  // namespace
 
+std::string_view Excerpt(std::string_view text) {
+    constexpr std::size_t most = 40;
+    if (text.size() <= most) return text;
+    std::size_t end = most;
+    while ((text[end] & 0xC0) == 0x80) --end;
+    return text.substr(0, end);
+}
+
 void RefuseLevels() {
     throw PropertyListError("containers lie more than " + std::to_string(kMostLevels) +
                             " deep in one another, which is the limit");

@@ -18,6 +18,9 @@ class PropertyListError : public std::runtime_error {
     using runtime_error::runtime_error;
 };
 
+/// The beginning of a text in UTF-8, as an error shows it: whole characters, at most 40 bytes.
+std::string_view Excerpt(std::string_view text);
+
 /// How deep containers may lie in one another. Ten times as deep as any list of use, and little enough for
 /// the stack.
 inline constexpr unsigned kMostLevels = 512;

@@ -346,10 +346,9 @@ class TextReader {
         if (value.size() > 1 && value.front() == '"' && value.back() == '"')
             value = value.substr(1, value.size() - 2);
         CFTypeRef const object = NewTyped(type, value);
-        constexpr std::size_t most = 40;  // bytes of a value that an error shows
         if (object == nullptr)
             RefuseAt(begin, "no value of a known type: \"" +
-                                std::string(text.substr(begin, std::min(at - begin, most))) + "\"");
+                                std::string(Excerpt(text.substr(begin, at - begin))) + "\"");
         pending.Push(object);
     }
 

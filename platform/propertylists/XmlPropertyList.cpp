@@ -231,7 +231,8 @@ class Reader {
     template <class Value>
     Value Checked(std::optional<Value> value, Element element) const {
         if (!value)
-            Refuse("\"" + std::string(NameOf(element)) + "\" cannot be \"" + text.substr(0, 40) + "\"");
+            Refuse("\"" + std::string(NameOf(element)) + "\" cannot be \"" + std::string(Excerpt(text)) +
+                   "\"");
         return *std::move(value);
     }
 

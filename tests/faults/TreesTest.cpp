@@ -168,7 +168,7 @@ TEST_F(Trees, FolderThatIsNotThere) {
 TEST_F(Trees, FilesThatComeAndGo) {
     for (int i = 0; i < 200; ++i) here.Write("stays " + std::to_string(i));
     std::string const script =
-        "cd \"$0\" && while [ ! -e stop ]; do for i in 1 2 3 4 5 6 7 8 9; do : > \"goes $i\"; "
+        "cd \"$0\" && while [ -e \"$0\" ] && [ ! -e stop ]; do for i in 1 2 3 4 5 6 7 8 9; do : > \"goes $i\"; "
         "done; rm -f goes*; done";
     Started const busy({"sh", "-c", script, here.Path()});
     for (int turn = 0; turn < 20; ++turn) {

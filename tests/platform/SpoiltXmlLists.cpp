@@ -89,6 +89,13 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"<!-- nothing -->", "line 1: no element found"},
                     Row{"<?xml version=\"1.0\" encoding=\"klingon\"?><true/>", "line 1: unknown encoding"}));
 
+TEST(SpoiltXmlLists, AreShownInWholeCharacters) {
+    std::string long_ = "x", shown = "x";
+    for (int i = 0; i < 100; ++i) long_ += "\u00E9";
+    for (int i = 0; i < 19; ++i) shown += "\u00E9";
+    EXPECT_EQ("line 1: \"real\" cannot be \"" + shown + "\"", Refusal("<real>" + long_ + "</real>"));
+}
+
 TEST(SpoiltXmlLists, AreRefusedWhereverTheyAreCutOff) {
     std::string const whole =
         "<?xml version=\"1.0\"?><!DOCTYPE plist><plist><dict><key>a</key><data>AAEC</data></dict></plist>";

@@ -1,0 +1,63 @@
+#pragma once
+
+// The contents of files that were read last, for whoever finds the files unchanged.
+
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+
+#include "files/FileState.h"
+
+namespace Platform {
+
+/// Keeps the contents of at most so many files; those that were asked for longest ago go first. Safe from any
+/// thread.
+template <class Content>
+class FileCache {
+  public:
+    using SharedContent = std::shared_ptr<Content const>;
+
+    explicit FileCache(std::size_t capacity) : most(capacity) {}
+
+    /// What the file at a path held in that state; null when it is not kept.
+    SharedContent Find(std::string const& path, FileState const& state) {
+        std::lock_guard const lock(mutex);
+        for (auto at = files.begin(); at != files.end(); ++at) {
+            if (at->path != path) continue;
+            if (at->state != state) return nullptr;
+            files.splice(files.begin(), files, at);
+            return at->content;
+        }
+        return nullptr;
+    }
+
+    /// Keeps what it holds, instead of what was kept of it before.
+    void Keep(std::string path, FileState const& state, SharedContent content) {
+        std::list<File> added;
+        added.push_back({std::move(path), state, std::move(content)});
+        std::list<File> dropped;  // ends when the lock is free again
+        std::lock_guard const lock(mutex);
+        for (auto at = files.begin(); at != files.end();) {
+            auto const file = at++;
+            if (file->path == added.front().path) dropped.splice(dropped.end(), files, file);
+        }
+        files.splice(files.begin(), added);
+        if (files.size() > most) dropped.splice(dropped.end(), files, std::prev(files.end()));
+    }
+
+  private:
+    struct File {
+        std::string path;
+        FileState state;
+        SharedContent content;
+    };
+
+    std::mutex mutex;
+    std::size_t const most;
+    std::list<File> files;  // the one that was asked for last in front
+};
+
+}  // namespace Platform

@@ -1,0 +1,127 @@
+#include "preferences/PreferenceDomains.h"
+
+#include <algorithm>
+
+#include "foundation/PathStyles.h"
+
+namespace Platform {
+
+namespace {
+
+constexpr std::size_t kLongestName = 255;
+constexpr std::string_view kGlobal = ".GlobalPreferences";
+
+// A file's name of these parts, which ends as those of property lists.
+std::string NameOf(std::string_view domain, std::string_view machine = {}) {
+    std::string name(domain);
+    if (!machine.empty()) name.append(".").append(machine);
+    return name + ".plist";
+}
+
+bool CanBeDomain(std::string_view application) {
+    using namespace std::string_view_literals;
+    return !application.empty() && application.find_first_of("/\0"sv) == application.npos &&
+           NameOf(application).size() <= kLongestName;
+}
+
+std::vector<std::string> FoldersIn(std::string_view list) {
+    std::vector<std::string> folders;
+    while (!list.empty()) {
+        std::string_view const folder = list.substr(0, list.find(':'));
+        list.remove_prefix(std::min(folder.size() + 1, list.size()));
+        folders.emplace_back(folder);
+    }
+    return folders;
+}
+
+std::string_view Trimmed(std::string_view text) {
+    constexpr std::string_view white = " \t\r";
+    std::size_t const begin = text.find_first_not_of(white);
+    if (begin == text.npos) return {};
+    return text.substr(begin, text.find_last_not_of(white) + 1 - begin);
+}
+
+// Collects the files of one application.
+class Search {
+  public:
+    Search(std::string_view identifier, PreferenceEnvironment const& from)
+        : application(identifier), environment(from) {
+        userFolder = from.userFolder.starts_with('/') ? from.userFolder : InHome(".config");
+        preferences = InHome("Library/Preferences");
+        byHost = InHome("Library/Preferences/ByHost");
+        gnustep = GnustepFolder();
+        commonFolders = FoldersIn(from.commonFolders.empty() ? "/etc/xdg" : from.commonFolders);
+    }
+
+    std::vector<std::string> Collect() {
+        AddOfUser(application, application);
+        AddOfUser(kGlobal, "NSGlobalDomain");
+        for (std::string const& folder : commonFolders) Add(folder, NameOf(application));
+        for (std::string const& folder : commonFolders) Add(folder, NameOf(kGlobal));
+        return std::move(files);
+    }
+
+  private:
+    std::string_view const application;
+    PreferenceEnvironment const& environment;
+    std::string userFolder, preferences, byHost, gnustep;
+    std::vector<std::string> commonFolders;
+    std::vector<std::string> files;
+
+    // A folder in the user's home; empty where that is not known.
+    std::string InHome(std::string_view folder) const {
+        return environment.home.starts_with('/') ? JoinPaths(environment.home, folder) : std::string();
+    }
+
+    std::string GnustepFolder() const {
+        std::string_view folder = environment.gnustepDefaults;
+        if (folder.starts_with('/')) return std::string(folder);
+        if (folder.starts_with("~/")) folder.remove_prefix(2);
+        return InHome(folder.empty() ? "GNUstep/Defaults" : folder);
+    }
+
+    void Add(std::string const& folder, std::string const& name) {
+        if (folder.starts_with('/') && name.size() <= kLongestName) files.push_back(JoinPaths(folder, name));
+    }
+
+    void AddOfUser(std::string_view domain, std::string_view gnustepDomain) {
+        if (!environment.machine.empty()) Add(byHost, NameOf(domain, environment.machine));
+        Add(userFolder, NameOf(domain));
+        Add(preferences, NameOf(domain));
+        Add(gnustep, NameOf(gnustepDomain));
+    }
+};
+
+}  // namespace
+
+std::vector<std::string> PreferenceFiles(std::string_view application,
+                                         PreferenceEnvironment const& environment) {
+    if (!CanBeDomain(application)) return {};
+    return Search(application, environment).Collect();
+}
+
+std::string VariableIn(std::string_view text, std::string_view name) {
+    std::string result;
+    while (!text.empty()) {
+        std::string_view const line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        std::size_t const sign = line.find('=');
+        if (sign == line.npos || Trimmed(line.substr(0, sign)) != name) continue;
+        std::string_view value = Trimmed(line.substr(sign + 1));
+        bool const isQuoted = value.size() > 1 && value.front() == value.back() &&
+                              (value.front() == '"' || value.front() == '\'');
+        result = isQuoted ? value.substr(1, value.size() - 2) : value;
+    }
+    return result;
+}
+
+std::string MachineIn(std::string_view text) {
+    constexpr std::size_t longest = 64;
+    std::string_view const identifier = Trimmed(text.substr(0, text.find('\n')));
+    constexpr std::string_view characters = "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ-";
+    bool const isValid =
+        identifier.size() <= longest && identifier.find_first_not_of(characters) == identifier.npos;
+    return std::string(isValid ? identifier : std::string_view());
+}
+
+}  // namespace Platform

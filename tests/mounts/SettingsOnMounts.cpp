@@ -1,0 +1,68 @@
+// Preferences and bundles with a file on a mount whose server stops answering.
+
+#include "mounts/MountedForks.h"
+#include "platform/ListVerbs.h"
+#include "support/Variable.h"
+
+using namespace Mounts;
+
+namespace {
+
+class SettingsOnMounts : public MountedForkTest {
+  protected:
+    std::string Preference() const {
+        Owned<CFStringRef> const key(NewString("k")), application(NewString("org.example.a"));
+        Owned<CFPropertyListRef> const value(CFPreferencesCopyAppValue(key, application));
+        return Show(value);
+    }
+    /// The information dictionary of the bundle in the folder "a".
+    std::string Information() const {
+        Owned<CFURLRef> const url(NewURL(here.Path("a"), true));
+        Owned<CFBundleRef> const bundle(CFBundleCreate(kCFAllocatorDefault, url));
+        return bundle == nullptr ? "(null)" : Show(CFBundleGetInfoDictionary(bundle));
+    }
+    /// Holds that a call which showed `answer` shows nothing, and says why, while the server is stopped, and
+    /// `answer` again when it goes on.
+    template <class Call>
+    void HoldStopping(StoppableServer const& server, std::string const& answer, Call const& call) const {
+        EXPECT_EQ(answer, call());
+        server.Stop();
+        EXPECT_EQ(GivenUp(), Stopped([&] {
+                      EXPECT_EQ("(null)", call());
+                      return OSErr{userCanceledErr};
+                  }));
+        server.GoOn();
+        EXPECT_EQ(noErr,
+                  WhenItAnswers([&] { return call() == answer ? OSErr{noErr} : OSErr{volOffLinErr}; }));
+    }
+
+    Variable const user{"XDG_CONFIG_HOME", here.MakeFolder("user")};
+    Variable const others{"XDG_CONFIG_DIRS", here.MakeFolder("others")};
+};
+
+}  // namespace
+
+TEST_F(SettingsOnMounts, OfPreferencesAreWaitedForPatiently) {
+    here.Write("others/org.example.a.plist", "{k = another;}");
+    here.Link("user/org.example.a.plist", Path());
+    ApartWithAServer("{k = 1;}", [&](StoppableServer const& server) {
+        HoldStopping(server, "1", [&] { return Preference(); });
+    });
+}
+
+TEST_F(SettingsOnMounts, OfBundlesAreWaitedForPatiently) {
+    here.MakeFolder("a/Contents");
+    here.Link("a/Contents/Info.plist", Path());
+    ApartWithAServer("{k = 1;}", [&](StoppableServer const& server) {
+        HoldStopping(server, "{k=1}", [&] { return Information(); });
+    });
+}
+
+TEST_F(SettingsOnMounts, FoldersOfBundlesAreWaitedForPatiently) {
+    here.MakeFolder("a");
+    here.Write("a/Info.plist", "{k = 1;}");
+    here.Link("a/Contents", here.Path("net"));
+    ApartWithAServer("", [&](StoppableServer const& server) {
+        HoldStopping(server, "{k=1}", [&] { return Information(); });
+    });
+}
