@@ -54,11 +54,8 @@ std::int64_t Now() {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(time).count();
 }
 
-// Files that change again within one tick of the file system's clock may look the same. Those that have
-// changed a moment ago are not kept, nor are failures, which are to be noted for each call.
-constexpr std::int64_t kTimeToSettle = 100'000'000;
-
 // Gets the content of the file at a path as it is now; null where there is none. A result code as above.
+// Failures are not kept, as they are to be noted for each call.
 template <class Content>
 OSErr Get(FileCache<Content>& cache, std::string const& path, std::shared_ptr<Content const>& content) {
     std::int64_t const asked = Now();
@@ -68,7 +65,7 @@ OSErr Get(FileCache<Content>& cache, std::string const& path, std::shared_ptr<Co
     content = cache.Find(path, item.state);
     if (content) return noErr;
     OSErr const error = ReadContent(item.path, content);
-    if (content && item.state.changed < asked - kTimeToSettle) cache.Keep(path, item.state, content);
+    if (content && HasSettled(item.state, asked)) cache.Keep(path, item.state, content);
     return error;
 }
 

@@ -13,6 +13,13 @@
 
 namespace Platform {
 
+/// Whether a file that is in a state at a time, in ns since 1970, will show each change from now on. One that
+/// changes twice within a tick of the file system's clock may look the same.
+inline bool HasSettled(FileState const& state, std::int64_t time) {
+    constexpr std::int64_t manyTicks = 100'000'000;
+    return state.changed < time - manyTicks;
+}
+
 /// Keeps the contents of at most so many files; those that were asked for longest ago go first. Safe from any
 /// thread.
 template <class Content>

@@ -244,6 +244,11 @@ TEST_F(Bundles, OfTheProgramAreFound) {
     Write("P.app/Contents/Info.plist", "{CFBundleIdentifier = org.example.program;}");
     std::string const program = here.MakeFolder("P.app/Contents/Linux") + "/p";
     std::filesystem::copy_file(ownPath, program);
+    // The program looks for its libraries from where it is.
+    Dl_info platform;
+    ASSERT_NE(0, dladdr(reinterpret_cast<void*>(&CFBundleGetTypeID), &platform));
+    Variable const libraries("LD_LIBRARY_PATH",
+                             std::filesystem::canonical(platform.dli_fname).parent_path().string());
     std::string const output = here.Path("output");
     std::string const command = program + " --gtest_filter='*KnowWhetherTheProgramLiesInOne' > " + output;
     EXPECT_EQ(0, std::system(command.c_str())) << FileText(output);

@@ -69,3 +69,12 @@ TEST(FileCaches, SeeEachDifferenceOfStates) {
         EXPECT_NE(same, other) << field;
     }
 }
+
+TEST(FileCaches, DoNotTrustFilesThatHaveJustChanged) {
+    Platform::FileState state;
+    state.changed = 1'000'000'000;
+    EXPECT_FALSE(HasSettled(state, 999'000'000)) << "a server's clock may be ahead";
+    EXPECT_FALSE(HasSettled(state, 1'000'000'000));
+    EXPECT_FALSE(HasSettled(state, 1'050'000'000));
+    EXPECT_TRUE(HasSettled(state, 1'200'000'000));
+}

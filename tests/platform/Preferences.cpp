@@ -141,6 +141,13 @@ TEST_F(Preferences, AreReadAnewWhenTheFileHasChanged) {
     EXPECT_EQ("(null)", Get("k"));
 }
 
+TEST_F(Preferences, AreReadAnewHoweverFastTheFileChanges) {
+    for (int i = 10; i < 30; ++i) {
+        Write("home/.config/org.example.a.plist", "{k = " + std::to_string(i) + ";}");
+        EXPECT_EQ(std::to_string(i), Get("k"));
+    }
+}
+
 TEST_F(Preferences, OfAFileThatDoesNotChangeAreKept) {
     Write("home/.config/org.example.a.plist", "{k = (a);}");
     LetSettle();

@@ -4,6 +4,7 @@
 usage: run.py ZELQ FOLDER
 """
 import os
+import plistlib
 import re
 import subprocess
 import sys
@@ -38,6 +39,33 @@ class Case:
         self.query = b"".join(query).removesuffix(b"\n")
 
 
+SETTINGS = {
+    "name": "Editor", "size": 42, "scale": 2.5, "large": 1 << 40, "enabled": True, "since": datetime(2001, 1, 1),
+    "token": b"abc\0", "recent": ["a.txt", 7, {"page": 3}, []], "window": {"title": "caf\u00e9", "width": 640}, "none": {},
+}
+BUNDLE = {"CFBundleIdentifier": "org.example.editor", "CFBundleShortVersionString": "2.5b3", "CFBundleVersion": "build 7"}
+PREFERENCES = {"font": "Mono", "recent": ["a.txt", "b.txt"], "tabs": 4, "wrap": False, "window": {"width": 640},
+               "opened": datetime(2026, 1, 2, 3, 4, 5)}
+
+
+def make_lists(folder):
+    """Property lists, a bundle, and the preferences of a user whose home this is."""
+    def write(name, content):
+        path = folder / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(content)
+
+    write("settings.plist", plistlib.dumps(SETTINGS, sort_keys=False))
+    write("binary.plist", plistlib.dumps(SETTINGS, sort_keys=False, fmt=plistlib.FMT_BINARY))
+    write("array.plist", plistlib.dumps(["a"]))
+    write("spoilt.plist", b"<plist>\n<dict><key>a</key></dict>\n</plist>\n")
+    write("Editor.app/Contents/Info.plist", plistlib.dumps(BUNDLE))
+    write("Editor.app/Contents/PkgInfo", b"APPLEdit")
+    write("Packed.bundle/Info.plist", plistlib.dumps({"CFBundleVersion": "1.2.3b69"}))
+    write("Numbered.bundle/Info.plist", plistlib.dumps({"CFBundleShortVersionString": 2.5}))
+    write("Library/Preferences/org.example.editor.plist", plistlib.dumps(PREFERENCES))
+
+
 def make_tree(root):
     """The files that the queries ask about; README.md shows them."""
     def write(name, content, modified):
@@ -59,6 +87,7 @@ def make_tree(root):
     write(b"versions.txt", b"1.10\n1.9\n1.9b2\n1.05\n", "2026-01-05T00:00:00")
     write(b"settings.ini", b"user = root\n[client]\n  Port = 3306 ; the usual one\nname:\t\"alpha\" \nempty =\n"
           b"none=;x\n\n<server>\nport=80\nzone=north\n[Server]\nport = 8080\nportable=1\n[void]\n[end]\n", "2026-01-04T00:00:00")
+    make_lists(root / "lists")
     os.symlink("notes.txt", root / "link.txt")
     os.symlink("letters", root / "link to letters")
     os.symlink("nowhere", root / "dangling")
@@ -66,8 +95,8 @@ def make_tree(root):
 
 def ask(zelq, query, tree):
     environment = {name: value for name, value in os.environ.items()
-                   if name not in ("LANG", "LANGUAGE") and not name.startswith("LC_")}
-    return subprocess.run([os.fsencode(zelq), query], cwd=tree, env=environment | {"TZ": "UTC"},
+                   if name not in ("LANG", "LANGUAGE") and not name.startswith(("LC_", "XDG_"))}
+    return subprocess.run([os.fsencode(zelq), query], cwd=tree, env=environment | {"TZ": "UTC", "HOME": str(tree / "lists")},
                           stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
 
 

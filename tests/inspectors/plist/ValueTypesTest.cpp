@@ -34,6 +34,7 @@ std::string AnsweredBy(OSXValue const& value) {
 struct Row {
     std::string list, type, answers;
 };
+void PrintTo(Row const& row, std::ostream* out) { *out << row.type << " by " << row.list; }
 
 class ValueTypes : public testing::TestWithParam<Row> {};
 
