@@ -108,10 +108,10 @@ class TextReader {
         return "\"" + std::string(text.substr(at, size)) + "\"";
     }
 
-    // Piece by piece, so that a long text needs little memory.
+    // Line by line, so that a long text needs little memory.
     void RefuseOtherThanUtf8() const {
         for (std::size_t from = 0; from < text.size();) {
-            std::size_t const size = std::min(text.find('\n', from), text.size() - 1) + 1 - from;
+            std::size_t const size = std::min(text.find_first_of("\r\n", from), text.size() - 1) + 1 - from;
             std::string_view const line = text.substr(from, size);
             if (!IsAscii(line) && !DecodeText(line, kCFStringEncodingUTF8, false))
                 RefuseAt(from, "the text is not UTF-8");

@@ -160,6 +160,7 @@ TEST(TextPropertyLists, RefuseBadDataAndEscapes) {
 TEST(TextPropertyLists, AreUtf8EverywhereInThem) {
     ExpectEach({{"(a,\n\"\xE9\")", "!line 2: the text is not UTF-8"},
                 {"a = b;\n\n// \xC3", "!line 3: the text is not UTF-8"},
+                {"a = b;\r\r\n\"\xC3\" = b;", "!line 3: the text is not UTF-8"},
                 {"(\"\u00E9\U0001F600\")", "(\u00E9\U0001F600)"}});
 }
 
