@@ -182,6 +182,7 @@ bool Evaluation::Guarded(Holder& owner, Holder& made, Entry const& entry, Range 
         CheckIn(where);
         CheckForSilence(entry, where);
         Absent(where);
+        absence.message = UnusableFile();
     } catch (EvaluationError const&) {
         throw;
     } catch (...) {
@@ -274,7 +275,7 @@ bool Evaluation::Step(ValueRef& value, IterationRef const& iteration, bool first
 
 Problem AsProblem(Absence const& absence) {
     if (absence.kind == Absence::Kind::noSuchObject)
-        return {ProblemKind::evaluation, absence.where, "no such object", {}};
+        return {ProblemKind::evaluation, absence.where, "no such object", absence.message};
     return {ProblemKind::evaluation, absence.where, absence.message, {}};
 }
 

@@ -37,7 +37,7 @@ struct Absence {
     /// under `exists` and `otherwise` only.
     enum class Kind { noSuchObject, missingItem } kind = Kind::noSuchObject;
     Range where;          ///< the phrase that answered so
-    std::string message;  ///< empty for noSuchObject
+    std::string message;  ///< what is missing; of noSuchObject a hint, which may be empty
 };
 
 class Evaluation final : public InspectorContext, public InspectorYieldContext {
@@ -91,6 +91,7 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
     ValueRef Absent(Range where) {
         absence.kind = Absence::Kind::noSuchObject;
         absence.where = where;
+        absence.message.clear();
         return {};
     }
 

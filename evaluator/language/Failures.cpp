@@ -57,7 +57,7 @@ constexpr std::array kMeanings{
     Meaning{-200, "no sound hardware"},
     Meaning{-600, "no such process"},
     Meaning{-1302, "not a file"},
-    Meaning{-1309, "the file is too large"},
+    Meaning{-1309, "it is larger than 1 GiB, the limit for files that are read as a whole"},
     Meaning{-1401, "stale file reference"},
     Meaning{-1402, "bad fork name"},
     Meaning{-1405, "bad catalog information request"},
@@ -113,12 +113,16 @@ FileFailure LastFileFailure() {
     return {code, path[0] != 0 ? fmt::format("the file \"{}\"", Printable(path)) : "the file"};
 }
 
+bool IsForbidden(FileFailure const& failure) {
+    constexpr long notPermitted = -54, accessDenied = -5000;
+    return failure.code == notPermitted || failure.code == accessDenied;
+}
+
 // What may not be read: a folder or a file, as far as that is known.
 std::string Forbidden(FilePermissionError const& error) {
     if (std::string folder = FolderOf(error); !folder.empty()) return folder;
-    constexpr long notPermitted = -54, accessDenied = -5000;
     FileFailure failure = LastFileFailure();
-    return failure.code == notPermitted || failure.code == accessDenied ? failure.file : "it";
+    return IsForbidden(failure) ? failure.file : "it";
 }
 
 std::string Unreadable(FileFailure const& failure) {
@@ -126,14 +130,28 @@ std::string Unreadable(FileFailure const& failure) {
     return fmt::format("{} cannot be read: {}", failure.file, PlatformError(failure.code));
 }
 
-// Why data is no property list, as the platform said it; where it said nothing it is one of something else.
-std::string NoDictionary() {
+// What the platform last took for a property list, and why it is none; no reason where it is one.
+struct ListFailure {
+    std::string file;
+    std::string reason;
+};
+ListFailure LastListFailure() {
     char path[PATH_MAX + 1], reason[500];
-    if (!PlatformPropertyListFailure(path, sizeof path, reason, sizeof reason))
-        return "the property list is no dictionary";
-    std::string const file =
-        path[0] != 0 ? fmt::format("the file \"{}\"", Printable(path)) : std::string("the data");
-    return fmt::format("{} is no property list: {}", file, Printable(reason));
+    PlatformPropertyListFailure(path, sizeof path, reason, sizeof reason);
+    return {path[0] != 0 ? fmt::format("the file \"{}\"", Printable(path)) : "the data", Printable(reason)};
+}
+
+// In words; empty where it is one.
+std::string NoList(ListFailure const& failure) {
+    if (failure.reason.empty()) return {};
+    return fmt::format("{} is no property list: {}", failure.file, failure.reason);
+}
+
+// Why a list has no dictionary; where the platform found nothing wrong it is one of something else.
+std::string NoDictionary() {
+    ListFailure const failure = LastListFailure();
+    std::string none = NoList(failure);
+    return none.empty() ? fmt::format("the property list of {} is no dictionary", failure.file) : none;
 }
 
 // Why the exception that is being handled was thrown.
@@ -251,6 +269,13 @@ std::optional<std::string> MissingItem() {
     } catch (...) {
         return std::nullopt;
     }
+}
+
+std::string UnusableFile() {
+    FileFailure const failure = LastFileFailure();
+    if (failure.code == 0 || failure.code == fileNotFound || failure.code == directoryNotFound)
+        return NoList(LastListFailure());
+    return IsForbidden(failure) ? failure.file + " may not be read" : Unreadable(failure);
 }
 
 std::optional<Problem> SilenceBehind(Entry const& entry, Range where) {

@@ -25,6 +25,10 @@ std::string UnresponsiveMount(std::int32_t code);
 /// item tells of that itself.
 std::optional<Problem> SilenceBehind(Entry const& entry, Range where);
 
+/// A file that is there, but that the platform could not use since something was absent last: because it may
+/// not be read, or is no property list. In words; empty when there was none.
+std::string UnusableFile();
+
 /// The problem to report: which registration failed and why, the platform's code with its meaning.
 Problem FailureOf(Entry const& entry, Range where);
 

@@ -107,7 +107,9 @@ CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef, CFDataRef xmlD
         try {
             if (mutabilityOption != kCFPropertyListImmutable)
                 throw PropertyListError("there are no property lists that can be changed");
-            return ReadPropertyList(xmlData->Bytes());
+            CFPropertyListRef const list = ReadPropertyList(xmlData->Bytes());
+            NotePropertyList(xmlData->origin);
+            return list;
         } catch (...) {
             reason = Reason();
         }

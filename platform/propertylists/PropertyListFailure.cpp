@@ -13,18 +13,25 @@ struct Failure {
     std::string reason;
 };
 thread_local Failure last;
+thread_local Path lastSound;
 
 }  // namespace
 
 void NotePropertyListFailure(Path const& file, std::string const& reason) { last = {file, reason}; }
 
-void ForgetPropertyListFailure() { last = {}; }
+void NotePropertyList(Path const& file) { lastSound = file; }
+
+void ForgetPropertyListFailure() {
+    last = {};
+    lastSound = {};
+}
 
 }  // namespace Platform
 
 Boolean PlatformPropertyListFailure(char* file, UInt32 fileSize, char* reason, UInt32 reasonSize) {
-    auto const& failure = Platform::last;
-    Platform::CopyCut(failure.file.IsNone() ? std::string() : failure.file.Text(), file, fileSize);
-    Platform::CopyCut(failure.reason, reason, reasonSize);
-    return !failure.reason.empty();
+    bool const isFailure = !Platform::last.reason.empty();
+    Platform::Path const& path = isFailure ? Platform::last.file : Platform::lastSound;
+    Platform::CopyCut(path.IsNone() ? std::string() : path.Text(), file, fileSize);
+    Platform::CopyCut(Platform::last.reason, reason, reasonSize);
+    return isFailure;
 }

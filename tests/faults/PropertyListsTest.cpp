@@ -1,11 +1,13 @@
 // Property lists that are missing, forbidden, spoilt or something else, and what they tell of themselves,
 // asked about with the command.
 
+#include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "faults/Asking.h"
 #include "support/TemporaryFolder.h"
+#include "support/Variable.h"
 
 namespace {
 
@@ -38,6 +40,18 @@ class PropertyLists : public testing::Test {
         return end == reason.npos ? reason : reason.substr(0, end);
     }
 
+    std::string NoDictionary() const {
+        return "error: \"dictionary\" failed: the property list of the file \"" + here.Path("list") +
+               "\" is no dictionary";
+    }
+    // The hint behind "no such object".
+    std::string Hint(Ran const& ran) const {
+        ExpectNoSuchObject(ran);
+        std::string const front = "  hint: the file \"" + here.Path("list") + "\" ";
+        std::size_t const at = ran.err.find(front);
+        return at == ran.err.npos ? ran.err : ran.err.substr(at + front.size());
+    }
+
     TemporaryFolder const here;
 };
 
@@ -58,7 +72,7 @@ TEST_F(PropertyLists, OfFilesThatAreMissingAreNone) {
 TEST_F(PropertyLists, ThatMayNotBeReadAreNone) {
     here.Write("list", kGood);
     ASSERT_EQ(0, chmod(here.Path("list").c_str(), 0));
-    ExpectNoSuchObject(RunUnprivileged(AboutFile("dictionary of %")));
+    EXPECT_EQ("may not be read\n", Hint(RunUnprivileged(AboutFile("dictionary of %"))));
     ExpectAnswer("false\n", RunUnprivileged(AboutFile("exists dictionary of %")));
 }
 
@@ -76,7 +90,10 @@ TEST_F(PropertyLists, OfFilesThatAreTooLargeAreNone) {
     here.Write("list", kGood);
     ASSERT_EQ(0, truncate(here.Path("list").c_str(), (off_t{1} << 30) + 1));
     Ran const ran = Ask("dictionary of %");
-    ExpectNoSuchObject(ran);
+    EXPECT_EQ(
+        "cannot be read: the platform's error -1309 (it is larger than 1 GiB, the limit for files that "
+        "are read as a whole)\n",
+        Hint(ran));
     EXPECT_LT(ran.peak, 500'000);
 }
 
@@ -117,7 +134,7 @@ TEST_F(PropertyLists, WithAnotherRootAreNoDictionaries) {
     for (char const* root : {"<array/>", "<string>a</string>", "<true/>", "<integer>1</integer>"}) {
         here.Write("list", "<plist>" + std::string(root) + "</plist>");
         Ran const ran = Ask("dictionary of %");
-        EXPECT_EQ("error: \"dictionary\" failed: the property list is no dictionary", MessageOf(ran));
+        EXPECT_EQ(NoDictionary(), MessageOf(ran));
         EXPECT_EQ(1, ran.status);
         EXPECT_EQ("", ran.out);
     }
@@ -131,7 +148,27 @@ TEST_F(PropertyLists, AreNotToldOfOtherFailures) {
     Ran const ran = RunZelq({"size of global dictionary of bundle of folder \"" + here.Path("spoilt.bundle") +
                              "\"; " + AboutFile("size of dictionary of %")});
     EXPECT_EQ("0\n", ran.out);
-    EXPECT_EQ("error: \"dictionary\" failed: the property list is no dictionary", MessageOf(ran));
+    EXPECT_EQ(NoDictionary(), MessageOf(ran));
+}
+
+// The bundle is there all the same; what is missing in it is explained.
+TEST_F(PropertyLists, OfBundlesThatAreSpoiltAreToldOfWhereAKeyIsMissing) {
+    here.MakeFolder("spoilt.bundle");
+    here.Write("spoilt.bundle/Info.plist", "<plist><dict>");
+    Ran const ran = RunZelq(
+        {"string \"a\" of global dictionary of bundle of folder \"" + here.Path("spoilt.bundle") + "\""});
+    ExpectNoSuchObject(ran);
+    EXPECT_THAT(ran.err, testing::HasSubstr("hint: the file \"" + here.Path("spoilt.bundle/Info.plist") +
+                                            "\" is no property list: as XML: line 1: no element found"));
+}
+
+TEST_F(PropertyLists, OfPreferencesThatAreSpoiltAreToldOfWhereAKeyIsMissing) {
+    here.Write("list.plist", "{ a = ");
+    Variable const folder("XDG_CONFIG_HOME", here.Path());
+    Ran const ran = RunZelq({"string \"a\" of preference \"list\""});
+    ExpectNoSuchObject(ran);
+    EXPECT_THAT(ran.err, testing::HasSubstr("hint: the file \"" + here.Path("list.plist") +
+                                            "\" is no property list: line 1: "));
 }
 
 TEST_F(PropertyLists, OfManyFilesEndWithTheFirstSpoiltOne) {
