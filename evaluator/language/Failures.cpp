@@ -57,7 +57,7 @@ constexpr std::array kMeanings{
     Meaning{-200, "no sound hardware"},
     Meaning{-600, "no such process"},
     Meaning{-1302, "not a file"},
-    Meaning{-1309, "it is larger than 1 GiB, the limit for files that are read as a whole"},
+    Meaning{-1309, "it is larger than 256 MiB, the limit for files that are read as a whole"},
     Meaning{-1401, "stale file reference"},
     Meaning{-1402, "bad fork name"},
     Meaning{-1405, "bad catalog information request"},
@@ -149,6 +149,8 @@ std::string NoList(ListFailure const& failure) {
 
 // Why a list has no dictionary; where the platform found nothing wrong it is one of something else.
 std::string NoDictionary() {
+    constexpr long outOfMemory = -108;
+    if (FileFailure const file = LastFileFailure(); file.code == outOfMemory) return Unreadable(file);
     ListFailure const failure = LastListFailure();
     std::string none = NoList(failure);
     return none.empty() ? fmt::format("the property list of {} is no dictionary", failure.file) : none;

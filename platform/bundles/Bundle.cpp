@@ -14,11 +14,12 @@ using namespace Platform;
 
 namespace {
 
-// The low 32 bits of a whole number; 0 of a real one that is none.
+// The low 32 bits of a number without its fraction.
 UInt32 PackedNumber(CFNumberRef number) {
     if (!number->IsReal()) return static_cast<UInt32>(number->Whole());
     SInt64 whole = 0;
-    return CFNumberGetValue(number, kCFNumberSInt64Type, &whole) ? static_cast<UInt32>(whole) : 0;
+    CFNumberGetValue(number, kCFNumberSInt64Type, &whole);
+    return static_cast<UInt32>(whole);
 }
 
 UInt32 VersionIn(CFDictionaryRef information) {

@@ -4,10 +4,9 @@
 #include <CoreFoundation/CFURLAccess.h>
 #include <Platform/Items.h>
 
-#include <utility>
-
 #include "files/FileFailure.h"
 #include "files/OpenFork.h"
+#include "foundation/Held.h"
 #include "foundation/Url.h"
 
 namespace Platform {
@@ -27,15 +26,14 @@ class OpenFile {
     OpenFork fork;
 };
 
-// `data` is owned by the caller, also after a failure.
-OSErr ReadBytes(OpenFork const& fork, __CFData*& data) {
+OSErr ReadBytes(OpenFork const& fork, Held<__CFData>& data) {
     // A pipe, socket or device can be opened, but has no bytes anywhere.
     if (!fork.bytes.file && !fork.bytes.memory) return notAFileErr;
     SInt64 size;
     OSErr error = CountBytes(fork, size);
     if (error != noErr) return error;
     if (size > kMostOfWholeFile) return fileBoundsErr;
-    data = NewData(static_cast<std::size_t>(size));
+    data.reset(NewData(static_cast<std::size_t>(size)));
     data->origin = fork.path;
     std::size_t actual = 0;
     error = ReadBytes(fork, 0, data->Bytes(), actual);
@@ -66,10 +64,9 @@ __CFData* ReadWholeFile(CFURLRef url, OSErr& error) {
     OpenFile file;
     error = file.Open(url);
     if (error != noErr) return nullptr;
-    __CFData* data = nullptr;
+    Held<__CFData> data;
     error = NoteFileFailure(ReadBytes(file.fork, data), file.fork.path);
-    if (error != noErr && data != nullptr) std::exchange(data, nullptr)->Release();
-    return data;
+    return error == noErr ? data.release() : nullptr;
 }
 
 OSErr ReadFileBeginning(CFURLRef url, std::span<UInt8> to, std::size_t& actual) {

@@ -11,8 +11,9 @@
 
 namespace Platform {
 
-/// The largest file that is read as a whole. A property list of that size makes a few GiB of objects.
-inline constexpr SInt64 kMostOfWholeFile = SInt64{1} << 30;
+/// The largest file that is read as a whole. As a property list it usually makes objects of twice its size,
+/// and at worst of some sixteen times.
+inline constexpr SInt64 kMostOfWholeFile = SInt64{256} << 20;
 
 /// The bytes of the regular file that a URL leads to, a new object that knows its file. Null with a code in
 /// `error` when there is none that can be read: those of PlatformGetItem and FSOpenFork, and fileBoundsErr

@@ -4,6 +4,7 @@
 #include <bit>
 #include <limits>
 
+#include "foundation/SecretHash.h"
 #include "foundation/String.h"
 
 using namespace Platform;
@@ -24,6 +25,12 @@ unsigned LevelsAbove(unsigned levels, CFTypeRef element) {
 UInt32 CheckedCount(std::size_t count) {
     if (count > std::numeric_limits<SInt32>::max()) throw std::bad_alloc();
     return static_cast<UInt32>(count);
+}
+
+template <class Reference>
+Reference Retained(Reference object) {
+    object->Retain();
+    return object;
 }
 
 // Up to so many entries are searched one by one.
@@ -82,8 +89,7 @@ __CFDictionary::Entry* __CFDictionary::Locate(CFStringRef key, UInt32*& place) c
         return found == end ? nullptr : found;
     }
     auto* const index = reinterpret_cast<UInt32*>(entries + mostEntries);
-    // The high bits of a product depend on all bits of the hash.
-    std::size_t at = (UInt64{key->Hash()} * 0x9E3779B97F4A7C15) >> (64 - indexBits);
+    std::size_t at = SecretHash(key->Bytes()) & (IndexSize(indexBits) - 1);
     for (;; at = (at + 1) & (IndexSize(indexBits) - 1)) {
         place = index + at;
         if (*place == 0) return nullptr;
@@ -127,11 +133,15 @@ CFHashCode __CFDictionary::Hash() const { return count; }
 namespace Platform {
 
 CFArrayRef NewArray(std::span<CFTypeRef const> elements) {
+    static CFArrayRef const none = new __CFArray({});
+    if (elements.empty()) return Retained(none);
     CheckedCount(elements.size());
     return new (Behind{elements.size_bytes()}) __CFArray(elements);
 }
 
 CFDictionaryRef NewDictionary(std::span<CFTypeRef const> keysAndValues) {
+    static CFDictionaryRef const none = new __CFDictionary(0);
+    if (keysAndValues.empty()) return Retained(none);
     UInt32 const entries = CheckedCount(keysAndValues.size() / 2);
     Behind const behind{entries * sizeof(__CFDictionary::Entry) +
                         IndexSize(IndexBits(entries)) * sizeof(UInt32)};

@@ -14,11 +14,12 @@
 
 namespace Platform {
 
-/// A new array of the elements. Takes their references over; when it throws, it has taken none.
+/// An array of the elements: a new one, or the one that is empty. Takes their references over; when it
+/// throws, it has taken none.
 CFArrayRef NewArray(std::span<CFTypeRef const> elements);
-/// A new dictionary of keys, which are strings, and values, which take turns with them. Of equal keys the
-/// first one keeps its place and the last one's value counts. Takes the references over; when it throws, it
-/// has taken none.
+/// A dictionary, made in the same way, of keys, which are strings, and values, which take turns with them. Of
+/// equal keys the first one keeps its place and the last one's value counts. Takes the references over; when
+/// it throws, it has taken none.
 CFDictionaryRef NewDictionary(std::span<CFTypeRef const> keysAndValues);
 
 }  // namespace Platform

@@ -39,6 +39,10 @@ struct __CFString final : Platform::Object {
     std::string_view Ascii() const noexcept { return {ElementsBehind<char>(this), length}; }
     /// The text of one that is not.
     std::u16string_view Units() const noexcept { return {ElementsBehind<char16_t>(this), length}; }
+    /// The bytes that the text is kept as: equal texts have equal ones, others may have them too.
+    std::string_view Bytes() const noexcept {
+        return {ElementsBehind<char>(this), length * (hasUnits ? sizeof(char16_t) : 1)};
+    }
     /// The text of any.
     std::u16string Text() const;
 

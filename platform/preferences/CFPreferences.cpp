@@ -65,7 +65,9 @@ OSErr Get(FileCache<Content>& cache, std::string const& path, std::shared_ptr<Co
     content = cache.Find(path, item.state);
     if (content) return noErr;
     OSErr const error = ReadContent(item.path, content);
-    if (content && HasSettled(item.state, asked)) cache.Keep(path, item.state, content);
+    constexpr std::uint64_t mostBytes = 1 << 20;  // larger files are read each time rather than kept
+    if (content && item.state.size <= mostBytes && HasSettled(item.state, asked))
+        cache.Keep(path, item.state, content);
     return error;
 }
 

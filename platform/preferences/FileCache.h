@@ -14,10 +14,12 @@
 namespace Platform {
 
 /// Whether a file that is in a state at a time, in ns since 1970, will show each change from now on. One that
-/// changes twice within a tick of the file system's clock may look the same.
+/// changes twice within a tick of the file system's clock may look the same. Some file systems tell whole
+/// seconds only, every other one even.
 inline bool HasSettled(FileState const& state, std::int64_t time) {
-    constexpr std::int64_t manyTicks = 100'000'000;
-    return state.changed < time - manyTicks;
+    constexpr std::int64_t second = 1'000'000'000, manyTicks = 100'000'000;
+    bool const hasFineClock = state.changed % second != 0;
+    return state.changed < time - (hasFineClock ? manyTicks : 3 * second);
 }
 
 /// Keeps the contents of at most so many files; those that were asked for longest ago go first. Safe from any

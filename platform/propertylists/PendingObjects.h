@@ -8,7 +8,9 @@
 #include <span>
 #include <vector>
 
+#include "files/CheckIn.h"
 #include "foundation/Containers.h"
+#include "propertylists/PropertyLists.h"
 
 namespace Platform {
 
@@ -27,9 +29,11 @@ class PendingObjects {
     /// Those from a size of the stack on.
     std::span<CFTypeRef const> From(std::size_t size) const { return std::span(objects).subspan(size); }
 
-    /// Takes an object over.
+    /// Takes an object over. Throws ReadingStopped when the host wants to stop.
     void Push(CFTypeRef object) {
+        constexpr std::size_t objectsBetweenQuestions = 4096;
         try {
+            if (++pushed % objectsBetweenQuestions == 0 && !MayGoOn(0)) throw ReadingStopped();
             objects.push_back(object);
         } catch (...) {
             CFRelease(object);
@@ -54,6 +58,7 @@ class PendingObjects {
     }
 
     std::vector<CFTypeRef> objects;
+    std::size_t pushed = 0;
 };
 
 }  // namespace Platform

@@ -1,12 +1,16 @@
 // The formats of property lists: which one some bytes are in.
 
+#include <Carbon/MacErrors.h>
 #include <CoreFoundation/CFPropertyList.h>
 #include <CoreFoundation/CFURL.h>
 
+#include <algorithm>
 #include <string>
 
+#include "files/FileFailure.h"
 #include "files/WholeFile.h"
 #include "foundation/Data.h"
+#include "foundation/Held.h"
 #include "foundation/String.h"
 #include "foundation/Url.h"
 #include "propertylists/PropertyListFailure.h"
@@ -25,8 +29,11 @@ CFPropertyListRef ReadTextOrXml(std::span<UInt8 const> bytes) {
     std::string reason;
     if (start != text.npos && text[start] == '<') {
         try {
-            return ReadXmlPropertyList({reinterpret_cast<UInt8 const*>(text.data()), text.size()},
-                                       list.IsKnownToBeUtf8());
+            // Nothing may stand before an XML declaration, but white space often does.
+            std::string_view const xml = text.substr(start);
+            auto const lines = static_cast<std::size_t>(std::ranges::count(text.substr(0, start), '\n'));
+            return ReadXmlPropertyList({reinterpret_cast<UInt8 const*>(xml.data()), xml.size()},
+                                       list.IsKnownToBeUtf8(), lines);
         } catch (PropertyListError const& error) {
             reason = "as XML: " + std::string(error.what()) + "; as old-style text: ";
         }
@@ -35,17 +42,6 @@ CFPropertyListRef ReadTextOrXml(std::span<UInt8 const> bytes) {
         return ReadTextPropertyList(text);
     } catch (PropertyListError const& error) {
         throw PropertyListError(reason + error.what());
-    }
-}
-
-// Why the reading of a list failed, by the exception that is being handled.
-std::string Reason() {
-    try {
-        throw;
-    } catch (PropertyListError const& error) {
-        return error.what();
-    } catch (std::bad_alloc const&) {
-        return "there is not enough memory";
     }
 }
 
@@ -86,14 +82,11 @@ CFPropertyListRef ReadPropertyListFile(Path const& file) {
 }
 
 CFPropertyListRef ReadPropertyListFile(Path const& file, OSErr& error) {
-    CFURLRef const url = NewURL(file, false);
-    __CFData const* const data = ReadWholeFile(url, error);
-    url->Release();
-    if (data == nullptr) return nullptr;
-    CFPropertyListRef const list =
-        CFPropertyListCreateFromXMLData(kCFAllocatorDefault, data, kCFPropertyListImmutable, nullptr);
-    data->Release();
-    return list;
+    Held<__CFURL const> const url(NewURL(file, false));
+    Held<__CFData const> const data(ReadWholeFile(url.get(), error));
+    if (!data) return nullptr;
+    return CFPropertyListCreateFromXMLData(kCFAllocatorDefault, data.get(), kCFPropertyListImmutable,
+                                           nullptr);
 }
 
 }  // namespace Platform
@@ -103,18 +96,24 @@ CFPropertyListRef CFPropertyListCreateFromXMLData(CFAllocatorRef, CFDataRef xmlD
     using namespace Platform;
     if (errorString != nullptr) *errorString = nullptr;
     return Guarded<CFPropertyListRef>(nullptr, [&]() -> CFPropertyListRef {
-        std::string reason;
+        auto const refuse = [&](std::string const& reason) {
+            if (errorString != nullptr) *errorString = NewUtf8String(reason);
+            return nullptr;
+        };
         try {
             if (mutabilityOption != kCFPropertyListImmutable)
                 throw PropertyListError("there are no property lists that can be changed");
             CFPropertyListRef const list = ReadPropertyList(xmlData->Bytes());
             NotePropertyList(xmlData->origin);
             return list;
-        } catch (...) {
-            reason = Reason();
+        } catch (PropertyListError const& error) {
+            NotePropertyListFailure(xmlData->origin, error.what());
+            return refuse(error.what());
+        } catch (ReadingStopped const&) {
+            return refuse("the reading was stopped");
+        } catch (std::bad_alloc const&) {
+            NoteFileFailure(memFullErr, xmlData->origin);
+            return refuse("there is not enough memory");
         }
-        NotePropertyListFailure(xmlData->origin, reason);
-        if (errorString != nullptr) *errorString = NewUtf8String(reason);
-        return nullptr;
     });
 }

@@ -18,6 +18,9 @@ class PropertyListError : public std::runtime_error {
     using runtime_error::runtime_error;
 };
 
+/// The host's check-in function said stop while a list was read. All readers throw it.
+class ReadingStopped {};
+
 /// The beginning of a text in UTF-8, as an error shows it: whole characters, at most 40 bytes.
 std::string_view Excerpt(std::string_view text);
 
@@ -32,8 +35,9 @@ bool IsBinaryPropertyList(std::span<UInt8 const> bytes);
 CFPropertyListRef ReadBinaryPropertyList(std::span<UInt8 const> bytes);
 
 /// The root of an XML list, a new object. Its encoding is the one that it declares, or UTF-16 by its first
-/// bytes, unless it is known to be UTF-8.
-CFPropertyListRef ReadXmlPropertyList(std::span<UInt8 const> bytes, bool isUtf8);
+/// bytes, unless it is known to be UTF-8. The document begins with a '<'; errors count lines from those
+/// before it.
+CFPropertyListRef ReadXmlPropertyList(std::span<UInt8 const> bytes, bool isUtf8, std::size_t linesBefore);
 
 /// The root of a list in old-style text, a new object. The text should be UTF-8 and has no byte-order mark.
 CFPropertyListRef ReadTextPropertyList(std::string_view text);

@@ -39,6 +39,25 @@ bool EqualsWord(std::string_view text, std::string_view lowerCaseWord) {
     });
 }
 
+// Whether a decimal number is less than 1; of one with a digit other than 0.
+bool IsBelowOne(std::string_view text) {
+    std::string_view const digits = text.substr(0, text.find_first_of("eE"));
+    long long exponent = 0;
+    if (digits.size() < text.size()) {
+        std::string_view behind = text.substr(digits.size() + 1);
+        bool const isMinus = TakeSign(behind);
+        constexpr long long beyond = 1LL << 60;  // any number of digits
+        auto const read = std::from_chars(behind.data(), behind.data() + behind.size(), exponent);
+        if (read.ec != std::errc()) exponent = beyond;
+        if (isMinus) exponent = -exponent;
+    }
+    auto const point = static_cast<long long>(std::min(digits.find('.'), digits.size()));
+    auto const first = static_cast<long long>(digits.find_first_of("123456789"));
+    // The power of ten that the first digit counts.
+    long long const place = first < point ? point - 1 - first : point - first;
+    return place + exponent < 0;
+}
+
 std::optional<double> ParseMagnitude(std::string_view text) {
     using Limits = std::numeric_limits<double>;
     if (EqualsWord(text, "inf") || EqualsWord(text, "infinity")) return Limits::infinity();
@@ -47,12 +66,7 @@ std::optional<double> ParseMagnitude(std::string_view text) {
     double number = 0;
     auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (end != text.data() + text.size()) return std::nullopt;
-    if (error == std::errc::result_out_of_range) {
-        // Too large or too small: the exponent tells, or the digits where there is none.
-        bool const isSmall = text.find("e-") != text.npos || text.find("E-") != text.npos ||
-                             text.front() == '0' || text.front() == '.';
-        return isSmall ? 0.0 : Limits::infinity();
-    }
+    if (error == std::errc::result_out_of_range) return IsBelowOne(text) ? 0.0 : Limits::infinity();
     if (error != std::errc()) return std::nullopt;
     return number;
 }

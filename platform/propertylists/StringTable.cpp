@@ -1,7 +1,8 @@
 #include "propertylists/StringTable.h"
 
-#include <functional>
 #include <utility>
+
+#include "foundation/SecretHash.h"
 
 namespace Platform {
 
@@ -26,7 +27,7 @@ CFStringRef StringTable::Get(std::string_view utf8) {
 // The place of a text, or the free one that it would get. There is always a free one.
 CFStringRef& StringTable::PlaceOf(std::string_view ascii) {
     std::size_t const mask = places.size() - 1;
-    std::size_t at = std::hash<std::string_view>()(ascii) & mask;
+    std::size_t at = SecretHash(ascii) & mask;
     while (places[at] != nullptr && places[at]->Ascii() != ascii) at = (at + 1) & mask;
     return places[at];
 }

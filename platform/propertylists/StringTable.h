@@ -1,6 +1,6 @@
 #pragma once
 
-// The keys of a property list, each as one string object however often it occurs.
+// The keys and other short texts of a property list, each as one string object however often it occurs.
 
 #include <cstddef>
 #include <string_view>

@@ -77,7 +77,7 @@ class TextReader {
     std::size_t at = 0;  // what was read
     unsigned levels = 0;
     PendingObjects pending;
-    StringTable keys;
+    StringTable strings;
 
     // Errors.
 
@@ -253,7 +253,9 @@ class TextReader {
     }
 
     void PushString(std::string_view string, bool isKey) {
-        pending.Push(isKey ? keys.Get(string) : NewUtf8String(string));
+        // Short values, which cost more than their text, are shared as keys are.
+        constexpr std::size_t shortest = 16;
+        pending.Push(isKey || string.size() < shortest ? strings.Get(string) : NewUtf8String(string));
     }
 
     void ReadQuoted(bool isKey) {
@@ -284,7 +286,8 @@ class TextReader {
     void AddEscape(std::u16string& units) {
         if (IsOctalDigit(text[at])) {
             units += TakeOctal();
-        } else if (IsNext('U') || IsNext('u')) {
+        } else if (IsNext('U') ||
+                   (IsNext('u') && at + 1 < text.size() && HexadecimalDigit(text[at + 1]) >= 0)) {
             units += TakeUnit();
         } else if (static_cast<unsigned char>(text[at]) < 0x80) {
             units += OfEscape(text[at++]);

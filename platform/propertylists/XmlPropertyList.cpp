@@ -1,16 +1,17 @@
 // XML property lists, made directly from a parser's events: no tree of the document ever exists.
 
 #include <expat.h>
+#include <iconv.h>
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <exception>
 #include <memory>
 #include <string>
 
 #include "foundation/Data.h"
 #include "foundation/Date.h"
-#include "foundation/MacRoman.h"
 #include "foundation/String.h"
 #include "propertylists/OtherObjects.h"
 #include "propertylists/PendingObjects.h"
@@ -44,7 +45,7 @@ struct ParserEnd {
 class Reader {
   public:
     // `encoding` is what the text is known to be in; null when only the document may know.
-    explicit Reader(char const* encoding) : parser(XML_ParserCreate(encoding)) {
+    Reader(char const* encoding, std::size_t lines) : parser(XML_ParserCreate(encoding)), linesBefore(lines) {
         if (!parser) throw std::bad_alloc();
         XML_SetUserData(parser.get(), this);
         XML_SetElementHandler(parser.get(), Started, Ended);
@@ -52,6 +53,9 @@ class Reader {
         // With a default handler no entity that the document declares is expanded. It comes to the handler of
         // what is skipped, or, if its text would be elsewhere, to the default handler.
         XML_SetDefaultHandler(parser.get(), CameOther);
+        XML_SetCommentHandler(parser.get(), [](void*, XML_Char const*) {});
+        XML_SetProcessingInstructionHandler(parser.get(), [](void*, XML_Char const*, XML_Char const*) {});
+        XML_SetAttlistDeclHandler(parser.get(), CameAttribute);
         XML_SetSkippedEntityHandler(parser.get(), CameEntity);
         XML_SetUnknownEncodingHandler(parser.get(), CameEncoding, nullptr);
         frames.push_back({Element::Document, 0, 0});
@@ -85,20 +89,22 @@ class Reader {
     };
 
     std::unique_ptr<XML_ParserStruct, ParserEnd> parser;
+    std::size_t const linesBefore;
     std::vector<Frame> frames;
     PendingObjects pending;
     StringTable keys;
-    std::string text;  // of the innermost element
+    std::string text;          // of the innermost element
+    std::size_t defaults = 0;  // attributes that get a value by their declaration
     bool isComplete = false;
     std::exception_ptr failure;
 
     [[noreturn]] void Refuse(std::string const& reason) const {
-        throw PropertyListError("line " + std::to_string(XML_GetCurrentLineNumber(parser.get())) + ": " +
-                                reason);
+        std::size_t const line = linesBefore + XML_GetCurrentLineNumber(parser.get());
+        throw PropertyListError("line " + std::to_string(line) + ": " + reason);
     }
 
     [[noreturn]] void RefuseEntity(std::string_view name) const {
-        Refuse("unknown entity \"" + std::string(name) + "\"");
+        Refuse("unknown entity \"" + std::string(Excerpt(name)) + "\"");
     }
 
     // Bytes that the parser is done with.
@@ -132,13 +138,26 @@ class Reader {
     static void CameOther(void* self, XML_Char const* characters, int size) {
         std::string_view const other(characters, static_cast<std::size_t>(size));
         if (!other.starts_with('&')) return;
-        Handle(self, [=](Reader& reader) { reader.RefuseEntity(other.substr(1, other.size() - 2)); });
+        Handle(self, [=](Reader& reader) {
+            // Before the root there may be pieces of anything.
+            if (reader.frames.size() == 1) return;
+            reader.RefuseEntity(other.substr(1, other.size() - 2));
+        });
     }
     static void CameEntity(void* self, XML_Char const* name, int isParameter) {
         if (isParameter != 0) return;
         Handle(self, [name](Reader& reader) { reader.RefuseEntity(name); });
     }
-    // Besides the encodings that the parser has, Mac Roman.
+    // The parser gives each element all of its declared attributes, so they must be few.
+    static void CameAttribute(void* self, XML_Char const*, XML_Char const*, XML_Char const*,
+                              XML_Char const* value, int) {
+        constexpr std::size_t most = 100;
+        if (value == nullptr) return;
+        Handle(self, [](Reader& reader) {
+            if (++reader.defaults > most) reader.Refuse("more than 100 attributes are declared with a value");
+        });
+    }
+    // Besides the encodings that the parser has, those of one byte for each character that the system has.
     static int CameEncoding(void*, XML_Char const* name, XML_Encoding* encoding);
 
     Element ElementOf(std::string_view name) const {
@@ -147,7 +166,7 @@ class Reader {
             if (name.front() == kElementNames[i].front() && name == kElementNames[i])
                 return static_cast<Element>(i);
         }
-        Refuse("unknown element \"" + std::string(name) + "\"");
+        Refuse("unknown element \"" + std::string(Excerpt(name)) + "\"");
     }
 
     std::size_t OpenContainers() const {
@@ -259,11 +278,23 @@ class Reader {
     }
 };
 
+// The character that a byte is in an encoding; -1 for what is none, or is part of one only.
+int CharacterOf(iconv_t conversion, char byte) {
+    char32_t character = 0;
+    char *from = &byte, *to = reinterpret_cast<char*>(&character);
+    std::size_t fromSize = 1, toSize = sizeof character;
+    iconv(conversion, nullptr, nullptr, nullptr, nullptr);
+    bool const isOne = iconv(conversion, &from, &fromSize, &to, &toSize) == 0 && toSize == 0;
+    return isOne && character <= 0xFFFF ? static_cast<int>(character) : -1;
+}
+
 int Reader::CameEncoding(void*, XML_Char const* name, XML_Encoding* encoding) {
-    std::string_view const wanted = name;
-    if (wanted != "macintosh" && wanted != "x-mac-roman") return XML_STATUS_ERROR;
-    for (unsigned byte = 0; byte < 256; ++byte)
-        encoding->map[byte] = FromMacRoman(static_cast<unsigned char>(byte));
+    constexpr bool isBigEndian = std::endian::native == std::endian::big;
+    iconv_t const conversion = iconv_open(isBigEndian ? "UTF-32BE" : "UTF-32LE", name);
+    if (conversion == reinterpret_cast<iconv_t>(-1)) return XML_STATUS_ERROR;
+    for (int byte = 0; byte < 256; ++byte)
+        encoding->map[byte] = CharacterOf(conversion, static_cast<char>(byte));
+    iconv_close(conversion);
     encoding->convert = nullptr;
     encoding->release = nullptr;
     return XML_STATUS_OK;
@@ -271,8 +302,8 @@ int Reader::CameEncoding(void*, XML_Char const* name, XML_Encoding* encoding) {
 
 }  // namespace
 
-CFPropertyListRef ReadXmlPropertyList(std::span<UInt8 const> bytes, bool isUtf8) {
-    return Reader(isUtf8 ? "UTF-8" : nullptr).Read(bytes);
+CFPropertyListRef ReadXmlPropertyList(std::span<UInt8 const> bytes, bool isUtf8, std::size_t linesBefore) {
+    return Reader(isUtf8 ? "UTF-8" : nullptr, linesBefore).Read(bytes);
 }
 
 }  // namespace Platform

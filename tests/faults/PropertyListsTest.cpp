@@ -85,13 +85,13 @@ TEST_F(PropertyLists, OfPipesAndFoldersAreNone) {
     ExpectNoSuchObject(Ask("dictionary of %", "link"));
 }
 
-// More than one gibibyte, without being on the disk.
+// More than 256 MiB, without being on the disk.
 TEST_F(PropertyLists, OfFilesThatAreTooLargeAreNone) {
     here.Write("list", kGood);
-    ASSERT_EQ(0, truncate(here.Path("list").c_str(), (off_t{1} << 30) + 1));
+    ASSERT_EQ(0, truncate(here.Path("list").c_str(), (off_t{256} << 20) + 1));
     Ran const ran = Ask("dictionary of %");
     EXPECT_EQ(
-        "cannot be read: the platform's error -1309 (it is larger than 1 GiB, the limit for files that "
+        "cannot be read: the platform's error -1309 (it is larger than 256 MiB, the limit for files that "
         "are read as a whole)\n",
         Hint(ran));
     EXPECT_LT(ran.peak, 500'000);

@@ -72,9 +72,12 @@ TEST(FileCaches, SeeEachDifferenceOfStates) {
 
 TEST(FileCaches, DoNotTrustFilesThatHaveJustChanged) {
     Platform::FileState state;
-    state.changed = 1'000'000'000;
+    state.changed = 1'000'000'001;
     EXPECT_FALSE(HasSettled(state, 999'000'000)) << "a server's clock may be ahead";
-    EXPECT_FALSE(HasSettled(state, 1'000'000'000));
+    EXPECT_FALSE(HasSettled(state, 1'000'000'001));
     EXPECT_FALSE(HasSettled(state, 1'050'000'000));
     EXPECT_TRUE(HasSettled(state, 1'200'000'000));
+    state.changed = 1'000'000'000;
+    EXPECT_FALSE(HasSettled(state, 3'900'000'000)) << "the clock may tell every other second only";
+    EXPECT_TRUE(HasSettled(state, 4'100'000'000));
 }

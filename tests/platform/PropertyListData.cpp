@@ -1,8 +1,10 @@
 // Property lists as a whole: which format, which options, which failures are told.
 
 #include <Platform/Items.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/BinaryListBuilder.h"
 #include "platform/PropertyListText.h"
 #include "support/TemporaryFolder.h"
 
@@ -35,6 +37,25 @@ TEST(PropertyLists, LeaveNoReasonBehindWhenTheyCanBeRead) {
     EXPECT_EQ(nullptr, reason);
 }
 
+TEST(PropertyLists, AreReadWhileTheHostWantsThemToBe) {
+    std::string many;
+    for (int i = 0; i < 100000; ++i) many += "a,";
+    std::string const text = "(" + many + ")";
+    std::string xml = "<array>", binary;
+    for (int i = 0; i < 100000; ++i) xml += "<true/>";
+    xml += "</array>";
+    BinaryList list;
+    list.Add("\x09");
+    list.root = list.AddArray(std::vector<std::size_t>(100000));
+    for (std::string const& bytes : {text, xml, list.Bytes()}) {
+        PlatformSetCheckIn([](UInt32) -> Boolean { return false; });
+        EXPECT_EQ("refused: the reading was stopped", List(bytes));
+        PlatformSetCheckIn(nullptr);
+        EXPECT_FALSE(PlatformPropertyListFailure(nullptr, 0, nullptr, 0)) << "nothing is wrong with the list";
+        EXPECT_TRUE(List(bytes).starts_with("("));
+    }
+}
+
 struct Told {
     bool isFailure;
     std::string file, reason;
@@ -64,6 +85,15 @@ TEST(PropertyListFailures, AreToldWithTheFileUntilTheyAreForgotten) {
     PlatformForgetFileFailure();
     EXPECT_FALSE(LastFailure().isFailure);
     EXPECT_EQ("", LastFailure().file);
+}
+
+// A search begins with the files that matter most.
+TEST(PropertyListFailures, AreThoseOfTheFirstData) {
+    PlatformForgetFileFailure();
+    List("<foo/>");
+    List("<bar/>");
+    EXPECT_THAT(LastFailure().reason, testing::HasSubstr("\"foo\""));
+    PlatformForgetFileFailure();
 }
 
 TEST(PropertyListFailures, OfOtherDataNameNoFile) {

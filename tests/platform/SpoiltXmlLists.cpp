@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 #include "platform/PropertyListText.h"
 
 namespace {
@@ -92,6 +90,30 @@ TEST(SpoiltXml, ThatIsNoDocumentIsRefused) {
                 Row{"<string>\xFF</string>", "line 1: not well-formed (invalid token)"},
                 Row{"<!-- nothing -->", "line 1: no element found"},
                 Row{"<?xml version=\"1.0\" encoding=\"klingon\"?><true/>", "line 1: unknown encoding"}});
+}
+
+TEST(SpoiltXmlLists, HaveTheLinesOfWhatIsBeforeThem) {
+    EXPECT_EQ("line 3: unknown element \"foo\"", Refusal("\n\n<?xml version=\"1.0\"?><foo/>"));
+}
+
+// The parser would give each element all attributes that are declared.
+TEST(SpoiltXmlLists, MayNotDeclareManyAttributes) {
+    auto const declared = [](int number) {
+        std::string attributes;
+        for (int i = 0; i < number; ++i) attributes += " a" + std::to_string(i) + " CDATA \"\"";
+        return "<!DOCTYPE plist [<!ATTLIST array" + attributes + ">]><array/>";
+    };
+    EXPECT_EQ("()", List(declared(100)));
+    EXPECT_EQ("line 1: more than 100 attributes are declared with a value", Refusal(declared(101)));
+    EXPECT_EQ("line 1: more than 100 attributes are declared with a value", Refusal(declared(20000)));
+}
+
+TEST(SpoiltXmlLists, AreShownInAFewWords) {
+    std::string const long_(1000, 'x'), shown(40, 'x');
+    EXPECT_EQ("line 1: unknown element \"" + shown + "\"", Refusal("<" + long_ + "/>"));
+    std::string const doctype = "<!DOCTYPE plist SYSTEM \"x\">";
+    EXPECT_EQ("line 1: unknown entity \"" + shown + "\"",
+              Refusal(doctype + "<string>&" + long_ + ";</string>"));
 }
 
 TEST(SpoiltXmlLists, AreShownInWholeCharacters) {

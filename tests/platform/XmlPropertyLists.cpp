@@ -57,8 +57,10 @@ TEST(XmlObjects, RealNumbersAreRead) {
                 Row{"<real>1e3</real>", "1000"}, Row{"<real> 2.</real>", "2"},
                 Row{"<real>+1.5E-1</real>", "0.14999999999999999"}, Row{"<real>1e999</real>", "inf"},
                 Row{"<real>-1e999</real>", "-inf"}, Row{"<real>1e-999</real>", "0"},
-                Row{"<real>Infinity</real>", "inf"}, Row{"<real>-inf</real>", "-inf"},
-                Row{"<real>NaN</real>", "nan"}});
+                Row{"<real>0.1e400</real>", "inf"}, Row{"<real>1000e-400</real>", "0"},
+                Row{"<real>0.001e99999999999999999999</real>", "inf"},
+                Row{"<real>123e-99999999999999999999</real>", "0"}, Row{"<real>Infinity</real>", "inf"},
+                Row{"<real>-inf</real>", "-inf"}, Row{"<real>NaN</real>", "nan"}});
 }
 
 TEST(XmlObjects, DatesAreRead) {
@@ -96,10 +98,35 @@ TEST(XmlLists, EndWithTheirRoot) {
 TEST(XmlLists, HaveTheEncodingThatTheyTell) {
     std::string const latin = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><string>\xE9</string>";
     EXPECT_EQ("\"\u00E9\"", List(latin));
+    for (std::string const name : {"windows-1252", "ISO-8859-15", "utf8", "ASCII"}) {
+        EXPECT_EQ("\"e\"", List("<?xml version=\"1.0\" encoding=\"" + name + "\"?><string>e</string>"))
+            << name;
+    }
+    EXPECT_EQ("\"\u20AC\"", List("<?xml version=\"1.0\" encoding=\"Windows-1252\"?><string>\x80</string>"));
     std::string const roman = "<?xml version=\"1.0\" encoding=\"macintosh\"?><string>\x8E</string>";
     EXPECT_EQ("\"\u00E9\"", List(roman));
     EXPECT_EQ("\"\u00E9\"", List("<string>\u00E9</string>"));
     EXPECT_EQ("\"\u00E9\"", List("\xEF\xBB\xBF<string>\u00E9</string>"));
+}
+
+TEST(XmlLists, MayHaveWhiteSpaceBeforeTheirDeclaration) {
+    EXPECT_EQ("true", List(" \r\n\t<?xml version=\"1.0\"?><true/>"));
+    EXPECT_EQ("true", List("\xEF\xBB\xBF\n<?xml version=\"1.0\"?><true/>"));
+}
+
+// The parser gives what it converts away in pieces, which may begin with whatever is in a comment.
+TEST(XmlLists, MayHaveLongCommentsWithWhateverInThem) {
+    for (std::string const encoding : {"ISO-8859-1", "macintosh", "UTF-8"}) {
+        std::string const long_(5000, '&');
+        EXPECT_EQ("()", List("<?xml version=\"1.0\" encoding=\"" + encoding + "\"?><!--" + long_ +
+                             "--><!DOCTYPE plist [<!ENTITY e \"" + std::string(5000, '-') + "\"><!--" +
+                             long_ + "-->]><array><!--" + long_ + "--><?x " + long_ + "?></array>"))
+            << encoding;
+    }
+}
+
+TEST(XmlLists, MayDeclareTheirAttributes) {
+    EXPECT_EQ("()", List("<!DOCTYPE plist [<!ATTLIST plist version CDATA \"1.0\">]><plist><array/></plist>"));
 }
 
 // ASCII text in another encoding, each character in so many bytes.

@@ -29,7 +29,7 @@ enum {
     resNotFound = -192,          // no such resource, or no handle of one
     resFNotFound = -193,         // not an open resource file
     mapReadErr = -199,           // a resource fork without a map that makes sense
-    fileBoundsErr = -1309,       // a file of more than 1 GiB that was to be read as a whole
+    fileBoundsErr = -1309,       // a file of more than 256 MiB that was to be read as a whole
     notAFileErr = -1302,         // a folder where a file is needed
     errFSBadFSRef = -1401,       // a reference that is stale, or that was never made
     errFSBadForkName = -1402,    // no name that a fork can have

@@ -7,12 +7,12 @@
 // <id> the machine's from /etc/machine-id. The domains in the order in which they are searched:
 //
 //   user, application, this machine   ~/Library/Preferences/ByHost/<app>.<id>.plist
-//   user, application                 $XDG_CONFIG_HOME/<app>.plist (~/.config),
-//   ~/Library/Preferences/<app>.plist,
+//   user, application                 $XDG_CONFIG_HOME/<app>.plist (~/.config/<app>.plist)
+//                                     ~/Library/Preferences/<app>.plist
 //                                     ~/GNUstep/Defaults/<app>.plist
 //   user, this machine                ~/Library/Preferences/ByHost/.GlobalPreferences.<id>.plist
-//   user                              $XDG_CONFIG_HOME/.GlobalPreferences.plist,
-//                                     ~/Library/Preferences/.GlobalPreferences.plist,
+//   user                              $XDG_CONFIG_HOME/.GlobalPreferences.plist
+//                                     ~/Library/Preferences/.GlobalPreferences.plist
 //                                     ~/GNUstep/Defaults/NSGlobalDomain.plist
 //   all users, application            <app>.plist in each folder of $XDG_CONFIG_DIRS (/etc/xdg)
 //   all users                         .GlobalPreferences.plist in each of them

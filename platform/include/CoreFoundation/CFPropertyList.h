@@ -6,10 +6,11 @@
 // and unique identifiers, objects of types of their own. XML. And the old-style text, with what it is used
 // for in .strings files: a dictionary's content without braces.
 //
-// What is refused, beside bytes that are none of these: entities that a document declares itself; a list
-// whose containers lie more than 512 deep in one another; a binary list with a cycle, with keys that are not
-// strings, with objects that share bytes. Time and memory of reading grow with the number of bytes and with
-// nothing else.
+// What is refused, beside bytes that are none of these: XML that is not well-formed, and so control
+// characters, also as references; entities that a document declares itself, and more than 100 attributes that
+// it declares with a value; a list whose containers lie more than 512 deep in one another; a binary list with
+// a cycle, with keys that are not strings, with objects that share bytes. Time and memory of reading grow
+// with the number of bytes and with nothing else. The check-in function (Platform/Items.h) may end it.
 
 #include <CoreFoundation/CFBase.h>
 #include <CoreFoundation/CFData.h>

@@ -58,10 +58,10 @@ PLATFORM_API OSErr PlatformFileFailure(char* buffer, UInt32 size);
 /// Makes PlatformFileFailure, and PlatformPropertyListFailure, tell the calling thread of none.
 PLATFORM_API void PlatformForgetFileFailure(void);
 
-/// Why the data that the calling thread last gave to CFPropertyListCreateFromXMLData, itself or through a
-/// call on bundles or preferences, is no property list. False when there was none that is not one since
-/// PlatformSetCheckIn or PlatformForgetFileFailure. `file` of `fileSize` bytes (optional) gets the path of
-/// the file that the data came from, or of the last sound list when there was no other, the empty text for
+/// Why the first data that the calling thread gave to CFPropertyListCreateFromXMLData in vain, itself or
+/// through a call on bundles or preferences, is no property list. False when there was none that is not one
+/// since PlatformSetCheckIn or PlatformForgetFileFailure. `file` of `fileSize` bytes (optional) gets the path
+/// of the file that the data came from, or of the last sound list when there was no other, the empty text for
 /// data of no file; `reason` of `reasonSize` bytes (optional) why, in UTF-8, or the empty text; both cut
 /// where they do not fit, and a NUL.
 PLATFORM_API Boolean PlatformPropertyListFailure(char* file, UInt32 fileSize, char* reason,
