@@ -69,7 +69,10 @@ inline void HoldPropertyList(UInt8 const* bytes, std::size_t size) {
     constexpr int mostLevels = 512;
     int budget = 100000;
     HoldObject(list, mostLevels, budget);
-    Hold(CFGetRetainCount(list) == 1 || CFGetTypeID(list) == CFBooleanGetTypeID(), "the root has one owner");
+    CFIndex const formerOwners = CFGetRetainCount(list);
+    CFRetain(list);
+    Hold(CFGetRetainCount(list) == formerOwners + 1, "the root can be shared");
+    CFRelease(list);
     CFRelease(list);
 }
 

@@ -125,7 +125,9 @@ def main():
         make_tree(tree)
         for path in paths:
             case = Case(path)
-            if difference := differences(case, ask(zelq, case.query, tree)):
+            ran = ask(zelq, case.query, tree)
+            ran.stderr = ran.stderr.replace(os.fsencode(tree), b"/tree")
+            if difference := differences(case, ran):
                 failed += 1
                 print(f"{path.relative_to(folder)}\n{difference}")
     print(f"{len(paths)} queries, {failed} failed")
