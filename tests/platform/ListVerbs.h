@@ -92,16 +92,28 @@ inline std::string Show(CFTypeRef object) {
     return "(other)";
 }
 
+inline Owned<CFDataRef> NewTestData(std::string_view bytes) {
+    return CFDataCreate(kCFAllocatorDefault, Bytes(bytes), static_cast<CFIndex>(bytes.size()));
+}
+
+/// The property list that the bytes are; `reason` gets why they are none.
+inline Owned<CFTypeRef> ReadList(std::string_view bytes, std::string& reason) {
+    Owned<CFDataRef> const data = NewTestData(bytes);
+    CFStringRef error = nullptr;
+    Owned<CFTypeRef> list(CFPropertyListCreateFromXMLData(kCFAllocatorDefault, data, 0, &error));
+    if (error != nullptr) {
+        reason = Utf8(error);
+        CFRelease(error);
+    }
+    return list;
+}
+
 /// The object that a property list holds, in short; "!" and why for what is none.
 inline std::string Read(std::string_view bytes) {
-    Owned<CFDataRef> const data(
-        CFDataCreate(kCFAllocatorDefault, Bytes(bytes), static_cast<CFIndex>(bytes.size())));
-    CFStringRef reason = nullptr;
-    Owned<CFPropertyListRef> const list(
-        CFPropertyListCreateFromXMLData(kCFAllocatorDefault, data, kCFPropertyListImmutable, &reason));
-    Owned<CFStringRef> const error(reason);
-    EXPECT_NE(list == nullptr, reason == nullptr) << bytes;
-    return reason != nullptr ? "!" + Utf8(reason) : Show(list);
+    std::string reason;
+    Owned<CFPropertyListRef> const list = ReadList(bytes, reason);
+    EXPECT_NE(list == nullptr, reason.empty()) << bytes;
+    return reason.empty() ? Show(list) : "!" + reason;
 }
 
 inline std::string FileText(std::string const& path) {

@@ -86,7 +86,7 @@ TEST(XmlObjects, ContainersAreRead) {
                 Row{"<dict><key>a</key><true/><key>b</key><true/><key>a</key><false/></dict>",
                     R"({"a" = false; "b" = true})"},
                 Row{"<dict><key/><true/></dict>", R"({"" = true})"},
-                Row{"<dict><key>CF$UID</key><integer>3</integer></dict>", "?"},
+                Row{"<dict><key>CF$UID</key><integer>3</integer></dict>", "(other)"},
                 Row{"<dict><key>CF$UID</key><string>3</string></dict>", R"({"CF$UID" = "3"})"}});
 }
 
