@@ -51,7 +51,7 @@ std::string_view Excerpt(std::string_view text) {
     constexpr std::size_t most = 40;
     if (text.size() <= most) return text;
     std::size_t end = most;
-    while ((text[end] & 0xC0) == 0x80) --end;
+    while (end > 0 && (text[end] & 0xC0) == 0x80) --end;
     return text.substr(0, end);
 }
 

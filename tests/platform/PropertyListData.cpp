@@ -41,7 +41,7 @@ TEST(PropertyLists, AreReadWhileTheHostWantsThemToBe) {
     std::string many;
     for (int i = 0; i < 100000; ++i) many += "a,";
     std::string const text = "(" + many + ")";
-    std::string xml = "<array>", binary;
+    std::string xml = "<array>";
     for (int i = 0; i < 100000; ++i) xml += "<true/>";
     xml += "</array>";
     BinaryList list;

@@ -181,8 +181,8 @@ TEST(XmlEntities, DoNotExplodeInAttributes) {
               Refusal(Bomb() + "<array a=\"&e9;\"/>"));
 }
 
-// Tokens that are longer than a piece of the parser's, which looks at them from their beginnings again.
-TEST(SpoiltXmlLists, CostNoMoreThanTheirBytes) {
+// A token that is not complete is looked at again from its beginning with the next piece.
+TEST(SpoiltXmlLists, MayHaveTokensOfManyPieces) {
     std::string const long_(std::size_t{30} << 20, 'x');
     EXPECT_EQ("true", List("<!--" + long_ + "--><true/>"));
     EXPECT_EQ("()", List("<array a=\"" + long_ + "\"/>"));

@@ -34,7 +34,16 @@ std::string AnsweredBy(OSXValue const& value) {
 struct Row {
     std::string list, type, answers;
 };
-void PrintTo(Row const& row, std::ostream* out) { *out << row.type << " by " << row.list; }
+// Of a binary list the marker of its object.
+void PrintTo(Row const& row, std::ostream* out) {
+    bool const isBinary = row.list.starts_with("bplist");
+    *out << row.type << " by ";
+    if (isBinary) {
+        *out << "marker " << int{static_cast<unsigned char>(row.list.at(8))};
+    } else {
+        *out << row.list;
+    }
+}
 
 class ValueTypes : public testing::TestWithParam<Row> {};
 
