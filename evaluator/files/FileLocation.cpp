@@ -119,9 +119,9 @@ FileLocation MakeRelativeFileLocation(FileLocation const& base, char const* path
 }
 
 FileLocation MakeFileLocation(FSSpec const& fsSpec) {
-    FSRef reference;
-    if (FSpMakeFSRef(&fsSpec, &reference) != noErr) throw MakeFileLocationFailed();
-    return FileLocation(MakeURL(reference));
+    CFURLRef const url = PlatformCreateSpecURL(&fsSpec, nullptr);
+    if (url == nullptr) throw MakeFileLocationFailed();
+    return FileLocation(url);
 }
 
 }  // namespace MacintoshPlatform

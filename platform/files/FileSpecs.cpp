@@ -1,8 +1,10 @@
 #include "files/FileSpecs.h"
 
 #include <Carbon/MacErrors.h>
+#include <Platform/Items.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 #include <optional>
@@ -10,10 +12,12 @@
 #include "files/FolderEntries.h"
 #include "files/MountTable.h"
 #include "files/SlowPaths.h"
+#include "foundation/Held.h"
 #include "foundation/MacRoman.h"
 #include "foundation/Object.h"
 #include "foundation/PathStyles.h"
 #include "foundation/TextCodec.h"
+#include "foundation/Url.h"
 
 namespace Platform {
 
@@ -21,6 +25,14 @@ namespace {
 
 constexpr std::size_t kLongestSpecName = 31;
 constexpr std::size_t kLongestExtension = 6;  // kept behind the number, with its dot
+
+// Instead of a volume, in the FSSpec of a place where no item need be. What is remembered under its number is
+// the whole path.
+constexpr FSVolumeRefNum kPlaces = -1;
+
+std::optional<Path> PlaceOf(FSSpec const& spec) {
+    return spec.vRefNum == kPlaces ? FolderTable::Shared().Find(kPlaces, spec.parID) : std::nullopt;
+}
 
 std::string MacRomanOf(std::u16string_view text, char replacement) {
     std::string bytes;
@@ -97,11 +109,36 @@ OSErr FindIn(SpecifiedFolder const& folder, FSSpec const& spec, FoundItem& found
 }
 
 OSErr FindSpecified(FSSpec const& spec, FoundItem& found) {
+    if (auto const place = PlaceOf(spec))
+        return Reach(SlowMountBehind(place->Text(), LinkRule::Follow), found,
+                     [place](FoundItem& result) { return FindItem(*place, LinkRule::Follow, result); });
     SpecifiedFolder folder;
     if (OSErr const error = LocateFolder(spec.vRefNum, spec.parID, folder); error != noErr) return error;
     std::string const path = JoinPaths(folder.path.Text(), FileNameOfMacRoman(NameIn(spec.name)));
     return Reach(SlowMountBehind(path, LinkRule::Follow), found,
                  [folder, spec](FoundItem& result) { return FindIn(folder, spec, result); });
+}
+
+// The URL of the place that an FSSpec names, where there is no such item. A result code: that of its folder.
+OSErr LocateMissing(FSSpec const& spec, Held<__CFURL const>& url) {
+    SpecifiedFolder folder;
+    if (OSErr const error = LocateFolder(spec.vRefNum, spec.parID, folder); error != noErr) return error;
+    std::string const name = FileNameOfMacRoman(NameIn(spec.name));
+    if (CheckName(name) != noErr) return bdNamErr;
+    url.reset(NewURL(folder.path.Child(name), false));
+    return noErr;
+}
+
+OSErr LocateSpecified(FSSpec const& spec, Held<__CFURL const>& url) {
+    if (auto const place = PlaceOf(spec)) {
+        url.reset(NewURL(*place, false));
+        return noErr;
+    }
+    FoundItem found;
+    OSErr const error = FindSpecified(spec, found);
+    if (error == fnfErr) return LocateMissing(spec, url);
+    if (error == noErr) url.reset(NewURL(found.location.path, found.item.IsFolder()));
+    return error;
 }
 
 void CopyName(std::string_view name, Str63& to) {
@@ -143,6 +180,19 @@ OSErr MakeSpec(FoundItem const& found, FSSpec& spec) {
     return noErr;
 }
 
+FSSpec MakeSpecOfPlace(std::string_view path) {
+    FSSpec spec;
+    FoundItem found;
+    bool const mayWait = SlowMountBehind(path, LinkRule::Follow).has_value();
+    if (!mayWait && FindItemOfText(path, LinkRule::Follow, found) == noErr && MakeSpec(found, spec) == noErr)
+        return spec;
+    static std::atomic<SInt32> number = 16;  // the first ones are those of roots
+    spec = FSSpec{kPlaces, number++, {}};
+    CopyName(SpecName(LastComponent(path), 0), spec.name);
+    FolderTable::Shared().Remember(spec.vRefNum, spec.parID, Path(path));
+    return spec;
+}
+
 }  // namespace Platform
 
 using namespace Platform;
@@ -154,6 +204,15 @@ OSErr FSpMakeFSRef(FSSpec const* spec, FSRef* newRef) {
         OSErr const error = FindSpecified(*spec, found);
         if (error == noErr) *newRef = MakeReference(found);
         return error;
+    });
+}
+
+CFURLRef PlatformCreateSpecURL(FSSpec const* spec, OSErr* error) {
+    return Guarded<CFURLRef>(nullptr, [&] {
+        Held<__CFURL const> url;
+        OSErr const result = spec != nullptr ? LocateSpecified(*spec, url) : OSErr{paramErr};
+        if (error != nullptr) *error = result;
+        return url.release();
     });
 }
 

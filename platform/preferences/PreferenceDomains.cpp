@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "files/TextFile.h"
 #include "foundation/PathStyles.h"
+#include "machine/Environment.h"
 
 namespace Platform {
 
@@ -22,23 +24,6 @@ bool CanBeDomain(std::string_view application) {
     using namespace std::string_view_literals;
     return !application.empty() && application.find_first_of("/\0"sv) == application.npos &&
            NameOf(application).size() <= kLongestName;
-}
-
-std::vector<std::string> FoldersIn(std::string_view list) {
-    std::vector<std::string> folders;
-    while (!list.empty()) {
-        std::string_view const folder = list.substr(0, list.find(':'));
-        list.remove_prefix(std::min(folder.size() + 1, list.size()));
-        folders.emplace_back(folder);
-    }
-    return folders;
-}
-
-std::string_view Trimmed(std::string_view text) {
-    constexpr std::string_view white = " \t\r";
-    std::size_t const begin = text.find_first_not_of(white);
-    if (begin == text.npos) return {};
-    return text.substr(begin, text.find_last_not_of(white) + 1 - begin);
 }
 
 // Collects the files of one application.
@@ -103,8 +88,7 @@ std::vector<std::string> PreferenceFiles(std::string_view application,
 std::string VariableIn(std::string_view text, std::string_view name) {
     std::string result;
     while (!text.empty()) {
-        std::string_view const line = text.substr(0, text.find('\n'));
-        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        std::string_view const line = TakeLine(text);
         std::size_t const sign = line.find('=');
         if (sign == line.npos || Trimmed(line.substr(0, sign)) != name) continue;
         std::string_view value = Trimmed(line.substr(sign + 1));

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "preferences/FileCache.h"
+#include "files/FileCache.h"
 
 namespace {
 

@@ -10,6 +10,7 @@
 // None of these functions may be called from two threads on the same object at once.
 
 #include <Carbon/Files.h>
+#include <Carbon/Folders.h>
 #include <CoreFoundation/CFURL.h>
 
 #include <cstdint>
@@ -189,8 +190,13 @@ EVALUATOR_API FileLocation MakeFileLocation(char const* path, unsigned long leng
 /// HFS path starts at the folder, with or without ':' in front.
 EVALUATOR_API FileLocation MakeRelativeFileLocation(FileLocation const& base, char const* path,
                                                     unsigned long encoding, CFURLPathStyle style);
-/// The location that an FSSpec names. Throws MakeFileLocationFailed when there is no such item.
+/// The location that an FSSpec names; there need not be an item. Throws MakeFileLocationFailed when its
+/// folder is not known or is gone.
 EVALUATOR_API FileLocation MakeFileLocation(FSSpec const& fsSpec);
+/// The special folder of a type in a domain, as FSFindFolder finds it; `create` changes nothing. Throws
+/// CannotCreateSpecialFolder when there is none, and what ThrowRealOSError does for any other code, such as
+/// that of mistakes in the administrator's table.
+EVALUATOR_API FileLocation MakeFileLocation(OSType type, SInt16 domain, bool create);
 
 /// The bytes of a name.
 EVALUATOR_API std::string MakeUTF8String(HFSUniStr255 const& name);

@@ -3,6 +3,10 @@
 // All of the Carbon interface.
 
 #include <Carbon/Files.h>
+#include <Carbon/Folders.h>
+#include <Carbon/InternetConfig.h>
+#include <Carbon/LaunchServices.h>
 #include <Carbon/MacErrors.h>
 #include <Carbon/MacTypes.h>
+#include <Carbon/Processes.h>
 #include <Carbon/Resources.h>

@@ -29,6 +29,11 @@ enum {
     resNotFound = -192,          // no such resource, or no handle of one
     resFNotFound = -193,         // not an open resource file
     mapReadErr = -199,           // a resource fork without a map that makes sense
+    procNotFound = -600,         // no such process
+    appIsDaemon = -606,          // a process that has no window
+    icPrefNotFoundErr = -666,    // no such Internet setting
+    icPrefDataErr = -668,        // an Internet setting that is shorter than its layout
+    icTruncatedErr = -670,       // an Internet setting that the buffer has no room for
     fileBoundsErr = -1309,       // a file of more than 256 MiB that was to be read as a whole
     notAFileErr = -1302,         // a folder where a file is needed
     errFSBadFSRef = -1401,       // a reference that is stale, or that was never made
@@ -44,5 +49,7 @@ enum {
     errFSBadItemCount = -1418,  // a number of items below 1
     errFSRefsDifferent = -1420,
     errFSIteratorNotFound = -1423,  // not an open iterator
-    afpAccessDenied = -5000         // no permission on the way, or to read
+    badFolderDescErr = -4270,       // mistakes in the administrator's table of special folders
+    afpAccessDenied = -5000,        // no permission on the way, or to read
+    kLSApplicationNotFoundErr = -10814
 };

@@ -21,6 +21,7 @@ typedef char* Ptr;
 typedef Ptr* Handle;
 
 /// A length byte and that many bytes of Mac Roman text.
+typedef unsigned char Str31[32];
 typedef unsigned char Str63[64];
 typedef unsigned char Str255[256];
 typedef unsigned char const* ConstStr255Param;

@@ -26,6 +26,10 @@ PLATFORM_API OSErr PlatformOpenIterator(CFURLRef url, FSIterator* iterator);
 /// location cannot be resolved; `error` (optional) then tells why.
 PLATFORM_API CFURLRef PlatformCreateResolvedURL(CFURLRef url, OSErr* error);
 
+/// The location that an FSSpec names; there need not be an item. Null when its folder is not known or is
+/// gone; `error` (optional) then tells why, as FSpMakeFSRef does.
+PLATFORM_API CFURLRef PlatformCreateSpecURL(FSSpec const* spec, OSErr* error);
+
 /// Asked before items are looked at, with their number: 1 by a look-up, more by a listing, 0 where a call
 /// merely waits. False makes the call answer userCanceledErr. It is called on whatever thread looks up and
 /// must not call the platform.
@@ -66,3 +70,8 @@ PLATFORM_API void PlatformForgetFileFailure(void);
 /// where they do not fit, and a NUL.
 PLATFORM_API Boolean PlatformPropertyListFailure(char* file, UInt32 fileSize, char* reason,
                                                  UInt32 reasonSize);
+
+/// Why the calling thread's last call that gave badFolderDescErr could not use a file of settings. False when
+/// there was none since PlatformSetCheckIn or PlatformForgetFileFailure. `file` and `reason` as in
+/// PlatformPropertyListFailure; the reason tells each mistake with its line.
+PLATFORM_API Boolean PlatformSettingsFailure(char* file, UInt32 fileSize, char* reason, UInt32 reasonSize);

@@ -96,6 +96,15 @@ TEST(FSSpecs, LeadFromUrlsAndBack) {
     FSSpec const fsSpec = MakeFSSpec(At(path).url);
     EXPECT_EQ(path, Path(MacintoshPlatform::MakeFileLocation(fsSpec)));
     unlink(path.c_str());
-    EXPECT_THROW(MacintoshPlatform::MakeFileLocation(fsSpec), MacintoshPlatform::MakeFileLocationFailed);
     EXPECT_THROW(MakeFSSpec(At(path).url), FailedToGetFileItem);
+}
+
+TEST(FSSpecs, LeadToPlacesWithoutAnItem) {
+    TemporaryFolder const folder;
+    std::string const path = folder.Write("sub/file");
+    FSSpec const fsSpec = MakeFSSpec(At(path).url);
+    unlink(path.c_str());
+    EXPECT_EQ(path, Path(MacintoshPlatform::MakeFileLocation(fsSpec)));
+    std::filesystem::remove(folder.Path("sub"));
+    EXPECT_THROW(MacintoshPlatform::MakeFileLocation(fsSpec), MacintoshPlatform::MakeFileLocationFailed);
 }

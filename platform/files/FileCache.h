@@ -2,6 +2,9 @@
 
 // The contents of files that were read last, for whoever finds the files unchanged.
 
+#include <Carbon/MacErrors.h>
+
+#include <chrono>
 #include <cstddef>
 #include <list>
 #include <memory>
@@ -68,5 +71,27 @@ class FileCache {
     std::size_t const most;
     std::list<File> files;  // the one that was asked for last in front
 };
+
+/// Gets what the file at a path holds as it is now, from the cache or by `read`; null where there is none, or
+/// where `read` makes nothing of it. `read` takes a plain path and the content to fill, and gives a result
+/// code. The result is noErr unless a wait was given up. What cannot be read is not kept, so that its failure
+/// is noted each time.
+template <class Content, class Read>
+OSErr GetThrough(FileCache<Content>& cache, std::string const& path, std::shared_ptr<Content const>& content,
+                 Read const& read) {
+    std::int64_t const asked = std::chrono::duration_cast<std::chrono::nanoseconds>(
+                                   std::chrono::system_clock::now().time_since_epoch())
+                                   .count();
+    SeenItem item;
+    if (OSErr const error = SeeItem(path, item); error != noErr)
+        return WasGivenUp(error) ? error : OSErr{noErr};
+    content = cache.Find(path, item.state);
+    if (content) return noErr;
+    OSErr const error = read(item.path, content);
+    constexpr std::uint64_t mostBytes = 1 << 20;  // larger files are read each time rather than kept
+    if (content && item.state.size <= mostBytes && HasSettled(item.state, asked))
+        cache.Keep(path, item.state, content);
+    return WasGivenUp(error) ? error : OSErr{noErr};
+}
 
 }  // namespace Platform

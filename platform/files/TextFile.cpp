@@ -1,0 +1,46 @@
+#include "files/TextFile.h"
+
+#include <Carbon/MacErrors.h>
+
+#include <algorithm>
+
+#include "files/FileCache.h"
+#include "files/WholeFile.h"
+#include "foundation/Held.h"
+#include "foundation/Url.h"
+
+namespace Platform {
+
+OSErr ReadTextFile(Path const& file, std::shared_ptr<std::string const>& text) {
+    Held<__CFURL const> const url(NewURL(file, false));
+    OSErr error = noErr;
+    Held<__CFData> const data(ReadWholeFile(url.get(), error));
+    if (!data) return error;
+    auto const bytes = data->Bytes();
+    text = std::make_shared<std::string const>(reinterpret_cast<char const*>(bytes.data()), bytes.size());
+    return noErr;
+}
+
+OSErr GetTextFile(std::string const& path, std::string& text) {
+    static auto& cache = *new FileCache<std::string>(8);
+    std::shared_ptr<std::string const> content;
+    OSErr const error = GetThrough(cache, path, content, ReadTextFile);
+    text = content ? *content : std::string();
+    return error;
+}
+
+std::string_view TakeLine(std::string_view& text) {
+    std::string_view line = text.substr(0, text.find('\n'));
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    return line;
+}
+
+std::string_view Trimmed(std::string_view text) {
+    constexpr std::string_view white = " \t\r";
+    std::size_t const begin = text.find_first_not_of(white);
+    if (begin == text.npos) return {};
+    return text.substr(begin, text.find_last_not_of(white) + 1 - begin);
+}
+
+}  // namespace Platform

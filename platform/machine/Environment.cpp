@@ -1,0 +1,66 @@
+#include "machine/Environment.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+
+#include "foundation/PathStyles.h"
+
+namespace Platform {
+
+namespace {
+
+// The home of the user as the user database has it; empty when there is no such user.
+std::string HomeOfUser() {
+    constexpr std::size_t most = 65536;
+    std::vector<char> buffer(1024);
+    passwd user, *found = nullptr;
+    while (getpwuid_r(getuid(), &user, buffer.data(), buffer.size(), &found) == ERANGE &&
+           buffer.size() < most)
+        buffer.resize(2 * buffer.size());
+    return found != nullptr ? found->pw_dir : "";
+}
+
+}  // namespace
+
+std::string Variable(char const* name) {
+    char const* const value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+std::string HomeFolder() {
+    std::string const home = Variable("HOME");
+    return home.starts_with('/') ? home : HomeOfUser();
+}
+
+std::string UserFolder(char const* variable, std::string_view belowHome) {
+    std::string const folder = Variable(variable);
+    if (folder.starts_with('/')) return folder;
+    std::string const home = HomeFolder();
+    return home.starts_with('/') ? JoinPaths(home, belowHome) : std::string();
+}
+
+std::vector<std::string> FoldersIn(std::string_view list) {
+    std::vector<std::string> folders;
+    while (!list.empty()) {
+        std::string_view const folder = list.substr(0, list.find(':'));
+        list.remove_prefix(std::min(folder.size() + 1, list.size()));
+        if (folder.starts_with('/')) folders.emplace_back(folder);
+    }
+    return folders;
+}
+
+std::vector<std::string> FolderList(char const* variable, std::string_view otherwise) {
+    std::string const list = Variable(variable);
+    return FoldersIn(list.empty() ? otherwise : std::string_view(list));
+}
+
+std::string MachinePath(std::string_view path) {
+    std::string const root = Variable("ZELQ_MACHINE_ROOT");
+    return JoinPaths(root.starts_with('/') ? root : "/", path);
+}
+
+}  // namespace Platform
