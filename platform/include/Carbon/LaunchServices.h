@@ -12,7 +12,7 @@
 #include <CoreFoundation/CFURL.h>
 
 typedef UInt32 LSRolesMask;
-enum { kLSRolesNone = 1, kLSRolesViewer = 2, kLSRolesEditor = 4, kLSRolesAll = 0xFFFFFFFF };
+enum { kLSRolesNone = 1, kLSRolesViewer = 2, kLSRolesEditor = 4, kLSRolesAll = -1 /* every bit */ };
 enum { kLSUnknownType = 0, kLSUnknownCreator = 0 };
 
 /// The application of a creator code: the bundle with that signature, of several that of the highest version,
