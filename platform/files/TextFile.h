@@ -6,7 +6,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "foundation/Path.h"
 
@@ -19,10 +18,5 @@ OSErr GetTextFile(std::string const& path, std::string& text);
 
 /// Reads the file at a plain path; a result code, noted as above.
 OSErr ReadTextFile(Path const& file, std::shared_ptr<std::string const>& text);
-
-/// Takes the first line off a text: without its line end, and without the CR of one that has it.
-std::string_view TakeLine(std::string_view& text);
-/// The text without white space (blank, tab, CR) around it.
-std::string_view Trimmed(std::string_view text);
 
 }  // namespace Platform

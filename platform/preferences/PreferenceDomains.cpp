@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "files/TextFile.h"
 #include "foundation/PathStyles.h"
+#include "foundation/TextLines.h"
 #include "machine/Environment.h"
 
 namespace Platform {

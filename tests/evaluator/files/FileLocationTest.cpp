@@ -101,6 +101,7 @@ TEST(FSSpecs, LeadFromUrlsAndBack) {
 
 TEST(FSSpecs, LeadToPlacesWithoutAnItem) {
     TemporaryFolder const folder;
+    folder.MakeFolder("sub");
     std::string const path = folder.Write("sub/file");
     FSSpec const fsSpec = MakeFSSpec(At(path).url);
     unlink(path.c_str());
