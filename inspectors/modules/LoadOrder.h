@@ -15,6 +15,8 @@
 #include "modules/DictionariesModule.h"
 #include "modules/DictionaryEntriesModule.h"
 #include "modules/DictionaryIterationModule.h"
+#include "modules/DomainsModule.h"
+#include "modules/EnableableFilesModule.h"
 #include "modules/FileAttributesModule.h"
 #include "modules/FileContentModule.h"
 #include "modules/FileLinesModule.h"
@@ -26,6 +28,8 @@
 #include "modules/FoldersModule.h"
 #include "modules/PreferencesModule.h"
 #include "modules/PropertyListValuesModule.h"
+#include "modules/SpecialFoldersModule.h"
+#include "modules/SpecialItemsModule.h"
 #include "modules/StageModule.h"
 #include "modules/TimeAndDateModule.h"
 #include "modules/VersionsModule.h"
@@ -63,7 +67,7 @@ using LoadOrder = ModuleList<   //
     PropertyListValuesModule,   // 10
     TimeAndDateModule,          // 11
     Vacant<12>,                 // applications
-    Vacant<13>,                 // enableable files
+    EnableableFilesModule,      // 13
     FileAttributesModule,       // 14
     VolumeIterationModule,      // 15
     VolumesModule,              // 16
@@ -87,12 +91,12 @@ using LoadOrder = ModuleList<   //
     Vacant<34>,                 // gestalt selectors
     Vacant<35>,                 // IP addresses
     Vacant<36>,                 // sound volume
-    Vacant<37>,                 // special folders
-    Vacant<38>,                 // special items
+    SpecialFoldersModule,       // 37
+    SpecialItemsModule,         // 38
     Vacant<39>,                 // stereo volume
     FileLinesModule,            // 40
     Vacant<41>,                 // processes
-    Vacant<42>,                 // domains
+    DomainsModule,              // 42
     FileSectionsModule,         // 43
     FileContentModule,          // 44
     DescendantsModule,          // 45
