@@ -1,4 +1,5 @@
 #include "preferences/PreferenceDomains.h"
+#include "foundation/TextLines.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
