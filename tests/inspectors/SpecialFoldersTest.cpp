@@ -5,7 +5,11 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "RegistrationLog.h"
+#include "Slot.h"
 #include "filesystem/Asking.h"
+#include "modules/DomainsModule.h"
+#include "modules/SpecialFoldersModule.h"
 #include "support/Variable.h"
 #include "system/Domains.h"
 
@@ -111,4 +115,123 @@ TEST_F(SpecialFolderValues, HoldFrameworksByTheirNames) {
         EXPECT_THROW(named(missing), NoSuchObject) << missing;
     EXPECT_THROW(named(std::string(260, 'a')), NoSuchObject);
     EXPECT_EQ(local, Path(framework_folder_of_domain(Bytes("Own"), 3, domain{kLocalDomain})));
+}
+
+// ---- The tables
+
+TEST(DomainsModule, RegistersItsTableInOrder) {
+    ExpectRows<DomainsModule>({"type \"domain\"", "property \"system domain\" \"system domains\": \"domain\"",
+                               "property \"local domain\" \"local domains\": \"domain\"",
+                               "property \"user domain\" \"user domains\": \"domain\"",
+                               "property \"network domain\" \"network domains\": \"domain\"",
+                               "property \"classic domain\" \"classic domains\": \"domain\"",
+                               "property \"on system disk domain\" \"on system disk domains\": \"domain\"",
+                               "property \"on appropriate disk domain\" \"on appropriate disk domains\": "
+                               "\"domain\""});
+}
+
+TEST(DomainsModule, GivesTheCodesOfDomains) {
+    DomainsModule const module;
+    std::vector<std::pair<std::string, int>> const domains{{"system domain", -32766},
+                                                           {"local domain", -32765},
+                                                           {"user domain", -32763},
+                                                           {"network domain", -32764},
+                                                           {"classic domain", -32762},
+                                                           {"on system disk domain", -32768},
+                                                           {"on appropriate disk domain", -32767}};
+    for (auto const& [phrase, code] : domains) {
+        Registration const row = RegisteredAs("property \"" + phrase + "\" \"" + phrase + "s\": \"domain\"");
+        Slot<domain> slot;
+        row.get(slot, nullptr, nullptr, nullptr, row.context);
+        EXPECT_EQ(code, slot.Value().code) << phrase;
+    }
+    EXPECT_EQ(2u, RegisteredAs("type \"domain\"").valueSize);
+}
+
+TEST(SpecialFoldersModule, RegistersItsTableInOrder) {
+    // tests/folders/phrases.py asks each of the phrases.
+    constexpr char const* phrases[] = {"system",
+                                       "apple menu items",
+                                       "control panels",
+                                       "desktop",
+                                       "extensions",
+                                       "fonts",
+                                       "preferences",
+                                       "printmonitor documents",
+                                       "startup items",
+                                       "shutdown items",
+                                       "temporary items",
+                                       "disabled startup items",
+                                       "disabled extensions",
+                                       "applications",
+                                       "documents",
+                                       "chewable items",
+                                       "application support",
+                                       "text encodings",
+                                       "help",
+                                       "internet plugins",
+                                       "modem scripts",
+                                       "printer descriptions",
+                                       "printer drivers",
+                                       "scripting additions",
+                                       "shared libraries",
+                                       "voices",
+                                       "control strip modules",
+                                       "assistants",
+                                       "utilities",
+                                       "apple extras",
+                                       "contextual menu items",
+                                       "macos read me",
+                                       "colorsync profiles",
+                                       "themes",
+                                       "favorites",
+                                       "disabled control panels",
+                                       "disabled system extensions",
+                                       "disabled shutdown items",
+                                       "location manager modules",
+                                       "location manager preferences",
+                                       "locations",
+                                       "classic",
+                                       "domain top",
+                                       "domain library",
+                                       "color sync",
+                                       "printers",
+                                       "speech",
+                                       "carbon",
+                                       "documentation",
+                                       "developer docs",
+                                       "developer help",
+                                       "download",
+                                       "user temp",
+                                       "cache",
+                                       "framework",
+                                       "private framework",
+                                       "developer",
+                                       "sound",
+                                       "component",
+                                       "quicktime",
+                                       "core services",
+                                       "audio",
+                                       "kernel extensions",
+                                       "users",
+                                       "current user",
+                                       "shared",
+                                       "volume settings",
+                                       "locales",
+                                       "receipts"};
+    std::vector<std::string> rows{
+        "property \"framework\" \"frameworks\" [\"string\"]: \"folder\"",
+        "property \"framework\" \"frameworks\" [\"string\"] of \"domain\": \"folder\""};
+    for (std::string const phrase : phrases) {
+        std::string const row = "property \"" + phrase + " folder\" \"" + phrase + " folders\"";
+        rows.push_back(row + ": \"folder\"");
+        rows.push_back(row + " of \"domain\": \"folder\"");
+    }
+    rows.push_back("cache");
+    ExpectRows<SpecialFoldersModule>(rows);
+}
+
+TEST(SpecialFoldersModule, ClearsTheCacheOfSpecialFolders) {
+    SpecialFoldersModule const module;
+    EXPECT_EQ(ClearSpecialFolderCaches, RegisteredAs("cache").clear);
 }

@@ -5,7 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "RegistrationLog.h"
+#include "Slot.h"
 #include "filesystem/Asking.h"
+#include "modules/EnableableFilesModule.h"
+#include "modules/SpecialItemsModule.h"
 #include "support/Variable.h"
 
 using testing::ElementsAre;
@@ -154,4 +158,40 @@ TEST_F(SpecialItems, OfEachKindAreFoundInItsFolders) {
         EXPECT_EQ(here.Path(disabled + "/item"), Path(kind.disabled(Bytes("item"), 4)));
         EXPECT_TRUE(disabled_of(kind.disabled(Bytes("item"), 4)));
     }
+}
+
+// ---- The tables
+
+TEST(EnableableFilesModule, RegistersItsTableInOrder) {
+    ExpectRows<EnableableFilesModule>(
+        {"type \"enableable_file\" based on \"file\"",
+         "property \"enabled\" \"enableds\" of \"enableable_file\": \"boolean\"",
+         "property \"disabled\" \"disableds\" of \"enableable_file\": \"boolean\""});
+}
+
+TEST_F(SpecialItems, AreEndedByTheirType) {
+    MakeItems({"a"}, {});
+    EnableableFilesModule const module;
+    Registration const type = RegisteredAs("type \"enableable_file\" based on \"file\"");
+    EXPECT_EQ(sizeof(EnableableFile), type.valueSize);
+    Slot<EnableableFile> slot;
+    new (slot) EnableableFile(ExtensionIterator().First());
+    type.destroy(slot);
+}
+
+TEST(SpecialItemsModule, RegistersItsTableInOrder) {
+    std::vector<std::string> rows;
+    std::vector<std::string> const kinds{"extension", "control panel", "startup item", "shutdown item"};
+    auto const phrases = [](std::string const& phrase) { return "\"" + phrase + "\" \"" + phrase + "s\""; };
+    for (std::string const sub : {"", "enabled ", "disabled "}) {
+        for (std::string const& kind : kinds)
+            rows.push_back("iterated property " + phrases(sub + kind) + ": \"enableable_file\"");
+    }
+    for (std::string const& kind : kinds)
+        rows.push_back("iterated property " + phrases(kind) + " [\"string\"]: \"enableable_file\"");
+    for (std::string const sub : {"enabled ", "disabled "}) {
+        for (std::string const& kind : kinds)
+            rows.push_back("property " + phrases(sub + kind) + " [\"string\"]: \"enableable_file\"");
+    }
+    ExpectRows<SpecialItemsModule>(rows);
 }

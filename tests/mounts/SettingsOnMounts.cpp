@@ -1,5 +1,7 @@
 // Preferences and bundles with a file on a mount whose server stops answering.
 
+#include <Carbon/Folders.h>
+
 #include "mounts/MountedForks.h"
 #include "platform/ListVerbs.h"
 #include "support/Variable.h"
@@ -47,6 +49,22 @@ TEST_F(SettingsOnMounts, OfPreferencesAreWaitedForPatiently) {
     here.Link("user/org.example.a.plist", Path());
     ApartWithAServer("{k = 1;}", [&](StoppableServer const& server) {
         HoldStopping(server, "1", [&] { return Preference(); });
+    });
+}
+
+TEST_F(SettingsOnMounts, OfSpecialFoldersAreWaitedForPatiently) {
+    Variable const machine("ZELQ_MACHINE_ROOT", here.Path());
+    here.MakeFolder("etc/zelq");
+    here.Link("etc/zelq/folders.conf", Path());
+    ApartWithAServer("[temp]\nsystem = /usr\n", [&](StoppableServer const& server) {
+        HoldStopping(server, "/usr", [] {
+            FSRef reference;
+            UInt8 path[100] = "(null)";
+            constexpr OSType temporary = 0x74656D70;
+            if (FSFindFolder(kSystemDomain, temporary, 0, &reference) == noErr)
+                FSRefMakePath(&reference, path, sizeof path);
+            return std::string(reinterpret_cast<char const*>(path));
+        });
     });
 }
 

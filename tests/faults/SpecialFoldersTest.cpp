@@ -1,0 +1,49 @@
+// What the command says of an administrator's table of special folders that cannot be used.
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include "faults/Asking.h"
+#include "support/TemporaryFolder.h"
+#include "support/Variable.h"
+
+namespace {
+
+class SpecialFolderTables : public testing::Test {
+  protected:
+    std::string Administrate(std::string const& text) const {
+        here.MakeFolder("etc/zelq");
+        return here.Write("etc/zelq/folders.conf", text);
+    }
+
+    TemporaryFolder const here;
+    Variable const machine{"ZELQ_MACHINE_ROOT", here.Path()};
+};
+
+}  // namespace
+
+TEST_F(SpecialFolderTables, WithMistakesAreToldOfWithTheirLines) {
+    std::string const file = Administrate("[font]\n# a comment\nuser = fonts\n[fnot]\n");
+    for (std::string const phrase :
+         {"temporary items folder", "fonts folder of user domain", "names of startup items"})
+        EXPECT_THAT(
+            RunZelq({phrase}).err,
+            testing::HasSubstr("failed: the platform's error -4270 (the file \"" + file +
+                               "\" cannot be used: line 3: \"fonts\" is no absolute path; line 4: there "
+                               "is no type of folder \"fnot\")"));
+    EXPECT_EQ(1, RunZelq({"exists fonts folder"}).status);
+}
+
+TEST_F(SpecialFolderTables, ThatMayNotBeReadAreToldOf) {
+    std::string const file = Administrate("");
+    chmod(file.c_str(), 0);
+    Ran const ran = RunUnprivileged("temporary items folder");
+    ExpectFailure("temporary items folder", "the file \"" + file + "\" cannot be used: it cannot be read",
+                  ran);
+}
+
+TEST_F(SpecialFolderTables, MaySayThatThereIsNoSuchFolder) {
+    Administrate("[temp]\nsystem =\n");
+    ExpectNoSuchObject(RunZelq({"temporary items folder"}));
+    ExpectAnswer("false\n", RunZelq({"(exists temporary items folder) as string"}));
+}
