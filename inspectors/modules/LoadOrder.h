@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "modules/AncestorsModule.h"
+#include "modules/ArchieServersModule.h"
 #include "modules/ArrayValuesModule.h"
 #include "modules/ArraysModule.h"
 #include "modules/BundlesModule.h"
@@ -24,6 +25,11 @@
 #include "modules/FileTypesModule.h"
 #include "modules/FilesModule.h"
 #include "modules/FoldersModule.h"
+#include "modules/IPAddressCastsModule.h"
+#include "modules/IPAddressesModule.h"
+#include "modules/InternetConfigModule.h"
+#include "modules/InternetServiceIterationModule.h"
+#include "modules/InternetServicesModule.h"
 #include "modules/PreferencesModule.h"
 #include "modules/PropertyListValuesModule.h"
 #include "modules/StageModule.h"
@@ -50,53 +56,53 @@ struct ModuleList<First, Others...> {
     [[no_unique_address]] ModuleList<Others...> others;
 };
 
-using LoadOrder = ModuleList<   //
-    Vacant<1>,                  // components
-    Vacant<2>,                  // component iteration
-    BundlesModule,              // 3
-    ArraysModule,               // 4
-    ArrayValuesModule,          // 5
-    DictionariesModule,         // 6
-    DictionaryEntriesModule,    // 7
-    DictionaryIterationModule,  // 8
-    PreferencesModule,          // 9
-    PropertyListValuesModule,   // 10
-    TimeAndDateModule,          // 11
-    Vacant<12>,                 // applications
-    Vacant<13>,                 // enableable files
-    FileAttributesModule,       // 14
-    VolumeIterationModule,      // 15
-    VolumesModule,              // 16
-    Vacant<17>,                 // gestalt and hardware
-    Vacant<18>,                 // internet configuration
-    Vacant<19>,                 // internet configuration
-    Vacant<20>,                 // internet configuration
-    Vacant<21>,                 // internet configuration
-    Vacant<22>,                 // IP address casts
-    Vacant<23>,                 // SCSI buses
-    Vacant<24>,                 // SCSI bus iteration
-    Vacant<25>,                 // USB
-    CountryModule,              // 26
-    VersionsModule,             // 27
-    StageModule,                // 28
-    FilesModule,                // 29
-    FileSignaturesModule,       // 30
-    FileSystemObjectsModule,    // 31
-    FileTypesModule,            // 32
-    FoldersModule,              // 33
-    Vacant<34>,                 // gestalt selectors
-    Vacant<35>,                 // IP addresses
-    Vacant<36>,                 // sound volume
-    Vacant<37>,                 // special folders
-    Vacant<38>,                 // special items
-    Vacant<39>,                 // stereo volume
-    FileLinesModule,            // 40
-    Vacant<41>,                 // processes
-    Vacant<42>,                 // domains
-    FileSectionsModule,         // 43
-    FileContentModule,          // 44
-    DescendantsModule,          // 45
-    AncestorsModule             // 46
+using LoadOrder = ModuleList<        //
+    Vacant<1>,                       // components
+    Vacant<2>,                       // component iteration
+    BundlesModule,                   // 3
+    ArraysModule,                    // 4
+    ArrayValuesModule,               // 5
+    DictionariesModule,              // 6
+    DictionaryEntriesModule,         // 7
+    DictionaryIterationModule,       // 8
+    PreferencesModule,               // 9
+    PropertyListValuesModule,        // 10
+    TimeAndDateModule,               // 11
+    Vacant<12>,                      // applications
+    Vacant<13>,                      // enableable files
+    FileAttributesModule,            // 14
+    VolumeIterationModule,           // 15
+    VolumesModule,                   // 16
+    Vacant<17>,                      // gestalt and hardware
+    ArchieServersModule,             // 18
+    InternetServicesModule,          // 19
+    InternetServiceIterationModule,  // 20
+    InternetConfigModule,            // 21
+    IPAddressCastsModule,            // 22
+    Vacant<23>,                      // SCSI buses
+    Vacant<24>,                      // SCSI bus iteration
+    Vacant<25>,                      // USB
+    CountryModule,                   // 26
+    VersionsModule,                  // 27
+    StageModule,                     // 28
+    FilesModule,                     // 29
+    FileSignaturesModule,            // 30
+    FileSystemObjectsModule,         // 31
+    FileTypesModule,                 // 32
+    FoldersModule,                   // 33
+    Vacant<34>,                      // gestalt selectors
+    IPAddressesModule,               // 35
+    Vacant<36>,                      // sound volume
+    Vacant<37>,                      // special folders
+    Vacant<38>,                      // special items
+    Vacant<39>,                      // stereo volume
+    FileLinesModule,                 // 40
+    Vacant<41>,                      // processes
+    Vacant<42>,                      // domains
+    FileSectionsModule,              // 43
+    FileContentModule,               // 44
+    DescendantsModule,               // 45
+    AncestorsModule                  // 46
     >;
 static_assert(LoadOrder::kCount == 46);
 

@@ -19,8 +19,7 @@
 //   DownloadFolder             ICFileSpec     XDG_DOWNLOAD_DIR of user-dirs.dirs
 //   PrinterFont, ScreenFont,   ICFontRecord   fontconfig's font for "monospace"
 //   ListFont
-//   Helper, byte 0xA5, scheme  ICAppSpec      the application that is in charge of x-scheme-handler/scheme,
-//   if
+//   Helper, byte 0xA5, scheme  ICAppSpec      the application in charge of x-scheme-handler/scheme, where
 //                                             its desktop entry tells its creator code
 //   Services                   ICServices     /etc/services: TCP and UDP by name and port
 //
