@@ -56,6 +56,8 @@ constexpr std::array kMeanings{
     Meaning{-199, "the resource map cannot be read"},
     Meaning{-200, "no sound hardware"},
     Meaning{-600, "no such process"},
+    Meaning{-668, "the stored setting is too short or of the wrong form"},
+    Meaning{-670, "the setting is too long"},
     Meaning{-1302, "not a file"},
     Meaning{-1309, "it is larger than 256 MiB, the limit for files that are read as a whole"},
     Meaning{-1401, "stale file reference"},
