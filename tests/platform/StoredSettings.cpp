@@ -6,6 +6,7 @@
 
 #include <cstring>
 
+#include "files/FileSpecs.h"
 #include "platform/AliasBuilder.h"
 
 using namespace Platform;
@@ -123,6 +124,14 @@ TEST(StoredSettings, OfFilesWithAliasesLeadToTheirPaths) {
     EXPECT_EQ(0u, file.aliasSize);
     auto const other = NativeRecord<ICFileSpec>(SettingLayout::FileSpec, StoredFile(AliasRecord("")));
     EXPECT_EQ(0x10203, other.fss.parID);
+}
+
+TEST(StoredSettings, OfFilesElsewhereAreNoPlacesOfThisProcess) {
+    FSSpec place = MakeSpecOfPlace("/missing/item");
+    FSRef reference;
+    EXPECT_EQ(fnfErr, FSpMakeFSRef(&place, &reference));
+    place.name[1] = 'I';
+    EXPECT_EQ(dirNFErr, FSpMakeFSRef(&place, &reference));
 }
 
 TEST(Aliases, HavePathsOnTheirVolumes) {
