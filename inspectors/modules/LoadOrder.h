@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "modules/AncestorsModule.h"
+#include "modules/ArchieServersModule.h"
 #include "modules/ArrayValuesModule.h"
 #include "modules/ArraysModule.h"
 #include "modules/BundlesModule.h"
@@ -26,6 +27,11 @@
 #include "modules/FileTypesModule.h"
 #include "modules/FilesModule.h"
 #include "modules/FoldersModule.h"
+#include "modules/IPAddressCastsModule.h"
+#include "modules/IPAddressesModule.h"
+#include "modules/InternetConfigModule.h"
+#include "modules/InternetServiceIterationModule.h"
+#include "modules/InternetServicesModule.h"
 #include "modules/PreferencesModule.h"
 #include "modules/PropertyListValuesModule.h"
 #include "modules/SpecialFoldersModule.h"
@@ -72,11 +78,11 @@ using LoadOrder = ModuleList<   //
     VolumeIterationModule,      // 15
     VolumesModule,              // 16
     Vacant<17>,                 // gestalt and hardware
-    Vacant<18>,                 // internet configuration
-    Vacant<19>,                 // internet configuration
-    Vacant<20>,                 // internet configuration
-    Vacant<21>,                 // internet configuration
-    Vacant<22>,                 // IP address casts
+    ArchieServersModule,             // 18
+    InternetServicesModule,          // 19
+    InternetServiceIterationModule,  // 20
+    InternetConfigModule,            // 21
+    IPAddressCastsModule,            // 22
     Vacant<23>,                 // SCSI buses
     Vacant<24>,                 // SCSI bus iteration
     Vacant<25>,                 // USB
@@ -89,7 +95,7 @@ using LoadOrder = ModuleList<   //
     FileTypesModule,            // 32
     FoldersModule,              // 33
     Vacant<34>,                 // gestalt selectors
-    Vacant<35>,                 // IP addresses
+    IPAddressesModule,               // 35
     Vacant<36>,                 // sound volume
     SpecialFoldersModule,       // 37
     SpecialItemsModule,         // 38

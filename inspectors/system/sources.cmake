@@ -4,6 +4,8 @@ set(INSPECTORS_SYSTEM_SOURCES
   system/EnableableFiles.cpp
   system/SpecialFolders.cpp
   system/SpecialItems.cpp
+  system/IPAddresses.cpp
+  system/InternetConfig.cpp
   system/TimeAndDate.cpp
   system/TimeAndDateRelations.cpp
   system/Volumes.cpp

@@ -30,10 +30,6 @@ constexpr std::size_t kLongestExtension = 6;  // kept behind the number, with it
 // the whole path.
 constexpr FSVolumeRefNum kPlaces = -1;
 
-std::optional<Path> PlaceOf(FSSpec const& spec) {
-    return spec.vRefNum == kPlaces ? FolderTable::Shared().Find(kPlaces, spec.parID) : std::nullopt;
-}
-
 std::string MacRomanOf(std::u16string_view text, char replacement) {
     std::string bytes;
     for (char16_t const unit : text) bytes += static_cast<char>(ToMacRoman(unit).value_or(replacement));
@@ -94,6 +90,15 @@ OSErr LocateFolder(FSVolumeRefNum volume, SInt32 number, SpecifiedFolder& folder
 
 std::string_view NameIn(Str63 const& name) {
     return {reinterpret_cast<char const*>(name) + 1, std::min<std::size_t>(name[0], sizeof(Str63) - 1)};
+}
+
+// The path of a place that was handed out. One that comes from elsewhere may have the same numbers, but
+// hardly the name.
+std::optional<Path> PlaceOf(FSSpec const& spec) {
+    if (spec.vRefNum != kPlaces) return std::nullopt;
+    auto place = FolderTable::Shared().Find(kPlaces, spec.parID);
+    if (place && SpecName(LastComponent(place->Text()), 0) != NameIn(spec.name)) place.reset();
+    return place;
 }
 
 OSErr FindIn(SpecifiedFolder const& folder, FSSpec const& spec, FoundItem& found) {

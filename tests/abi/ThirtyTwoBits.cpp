@@ -13,6 +13,8 @@
 #include "plist/Bundles.h"
 #include "plist/DictionaryEntries.h"
 #include "plist/Preferences.h"
+#include "system/IPAddresses.h"
+#include "system/InternetConfig.h"
 #include "system/TimeAndDate.h"
 #include "system/Volumes.h"
 
@@ -35,6 +37,11 @@ static_assert(offsetof(DateRecord, day) == 0 && offsetof(DateRecord, month) == 4
 
 static_assert(sizeof(datafork) == 4 && sizeof(resfork) == 4);
 static_assert(sizeof(VolumeIterator) == 2);
+
+// Internet settings: rows of services, and where the iterations are.
+static_assert(sizeof(InternetConfig) == 1 && sizeof(ICService) == 12 && sizeof(ip_address) == 4);
+static_assert(offsetof(ICService, port) == 8 && offsetof(ICService, flags) == 10);
+static_assert(sizeof(ArchieIterator) == 12 && sizeof(ICServiceIterator) == 16);
 
 // Property lists: a reference, and the two neighbours of a ring.
 static_assert(sizeof(OSXValue) == 12 && sizeof(OSXArray) == 12 && sizeof(OSXDictionary) == 4);

@@ -12,8 +12,8 @@ import sys
 
 # Who may include what, by the first part of the path between the quotes or brackets.
 OWN = {
-    "platform": {"bundles", "files", "foundation", "preferences", "propertylists", "CoreFoundation", "Carbon",
-                 "Platform"},
+    "platform": {"applications", "bundles", "files", "foundation", "internet", "machine", "preferences", "propertylists",
+                 "CoreFoundation", "Carbon", "Platform"},
     "evaluator": {"core", "files", "language", "registry", "values", "Evaluator"},
     "inspectors": {"frame", "filesystem", "content", "versions", "plist", "system", "modules"},
     "command": {"command"},

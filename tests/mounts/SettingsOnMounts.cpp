@@ -1,4 +1,6 @@
-// Preferences and bundles with a file on a mount whose server stops answering.
+// Preferences, bundles and Internet settings with a file on a mount whose server stops answering.
+
+#include <Carbon/InternetConfig.h>
 
 #include <Carbon/Folders.h>
 
@@ -22,6 +24,21 @@ class SettingsOnMounts : public MountedForkTest {
         Owned<CFURLRef> const url(NewURL(here.Path("a"), true));
         Owned<CFBundleRef> const bundle(CFBundleCreate(kCFAllocatorDefault, url));
         return bundle == nullptr ? "(null)" : Show(CFBundleGetInfoDictionary(bundle));
+    }
+    /// The text below the user's e-mails.
+    std::string Signature() const {
+        ICInstance instance;
+        EXPECT_EQ(noErr, ICStart(&instance, 0));
+        char buffer[100];
+        SInt32 size = sizeof buffer;
+        unsigned char const key[] = "\11Signature";
+        OSStatus const status = ICGetPref(instance, key, nullptr, buffer, &size);
+        EXPECT_EQ(noErr, ICStop(instance));
+        if (status != noErr) {
+            EXPECT_TRUE(status == userCanceledErr || status == volOffLinErr) << status;
+            return "(null)";
+        }
+        return {buffer, static_cast<std::size_t>(size)};
     }
     /// Holds that a call which showed `answer` shows nothing, and says why, while the server is stopped, and
     /// `answer` again when it goes on.
@@ -73,6 +90,14 @@ TEST_F(SettingsOnMounts, OfBundlesAreWaitedForPatiently) {
     here.Link("a/Contents/Info.plist", Path());
     ApartWithAServer("{k = 1;}", [&](StoppableServer const& server) {
         HoldStopping(server, "{k=1}", [&] { return Information(); });
+    });
+}
+
+TEST_F(SettingsOnMounts, OfTheInternetAreWaitedForPatiently) {
+    Variable const home("HOME", here.MakeFolder("home"));
+    here.Link("home/.signature", Path());
+    ApartWithAServer("-- \nme", [&](StoppableServer const& server) {
+        HoldStopping(server, "-- \nme", [&] { return Signature(); });
     });
 }
 

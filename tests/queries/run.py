@@ -47,6 +47,14 @@ BUNDLE = {"CFBundleIdentifier": "org.example.editor", "CFBundleShortVersionStrin
 PREFERENCES = {"font": "Mono", "recent": ["a.txt", "b.txt"], "tabs": 4, "wrap": False, "window": {"width": 640},
                "opened": datetime(2026, 1, 2, 3, 4, 5)}
 
+# Internet settings as they are stored: a byte for the length of a text, and numbers with their high byte in front.
+INTERNET = {
+    "Email": b"\x0dme@stored.org", "UseSocks": b"\1", "PrinterFont": b"\0\x0c\0\0\6Monaco".ljust(260, b"\0"),
+    "Services": b"\0\5\4http\0\x50\0\3\4ntp4\0\x7b\0\2\5https\1\xbb\0\1\3ftp\0\x15\0\1\4last\0\1\0\1",
+    "ArchieAll": b"\0\2\x0barchie.a.fi\4more", "Helper\u2022mailto": b"MAIL\6Mailer".ljust(68, b"\0"),
+    "Helper\u2022spoilt": b"MAIL",
+}
+
 
 def make_lists(folder):
     """Property lists, a bundle, and the preferences of a user whose home this is."""
@@ -64,6 +72,10 @@ def make_lists(folder):
     write("Packed.bundle/Info.plist", plistlib.dumps({"CFBundleVersion": "1.2.3b69"}))
     write("Numbered.bundle/Info.plist", plistlib.dumps({"CFBundleShortVersionString": 2.5}))
     write("Library/Preferences/org.example.editor.plist", plistlib.dumps(PREFERENCES))
+    stored = {key: {"ic-data": value} for key, value in INTERNET.items()}
+    write("Library/Preferences/com.apple.internetconfig.plist", plistlib.dumps({"Version 2.5.4": {"ic-added": stored}}))
+    write(".signature", b"-- \nMe, of the tests\n")
+    write(".config/user-dirs.dirs", b'XDG_DOWNLOAD_DIR="$HOME/Editor.app"\n')
 
 
 def make_tree(root):

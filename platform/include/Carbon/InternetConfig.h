@@ -6,18 +6,25 @@
 // dictionary "Version 2.5.4", in it "ic-added", in it one dictionary for each key, in it the bytes "ic-data"
 // in big-endian form), then where Linux keeps it:
 //
-//   key                              value            source
-//   Email                            Pascal string    EMAIL; Thunderbird's default identity; user.email of
-//   git RealName                         Pascal string    the user database Signature bytes ~/.signature, as
-//   it is UseSocks                         Boolean          socks_proxy, or all_proxy with a SOCKS scheme, is
-//   set SocksHost                        Pascal string    host:port of the same UseHTTPProxy, UseFTPProxy
-//   Boolean          http_proxy and ftp_proxy, or all_proxy with an http scheme HTTPProxyHost, FTPProxyHost
-//   Pascal string    host:port of the same DownloadFolder                   ICFileSpec       XDG_DOWNLOAD_DIR
-//   of user-dirs.dirs PrinterFont, ScreenFont, ListFont  ICFontRecord   fontconfig's font for "monospace"
-//   Helper, byte 0xA5, scheme        ICAppSpec        the application that is in charge of
-//   x-scheme-handler/scheme,
-//                                                     if its desktop entry tells its creator code
-//   Services                         ICServices       /etc/services: TCP and UDP by name and port
+//   key                        value          source
+//   Email                      Pascal string  EMAIL; Thunderbird's default identity; user.email of git
+//   RealName                   Pascal string  the user database
+//   Signature                  bytes          ~/.signature as it is
+//   UseSocks                   Boolean        whether socks_proxy, or all_proxy with a SOCKS scheme, is set
+//   SocksHost                  Pascal string  host:port of the same
+//   UseHTTPProxy, UseFTPProxy  Boolean        whether http_proxy, ftp_proxy, or all_proxy with an http scheme
+//                                             or none, is set
+//   HTTPProxyHost,             Pascal string  host:port of the same
+//   FTPProxyHost
+//   DownloadFolder             ICFileSpec     XDG_DOWNLOAD_DIR of user-dirs.dirs
+//   PrinterFont, ScreenFont,   ICFontRecord   fontconfig's font for "monospace"
+//   ListFont
+//   Helper, byte 0xA5, scheme  ICAppSpec      the application in charge of x-scheme-handler/scheme, where
+//                                             its desktop entry tells its creator code
+//   Services                   ICServices     /etc/services: TCP and UDP by name and port
+//
+// A text of more than 255 bytes is passed over. A stored file with an alias gets the FSSpec of the alias's
+// path. Text that is not stored is in UTF-8.
 //
 // Keys are compared without case. Everything is read anew at each call. Nothing is ever written.
 
