@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "modules/AncestorsModule.h"
+#include "modules/ApplicationsModule.h"
 #include "modules/ArrayValuesModule.h"
 #include "modules/ArraysModule.h"
 #include "modules/BundlesModule.h"
@@ -25,6 +26,7 @@
 #include "modules/FilesModule.h"
 #include "modules/FoldersModule.h"
 #include "modules/PreferencesModule.h"
+#include "modules/ProcessesModule.h"
 #include "modules/PropertyListValuesModule.h"
 #include "modules/StageModule.h"
 #include "modules/TimeAndDateModule.h"
@@ -62,7 +64,7 @@ using LoadOrder = ModuleList<   //
     PreferencesModule,          // 9
     PropertyListValuesModule,   // 10
     TimeAndDateModule,          // 11
-    Vacant<12>,                 // applications
+    ApplicationsModule,         // 12
     Vacant<13>,                 // enableable files
     FileAttributesModule,       // 14
     VolumeIterationModule,      // 15
@@ -91,7 +93,7 @@ using LoadOrder = ModuleList<   //
     Vacant<38>,                 // special items
     Vacant<39>,                 // stereo volume
     FileLinesModule,            // 40
-    Vacant<41>,                 // processes
+    ProcessesModule,            // 41
     Vacant<42>,                 // domains
     FileSectionsModule,         // 43
     FileContentModule,          // 44

@@ -1,6 +1,8 @@
 # The system inspectors, relative to inspectors/. To be included where the library is defined: the properties of a
 # source file hold in that directory only.
 set(INSPECTORS_SYSTEM_SOURCES
+  system/Applications.cpp
+  system/Processes.cpp
   system/TimeAndDate.cpp
   system/TimeAndDateRelations.cpp
   system/Volumes.cpp

@@ -13,6 +13,7 @@
 #include "plist/Bundles.h"
 #include "plist/DictionaryEntries.h"
 #include "plist/Preferences.h"
+#include "system/Processes.h"
 #include "system/TimeAndDate.h"
 #include "system/Volumes.h"
 
@@ -35,6 +36,8 @@ static_assert(offsetof(DateRecord, day) == 0 && offsetof(DateRecord, month) == 4
 
 static_assert(sizeof(datafork) == 4 && sizeof(resfork) == 4);
 static_assert(sizeof(VolumeIterator) == 2);
+static_assert(sizeof(Process) == 8 && sizeof(carbon_process) == 64 && sizeof(ProcessLoop) == 12);
+static_assert(sizeof(carbon_process_iterator) == 12 && sizeof(running_app_iterator) == 12);
 
 // Property lists: a reference, and the two neighbours of a ring.
 static_assert(sizeof(OSXValue) == 12 && sizeof(OSXArray) == 12 && sizeof(OSXDictionary) == 4);
