@@ -124,4 +124,12 @@ FileLocation MakeFileLocation(FSSpec const& fsSpec) {
     return FileLocation(url);
 }
 
+FileLocation MakeFileLocation(OSType type, SInt16 domain, bool create) {
+    FSRef reference;
+    OSErr const error = FSFindFolder(domain, type, create, &reference);
+    if (error == fnfErr) throw CannotCreateSpecialFolder();
+    if (error != noErr) ThrowRealOSError(error);
+    return FileLocation(MakeURL(reference));
+}
+
 }  // namespace MacintoshPlatform

@@ -56,6 +56,10 @@ constexpr std::array kMeanings{
     Meaning{-199, "the resource map cannot be read"},
     Meaning{-200, "no sound hardware"},
     Meaning{-600, "no such process"},
+    Meaning{-606, "the process has no window"},
+    Meaning{-666, "no such Internet setting"},
+    Meaning{-668, "the Internet setting is shorter than its layout"},
+    Meaning{-670, "the Internet setting has become longer"},
     Meaning{-1302, "not a file"},
     Meaning{-1309, "it is larger than 256 MiB, the limit for files that are read as a whole"},
     Meaning{-1401, "stale file reference"},
@@ -65,16 +69,26 @@ constexpr std::array kMeanings{
     Meaning{-1409, "no such fork"},
     Meaning{-1410, "the name is too long"},
     Meaning{-1417, "no more items"},
+    Meaning{-4270, "the table of special folders has mistakes"},
     Meaning{-5000, "access denied"},
     Meaning{-5550, "unknown machine error"},
     Meaning{-5551, "unknown selector"},
 };
 
-constexpr std::int32_t volumeOffline = -53;
+constexpr std::int32_t volumeOffline = -53, badFolderTable = -4270;
 constexpr std::int32_t fileNotFound = -43, directoryNotFound = -120;
+
+// What is wrong with a file of settings that the platform could not use last; empty where there was none.
+std::string MistakesInSettings() {
+    char file[PATH_MAX + 1], reason[2000];
+    if (!PlatformSettingsFailure(file, sizeof file, reason, sizeof reason)) return {};
+    return fmt::format("the file \"{}\" cannot be used: {}", Printable(file), Printable(reason));
+}
 
 // What the code means, in words; empty where nobody knows.
 std::string MeaningOf(long code) {
+    if (std::string mistakes = code == badFolderTable ? MistakesInSettings() : ""; !mistakes.empty())
+        return mistakes;
     if (std::string mount = code == volumeOffline ? UnresponsiveMount(volumeOffline) : ""; !mount.empty())
         return mount;
     auto found =

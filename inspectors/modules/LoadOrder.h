@@ -16,6 +16,8 @@
 #include "modules/DictionariesModule.h"
 #include "modules/DictionaryEntriesModule.h"
 #include "modules/DictionaryIterationModule.h"
+#include "modules/DomainsModule.h"
+#include "modules/EnableableFilesModule.h"
 #include "modules/FileAttributesModule.h"
 #include "modules/FileContentModule.h"
 #include "modules/FileLinesModule.h"
@@ -28,6 +30,8 @@
 #include "modules/PreferencesModule.h"
 #include "modules/ProcessesModule.h"
 #include "modules/PropertyListValuesModule.h"
+#include "modules/SpecialFoldersModule.h"
+#include "modules/SpecialItemsModule.h"
 #include "modules/StageModule.h"
 #include "modules/TimeAndDateModule.h"
 #include "modules/VersionsModule.h"
@@ -65,7 +69,7 @@ using LoadOrder = ModuleList<   //
     PropertyListValuesModule,   // 10
     TimeAndDateModule,          // 11
     ApplicationsModule,         // 12
-    Vacant<13>,                 // enableable files
+    EnableableFilesModule,      // 13
     FileAttributesModule,       // 14
     VolumeIterationModule,      // 15
     VolumesModule,              // 16
@@ -89,12 +93,12 @@ using LoadOrder = ModuleList<   //
     Vacant<34>,                 // gestalt selectors
     Vacant<35>,                 // IP addresses
     Vacant<36>,                 // sound volume
-    Vacant<37>,                 // special folders
-    Vacant<38>,                 // special items
+    SpecialFoldersModule,       // 37
+    SpecialItemsModule,         // 38
     Vacant<39>,                 // stereo volume
     FileLinesModule,            // 40
     ProcessesModule,            // 41
-    Vacant<42>,                 // domains
+    DomainsModule,              // 42
     FileSectionsModule,         // 43
     FileContentModule,          // 44
     DescendantsModule,          // 45

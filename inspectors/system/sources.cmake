@@ -2,7 +2,10 @@
 # source file hold in that directory only.
 set(INSPECTORS_SYSTEM_SOURCES
   system/Applications.cpp
+  system/EnableableFiles.cpp
   system/Processes.cpp
+  system/SpecialFolders.cpp
+  system/SpecialItems.cpp
   system/TimeAndDate.cpp
   system/TimeAndDateRelations.cpp
   system/Volumes.cpp

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "files/SettingsFailure.h"
 #include "foundation/CutText.h"
 #include "propertylists/PropertyListFailure.h"
 
@@ -28,6 +29,7 @@ OSErr NoteFileFailure(OSErr code, Path const& file) {
 void ForgetFileFailure() {
     last = {};
     ForgetPropertyListFailure();
+    ForgetSettingsFailure();
 }
 
 }  // namespace Platform

@@ -11,7 +11,7 @@ namespace Platform {
 /// Remembers how the look-up of the item at a path, or a call on its fork, ended on this thread, if it is a
 /// failure to tell of. Returns the code.
 OSErr NoteFileFailure(OSErr code, Path const& file);
-/// Makes PlatformFileFailure and PlatformPropertyListFailure tell of none.
+/// Makes PlatformFileFailure, PlatformPropertyListFailure and PlatformSettingsFailure tell of none.
 void ForgetFileFailure();
 
 }  // namespace Platform

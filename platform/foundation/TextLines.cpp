@@ -18,4 +18,18 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(begin, text.find_last_not_of(white) + 1 - begin);
 }
 
+std::string VariableIn(std::string_view text, std::string_view name) {
+    std::string result;
+    while (!text.empty()) {
+        std::string_view const line = TakeLine(text);
+        std::size_t const sign = line.find('=');
+        if (sign == line.npos || Trimmed(line.substr(0, sign)) != name) continue;
+        std::string_view value = Trimmed(line.substr(sign + 1));
+        bool const isQuoted = value.size() > 1 && value.front() == value.back() &&
+                              (value.front() == '"' || value.front() == '\'');
+        result = isQuoted ? value.substr(1, value.size() - 2) : value;
+    }
+    return result;
+}
+
 }  // namespace Platform

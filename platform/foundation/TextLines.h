@@ -2,6 +2,7 @@
 
 // Texts of lines, as files of settings are. Pure.
 
+#include <string>
 #include <string_view>
 
 namespace Platform {
@@ -10,5 +11,9 @@ namespace Platform {
 std::string_view TakeLine(std::string_view& text);
 /// The text without white space (blank, tab, CR) around it.
 std::string_view Trimmed(std::string_view text);
+
+/// The value of a variable in a text of lines NAME=value, as GNUstep.conf is one: that of the last line with
+/// it, without white space and quotes around it. Empty where there is none.
+std::string VariableIn(std::string_view text, std::string_view name);
 
 }  // namespace Platform

@@ -9,7 +9,9 @@
 #include "foundation/Held.h"
 #include "foundation/String.h"
 #include "foundation/TextCodec.h"
+#include "foundation/TextLines.h"
 #include "machine/Environment.h"
+#include "machine/GnustepSettings.h"
 #include "preferences/PreferenceDomains.h"
 #include "propertylists/PropertyLists.h"
 
@@ -35,15 +37,9 @@ OSErr GetDictionary(std::string const& path, std::shared_ptr<__CFDictionary cons
 
 // ---- The environment
 
-// A path, or another one where the variable's is not absolute.
-std::string PathOf(char const* variable, char const* otherwise) {
-    std::string path = Variable(variable);
-    return path.starts_with('/') ? path : otherwise;
-}
-
 OSErr ReadEnvironment(PreferenceEnvironment& environment) {
     std::string settings, machine;
-    OSErr error = GetTextFile(PathOf("GNUSTEP_CONFIG_FILE", "/etc/GNUstep/GNUstep.conf"), settings);
+    OSErr error = GetGnustepSettings(settings);
     if (error == noErr) error = GetTextFile(MachinePath("etc/machine-id"), machine);
     if (error != noErr) return error;
     environment = {HomeFolder(), Variable("XDG_CONFIG_HOME"), Variable("XDG_CONFIG_DIRS"),

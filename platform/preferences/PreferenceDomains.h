@@ -23,10 +23,6 @@ struct PreferenceEnvironment {
 std::vector<std::string> PreferenceFiles(std::string_view application,
                                          PreferenceEnvironment const& environment);
 
-/// The value of a variable in a text of lines NAME=value, as GNUstep.conf is one: that of the last line with
-/// it, without white space and quotes around it. Empty where there is none.
-std::string VariableIn(std::string_view text, std::string_view name);
-
 /// The identifier in the text of a file machine-id; empty for a text that is none.
 std::string MachineIn(std::string_view text);
 

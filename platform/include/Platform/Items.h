@@ -59,7 +59,8 @@ PLATFORM_API UInt32 PlatformSetVolumePatience(UInt32 milliseconds);
 /// PlatformForgetFileFailure. `buffer` of `size` bytes (optional) gets the path of the file, cut where it
 /// does not fit, and a NUL.
 PLATFORM_API OSErr PlatformFileFailure(char* buffer, UInt32 size);
-/// Makes PlatformFileFailure, and PlatformPropertyListFailure, tell the calling thread of none.
+/// Makes PlatformFileFailure, PlatformPropertyListFailure and PlatformSettingsFailure tell the calling thread
+/// of none.
 PLATFORM_API void PlatformForgetFileFailure(void);
 
 /// Why the first data that the calling thread gave to CFPropertyListCreateFromXMLData in vain, itself or
