@@ -1,5 +1,6 @@
 #include "applications/DesktopFiles.h"
 
+#include <Carbon/MacErrors.h>
 #include <dirent.h>
 #include <unistd.h>
 

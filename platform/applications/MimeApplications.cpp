@@ -1,5 +1,7 @@
 // GetHandler: the search through the files that tell which application is in charge of a kind.
 
+#include <Carbon/MacErrors.h>
+
 #include <algorithm>
 #include <optional>
 #include <set>
