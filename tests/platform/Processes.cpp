@@ -1,6 +1,5 @@
 // Processes: real ones that the tests start, and recorded ones.
 
-#include <sys/resource.h>
 #include <sys/syscall.h>
 
 #include <algorithm>
@@ -12,6 +11,7 @@
 
 #include "mounts/Namespace.h"
 #include "platform/ProcessVerbs.h"
+#include "support/NoDescriptors.h"
 #include "support/OwnPath.h"
 #include "support/Started.h"
 
@@ -142,19 +142,15 @@ TEST(Processes, NoFolderOfProcessesIsNone) {
 }
 
 TEST(Processes, WantOfDescriptorsIsNoEnd) {
-    rlimit before;
-    getrlimit(RLIMIT_NOFILE, &before);
-    rlimit const none{3, before.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &none);
-    std::vector<int> taken;
-    for (int one = 0; (one = dup(0)) >= 0;) taken.push_back(one);
-    ProcessSerialNumber psn = kNobody;
-    OSErr const error = GetNextProcess(&psn);
-    OSErr const ofPid = GetProcessForPID(getpid(), &psn);
-    for (int const one : taken) close(one);
-    setrlimit(RLIMIT_NOFILE, &before);
-    EXPECT_EQ(tmfoErr, error);
-    EXPECT_EQ(tmfoErr, ofPid);
+    ProcessSerialNumber psn = kNobody, own;
+    ASSERT_EQ(noErr, GetCurrentProcess(&own));
+    NoDescriptors const none;
+    EXPECT_EQ(tmfoErr, GetNextProcess(&psn));
+    EXPECT_EQ(tmfoErr, GetProcessForPID(getpid(), &psn));
+    EXPECT_EQ(tmfoErr, Describe(own).error);
+    pid_t pid = 0;
+    EXPECT_EQ(tmfoErr, GetProcessPID(&own, &pid));
+    EXPECT_EQ(tmfoErr, WakeUpProcess(&own));
 }
 
 // ---- Which count
