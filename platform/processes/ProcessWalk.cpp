@@ -13,7 +13,7 @@
 #include <functional>
 
 #include "machine/Environment.h"
-#include "processes/ProcFiles.h"
+#include "processes/ProcTexts.h"
 
 namespace Platform {
 

@@ -13,8 +13,8 @@ namespace {
 class PrimaryApplications : public OwnApplications {
   protected:
     PrimaryApplications() {
-        Write("machine/etc/zelq/folders.conf", "[apps]\nlocal = " + here.Path("apps") +
-                                                   "\nsystem =\nnetwork =\nuser =\n");
+        Write("machine/etc/zelq/folders.conf",
+              "[apps]\nlocal = " + here.Path("apps") + "\nsystem =\nnetwork =\nuser =\n");
     }
     static file Of(std::string_view creator) { return application_of(Bytes(creator), creator.size()); }
 };
@@ -29,8 +29,8 @@ TEST(ApplicationsModule, RegistersItsTableInOrder) {
 TEST_F(PrimaryApplications, RowLeadsToTheInspector) {
     AddEntry(own, "a.desktop", "X-Creator-Code=abcd\n");
     ApplicationsModule const module;
-    Registration const one = RegisteredAs(
-        "property \"primary application\" \"primary applications\" [\"string\"]: \"file\"");
+    Registration const one =
+        RegisteredAs("property \"primary application\" \"primary applications\" [\"string\"]: \"file\"");
     inspector_string const code(Bytes("abcd"), 4);
     Slot<file> slot;
     one.get(slot, &code, nullptr, nullptr, one.context);

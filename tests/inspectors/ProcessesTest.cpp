@@ -73,7 +73,8 @@ TEST(ProcessesModule, RowsLeadToTheirInspectors) {
     Registration const numbered =
         RegisteredAs("property \"carbon process\" \"carbon processes\" [\"integer\"]: \"carbon proc\"");
     numbered.get(process, &own, nullptr, nullptr, numbered.context);
-    for (std::string const phrase : {"\"pid\" \"pids\"", "\"id\" \"ids\"", "\"process id\" \"process ids\""}) {
+    for (std::string const phrase :
+         {"\"pid\" \"pids\"", "\"id\" \"ids\"", "\"process id\" \"process ids\""}) {
         Registration const one = RegisteredAs("property " + phrase + " of \"carbon proc\": \"integer\"");
         Slot<integer> pid;
         one.get(pid, nullptr, process, nullptr, one.context);
@@ -136,8 +137,8 @@ TEST(CarbonProcesses, AreFoundByTheirIds) {
 
 TEST(CarbonProcesses, IdsOfNone) {
     auto const own = static_cast<unsigned long long>(getpid());
-    for (unsigned long long const pid : {0ull, 4194304ull, (1ull << 32) - 1, 1ull << 32, (1ull << 32) + own,
-                                         (1ull << 63) + own, ~0ull})
+    for (unsigned long long const pid :
+         {0ull, 4194304ull, (1ull << 32) - 1, 1ull << 32, (1ull << 32) + own, (1ull << 63) + own, ~0ull})
         EXPECT_THROW(numbered_carbon_process_of_world(pid), NoSuchObject) << pid;
 }
 

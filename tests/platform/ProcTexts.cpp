@@ -1,6 +1,6 @@
-// The files of /proc as texts.
+// The texts of /proc, and the numbers made of them.
 
-#include "processes/ProcFiles.h"
+#include "processes/ProcTexts.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ std::string StatOf(std::string const& name) {
 
 }  // namespace
 
-TEST(ProcFiles, StatByItsFields) {
+TEST(ProcTexts, StatByItsFields) {
     auto const stat = ParseStat(StatOf("sleep"));
     ASSERT_TRUE(stat);
     EXPECT_EQ('S', stat->state);
@@ -30,7 +30,7 @@ TEST(ProcFiles, StatByItsFields) {
     EXPECT_FALSE(stat->HasEnded());
 }
 
-TEST(ProcFiles, NamesInStatMayHoldAnything) {
+TEST(ProcTexts, NamesInStatMayHoldAnything) {
     for (std::string const name : {"", "a b", ") (", ") R 1 2", "(((", ")))", "b\xFF", "x)\n"}) {
         auto const stat = ParseStat(StatOf(name));
         ASSERT_TRUE(stat) << name;
@@ -39,14 +39,14 @@ TEST(ProcFiles, NamesInStatMayHoldAnything) {
     }
 }
 
-TEST(ProcFiles, NegativeNumbersThatAreNotWantedAreSkipped) {
+TEST(ProcTexts, NegativeNumbersThatAreNotWantedAreSkipped) {
     auto const stat = ParseStat("1 (a) R 0 0 0 0 -1 4194304 1 2 3 4 5 6 7 8 -2 -20 1 0 9 10");
     ASSERT_TRUE(stat);
     EXPECT_EQ(9u, stat->start);
     EXPECT_EQ(10u, stat->size);
 }
 
-TEST(ProcFiles, StatOfAnotherForm) {
+TEST(ProcTexts, StatOfAnotherForm) {
     std::string const whole = StatOf("a");
     EXPECT_FALSE(ParseStat(""));
     EXPECT_FALSE(ParseStat("4242"));
@@ -61,7 +61,7 @@ TEST(ProcFiles, StatOfAnotherForm) {
     EXPECT_FALSE(ParseStat("1 (a) S 0 0 0 0 0 0 1 2 3 4 5 6 7 8 0 0 1 0 9x 10"));
 }
 
-TEST(ProcFiles, StatesOfWhatHasEnded) {
+TEST(ProcTexts, StatesOfWhatHasEnded) {
     for (char const state : {'Z', 'X', 'x', 'R', 'S', 'D', 'T'}) {
         std::string text = StatOf("a");
         text[text.find(") S") + 2] = state;
@@ -69,7 +69,7 @@ TEST(ProcFiles, StatesOfWhatHasEnded) {
     }
 }
 
-TEST(ProcFiles, StatusByItsKeys) {
+TEST(ProcTexts, StatusByItsKeys) {
     auto const status =
         ParseStatus("Name:\tTgid:\\n\nUmask:\t0022\nTgid:\t4242\nNgid:\t0\nUid:\t1000\t1001\t1002\t1003\n");
     ASSERT_TRUE(status);
@@ -77,7 +77,7 @@ TEST(ProcFiles, StatusByItsKeys) {
     EXPECT_EQ(1000u, status->user) << "the real one";
 }
 
-TEST(ProcFiles, StatusOfAnotherForm) {
+TEST(ProcTexts, StatusOfAnotherForm) {
     EXPECT_FALSE(ParseStatus(""));
     EXPECT_FALSE(ParseStatus("Tgid:\t1\n"));
     EXPECT_FALSE(ParseStatus("Uid:\t0\t0\t0\t0\n"));
@@ -86,7 +86,7 @@ TEST(ProcFiles, StatusOfAnotherForm) {
     EXPECT_FALSE(ParseStatus("Tgid:\t1\nUid:\n"));
 }
 
-TEST(ProcFiles, IdsAreDecimalDigitsWithoutZeroInFront) {
+TEST(ProcTexts, IdsAreDecimalDigitsWithoutZeroInFront) {
     EXPECT_EQ(1, ProcessIdOf("1"));
     EXPECT_EQ(4194303, ProcessIdOf("4194303"));
     for (char const* const text : {"", "0", "01", "+1", "-1", "1x", " 1", "self", "4194304", "99999999999"})
