@@ -103,7 +103,6 @@ UInt32 Saturated(std::uint64_t number) {
 UInt32 TicksOf(std::uint64_t clockTicks) {
     static auto const perSecond = static_cast<std::uint64_t>(sysconf(_SC_CLK_TCK));
     std::uint64_t const seconds = clockTicks / perSecond;
-    if (seconds > std::numeric_limits<UInt32>::max()) return Saturated(seconds);
     return Saturated(seconds * 60 + clockTicks % perSecond * 60 / perSecond);
 }
 
@@ -161,7 +160,6 @@ OSErr GetProcessInformation(ProcessSerialNumber const* psn, ProcessInfoRec* info
 OSErr GetProcessForPID(pid_t pid, ProcessSerialNumber* psn) {
     return Guarded<OSErr>(memFullErr, [&]() -> OSErr {
         if (psn == nullptr) return paramErr;
-        if (pid <= 0 || pid >> kProcessIdBits != 0) return procNotFound;
         ProcessFacts facts;
         if (int const error = ReadFacts(pid, facts); error != 0) return ErrorOf(error);
         *psn = SerialNumberOf(facts.process);
