@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "modules/AncestorsModule.h"
+#include "modules/ApplicationsModule.h"
 #include "modules/ArchieServersModule.h"
 #include "modules/ArrayValuesModule.h"
 #include "modules/ArraysModule.h"
@@ -33,6 +34,7 @@
 #include "modules/InternetServiceIterationModule.h"
 #include "modules/InternetServicesModule.h"
 #include "modules/PreferencesModule.h"
+#include "modules/ProcessesModule.h"
 #include "modules/PropertyListValuesModule.h"
 #include "modules/SpecialFoldersModule.h"
 #include "modules/SpecialItemsModule.h"
@@ -60,53 +62,53 @@ struct ModuleList<First, Others...> {
     [[no_unique_address]] ModuleList<Others...> others;
 };
 
-using LoadOrder = ModuleList<   //
-    Vacant<1>,                  // components
-    Vacant<2>,                  // component iteration
-    BundlesModule,              // 3
-    ArraysModule,               // 4
-    ArrayValuesModule,          // 5
-    DictionariesModule,         // 6
-    DictionaryEntriesModule,    // 7
-    DictionaryIterationModule,  // 8
-    PreferencesModule,          // 9
-    PropertyListValuesModule,   // 10
-    TimeAndDateModule,          // 11
-    Vacant<12>,                 // applications
-    EnableableFilesModule,      // 13
-    FileAttributesModule,       // 14
-    VolumeIterationModule,      // 15
-    VolumesModule,              // 16
-    Vacant<17>,                 // gestalt and hardware
+using LoadOrder = ModuleList<        //
+    Vacant<1>,                       // components
+    Vacant<2>,                       // component iteration
+    BundlesModule,                   // 3
+    ArraysModule,                    // 4
+    ArrayValuesModule,               // 5
+    DictionariesModule,              // 6
+    DictionaryEntriesModule,         // 7
+    DictionaryIterationModule,       // 8
+    PreferencesModule,               // 9
+    PropertyListValuesModule,        // 10
+    TimeAndDateModule,               // 11
+    ApplicationsModule,              // 12
+    EnableableFilesModule,           // 13
+    FileAttributesModule,            // 14
+    VolumeIterationModule,           // 15
+    VolumesModule,                   // 16
+    Vacant<17>,                      // gestalt and hardware
     ArchieServersModule,             // 18
     InternetServicesModule,          // 19
     InternetServiceIterationModule,  // 20
     InternetConfigModule,            // 21
     IPAddressCastsModule,            // 22
-    Vacant<23>,                 // SCSI buses
-    Vacant<24>,                 // SCSI bus iteration
-    Vacant<25>,                 // USB
-    CountryModule,              // 26
-    VersionsModule,             // 27
-    StageModule,                // 28
-    FilesModule,                // 29
-    FileSignaturesModule,       // 30
-    FileSystemObjectsModule,    // 31
-    FileTypesModule,            // 32
-    FoldersModule,              // 33
-    Vacant<34>,                 // gestalt selectors
+    Vacant<23>,                      // SCSI buses
+    Vacant<24>,                      // SCSI bus iteration
+    Vacant<25>,                      // USB
+    CountryModule,                   // 26
+    VersionsModule,                  // 27
+    StageModule,                     // 28
+    FilesModule,                     // 29
+    FileSignaturesModule,            // 30
+    FileSystemObjectsModule,         // 31
+    FileTypesModule,                 // 32
+    FoldersModule,                   // 33
+    Vacant<34>,                      // gestalt selectors
     IPAddressesModule,               // 35
-    Vacant<36>,                 // sound volume
-    SpecialFoldersModule,       // 37
-    SpecialItemsModule,         // 38
-    Vacant<39>,                 // stereo volume
-    FileLinesModule,            // 40
-    Vacant<41>,                 // processes
-    DomainsModule,              // 42
-    FileSectionsModule,         // 43
-    FileContentModule,          // 44
-    DescendantsModule,          // 45
-    AncestorsModule             // 46
+    Vacant<36>,                      // sound volume
+    SpecialFoldersModule,            // 37
+    SpecialItemsModule,              // 38
+    Vacant<39>,                      // stereo volume
+    FileLinesModule,                 // 40
+    ProcessesModule,                 // 41
+    DomainsModule,                   // 42
+    FileSectionsModule,              // 43
+    FileContentModule,               // 44
+    DescendantsModule,               // 45
+    AncestorsModule                  // 46
     >;
 static_assert(LoadOrder::kCount == 46);
 

@@ -3,6 +3,8 @@
 // Extensions, control panels, startup items and shutdown items: the files of two special folders of the
 // system domain, one for those that are on, one for those that are off.
 
+#include <cstdint>
+
 #include "Evaluator/Exceptions.h"
 #include "filesystem/Enumeration.h"
 #include "filesystem/File.h"
@@ -56,7 +58,7 @@ template <OSType enabledType, OSType disabledType>
 class NamedSpecialItemIterator {
   public:
     EnableableFile First(unsigned char const* name, unsigned long length) {
-        mayBeDisabled = true;
+        mayBeDisabled = 1;
         try {
             return {special_file<enabledType>(name, length), true};
         } catch (NoSuchObject const&) {
@@ -64,13 +66,13 @@ class NamedSpecialItemIterator {
         }
     }
     EnableableFile Next(unsigned char const* name, unsigned long length) {
-        if (!mayBeDisabled) throw NoSuchObject();
-        mayBeDisabled = false;
+        if (mayBeDisabled == 0) throw NoSuchObject();
+        mayBeDisabled = 0;
         return {special_file<disabledType>(name, length), false};
     }
 
   private:
-    bool mayBeDisabled = false;
+    std::uint32_t mayBeDisabled = 0;
 };
 
 /// Enabled items by name: extension, control panel, startup item, shutdown item.

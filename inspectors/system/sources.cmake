@@ -1,7 +1,9 @@
 # The system inspectors, relative to inspectors/. To be included where the library is defined: the properties of a
 # source file hold in that directory only.
 set(INSPECTORS_SYSTEM_SOURCES
+  system/Applications.cpp
   system/EnableableFiles.cpp
+  system/Processes.cpp
   system/SpecialFolders.cpp
   system/SpecialItems.cpp
   system/IPAddresses.cpp

@@ -15,6 +15,8 @@
 #include "plist/Preferences.h"
 #include "system/IPAddresses.h"
 #include "system/InternetConfig.h"
+#include "system/Processes.h"
+#include "system/SpecialItems.h"
 #include "system/TimeAndDate.h"
 #include "system/Volumes.h"
 
@@ -37,6 +39,12 @@ static_assert(offsetof(DateRecord, day) == 0 && offsetof(DateRecord, month) == 4
 
 static_assert(sizeof(datafork) == 4 && sizeof(resfork) == 4);
 static_assert(sizeof(VolumeIterator) == 2);
+static_assert(sizeof(Process) == 8 && sizeof(carbon_process) == 64 && sizeof(ProcessLoop) == 12);
+static_assert(sizeof(carbon_process_iterator) == 12 && sizeof(running_app_iterator) == 12);
+
+// Special folders, and the items in them.
+static_assert(sizeof(domain) == 2 && sizeof(EnableableFile) == sizeof(file) + 4);
+static_assert(sizeof(NamedSpecialItemIterator<kExtensions, kDisabledExtensions>) == 4);
 
 // Internet settings: rows of services, and where the iterations are.
 static_assert(sizeof(InternetConfig) == 1 && sizeof(ICService) == 12 && sizeof(ip_address) == 4);

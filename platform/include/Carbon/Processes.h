@@ -5,6 +5,9 @@
 // A process counts when its real user is that of this process and its executable file can be told, also when
 // that file is gone. So kernel threads, zombies, threads that are no processes of their own, and programs
 // whose secrets the kernel guards do not. Process ids are those of the namespace that /proc was mounted in.
+//
+// Calls answer, too, what the file system says where the machine lacks something: tmfoErr without a free
+// descriptor.
 
 #include <Carbon/Files.h>
 #include <sys/types.h>

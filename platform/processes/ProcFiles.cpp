@@ -1,0 +1,133 @@
+#include "processes/ProcFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+
+#include "files/Descriptor.h"
+#include "files/SlowPaths.h"
+#include "foundation/PathStyles.h"
+#include "machine/Environment.h"
+
+namespace Platform {
+
+namespace {
+
+constexpr std::string_view kDeleted = " (deleted)";
+
+// ---- Reading
+
+std::string FileOf(pid_t pid, std::string_view name) {
+    return MachinePath("proc/" + std::to_string(pid) + "/" + std::string(name));
+}
+
+// Why a file of a process cannot be read: because there is no such process for us, unless the machine lacks
+// something.
+int Reason(int error) {
+    bool const isWant = error == EMFILE || error == ENFILE || error == ENOMEM;
+    return isWant ? error : ESRCH;
+}
+
+// Reads the beginning of a small file. What is wanted of any comes within its first 4096 bytes: what may be
+// longer, such as the groups of a process, stands behind it.
+int ReadBeginning(std::string const& path, std::string& text) {
+    int const number = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (number < 0) return Reason(errno);
+    Descriptor const file(number);
+    text.resize(4096);
+    std::size_t length = 0;
+    while (length < text.size()) {
+        ssize_t const actual = read(number, text.data() + length, text.size() - length);
+        if (actual < 0 && errno == EINTR) continue;
+        if (actual < 0) return Reason(errno);
+        if (actual == 0) break;
+        length += static_cast<std::size_t>(actual);
+    }
+    text.resize(length);
+    return 0;
+}
+
+int ReadStatus(pid_t pid, ProcessStatus& status) {
+    std::string text;
+    if (int const error = ReadBeginning(FileOf(pid, "status"), text); error != 0) return error;
+    auto const parsed = ParseStatus(text);
+    if (!parsed) return ESRCH;
+    status = *parsed;
+    return 0;
+}
+
+int ReadLink(std::string const& path, std::string& target) {
+    std::array<char, PATH_MAX + 1> buffer;
+    ssize_t const length = readlink(path.c_str(), buffer.data(), buffer.size());
+    if (length < 0) return Reason(errno);
+    target.assign(buffer.data(), static_cast<std::size_t>(length));
+    return 0;
+}
+
+// ---- Executable files
+
+// Looks at an item as it is known to the kernel by now; false where it cannot be.
+bool Look(std::string const& path, struct statx& status) {
+    constexpr int flags = AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT;
+    return statx(AT_FDCWD, path.c_str(), flags, STATX_INO, &status) == 0;
+}
+
+bool LeadsTo(std::string const& path, struct statx const& file) {
+    struct statx found;
+    return Look(path, found) && found.stx_ino == file.stx_ino && found.stx_dev_major == file.stx_dev_major &&
+           found.stx_dev_minor == file.stx_dev_minor;
+}
+
+}  // namespace
+
+int ReadStat(pid_t pid, ProcessStat& stat) {
+    std::string text;
+    if (int const error = ReadBeginning(FileOf(pid, "stat"), text); error != 0) return error;
+    auto const parsed = ParseStat(text);
+    if (!parsed) return ESRCH;
+    stat = *parsed;
+    return 0;
+}
+
+// The start is read first and last: in between another process might have come to the id.
+int ReadFacts(pid_t pid, ProcessFacts& facts) {
+    ProcessStatus status;
+    if (int const error = ReadStatus(pid, status); error != 0) return error;
+    if (status.process != pid || status.user != getuid()) return ESRCH;
+    ProcessStat before, after;
+    if (int const error = ReadStat(pid, before); error != 0) return error;
+    std::string executable;
+    if (int const error = ReadLink(FileOf(pid, "exe"), executable); error != 0) return error;
+    if (int const error = ReadStat(pid, after); error != 0) return error;
+    if (before.start != after.start || after.HasEnded() || !executable.starts_with('/')) return ESRCH;
+    facts = {{pid, after.start}, after, std::move(executable)};
+    return 0;
+}
+
+bool IsProcess(pid_t pid) {
+    ProcessStatus status;
+    return ReadStatus(pid, status) == 0 && status.process == pid;
+}
+
+std::optional<pid_t> OwnProcessId() {
+    std::string target;
+    if (ReadLink(MachinePath("proc/self"), target) != 0) return std::nullopt;
+    return ProcessIdOf(LastComponent(target));
+}
+
+std::string PlaceOfExecutable(ProcessFacts const& facts) {
+    std::string const& path = facts.executable;
+    if (SlowMountBehind(path, LinkRule::Follow)) return path;
+    struct statx file;
+    bool const isKnown = Look(FileOf(facts.process.pid, "exe"), file);
+    if (isKnown && LeadsTo(path, file)) return path;
+    if (path.ends_with(kDeleted)) return path.substr(0, path.size() - kDeleted.size());
+    std::string const throughRoot = FileOf(facts.process.pid, "root" + path);
+    return isKnown && LeadsTo(throughRoot, file) ? throughRoot : path;
+}
+
+}  // namespace Platform
