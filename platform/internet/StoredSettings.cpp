@@ -61,9 +61,10 @@ UInt32 NumberAt(std::string_view bytes, std::size_t offset, std::size_t size) {
     return number;
 }
 
+// The number that a field of the type T has.
 template <class T>
-void ReadNumber(std::string_view bytes, std::size_t offset, T& number) {
-    number = static_cast<T>(NumberAt(bytes, offset, sizeof(T)));
+T FieldAt(std::string_view bytes, std::size_t offset) {
+    return static_cast<T>(NumberAt(bytes, offset, sizeof(T)));
 }
 
 // ---- Alias records
@@ -99,14 +100,14 @@ OSErr NativeFileSpec(std::string_view stored, std::string& value) {
     ICFileSpec spec{};
     if (stored.size() < sizeof spec) return icPrefDataErr;
     CopyPascal(stored, spec.volName);
-    ReadNumber(stored, sizeof spec.volName, spec.volCreationDate);
+    spec.volCreationDate = FieldAt<SInt32>(stored, sizeof spec.volName);
     std::string const path = PathInAlias(stored.substr(alias));
     if (!path.empty()) {
         spec.fss = MakeSpecOfPlace(path);
     } else {
         if (!PascalString(stored.substr(fss + name), sizeof(Str63) - 1)) return icPrefDataErr;
-        ReadNumber(stored, fss, spec.fss.vRefNum);
-        ReadNumber(stored, fss + 2, spec.fss.parID);
+        spec.fss.vRefNum = FieldAt<SInt16>(stored, fss);
+        spec.fss.parID = FieldAt<SInt32>(stored, fss + 2);
         CopyPascal(stored.substr(fss + name), spec.fss.name);
     }
     value = BytesOf(spec);
@@ -116,8 +117,8 @@ OSErr NativeFileSpec(std::string_view stored, std::string& value) {
 OSErr NativeFont(std::string_view stored, std::string& value) {
     ICFontRecord font{};
     if (stored.size() < sizeof font) return icPrefDataErr;
-    ReadNumber(stored, 0, font.size);
-    ReadNumber(stored, 2, font.face);
+    font.size = FieldAt<SInt16>(stored, 0);
+    font.face = FieldAt<UInt8>(stored, 2);
     CopyPascal(stored.substr(4), font.font);
     value = BytesOf(font);
     return noErr;
@@ -127,7 +128,7 @@ OSErr NativeApplication(std::string_view stored, std::string& value) {
     ICAppSpec application{};
     if (stored.size() < sizeof application || !PascalString(stored.substr(4), sizeof(Str63) - 1))
         return icPrefDataErr;
-    ReadNumber(stored, 0, application.fCreator);
+    application.fCreator = FieldAt<OSType>(stored, 0);
     CopyPascal(stored.substr(4), application.name);
     value = BytesOf(application);
     return noErr;

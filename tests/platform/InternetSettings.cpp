@@ -271,7 +271,7 @@ TEST_F(InternetSettings, OfHelpersMayBeStored) {
     std::string const value = Get("helper\xA5MAILTO");
     ASSERT_EQ(sizeof spec, value.size()) << value;
     std::memcpy(&spec, value.data(), sizeof spec);
-    EXPECT_EQ(0x4D41494Cu, spec.fCreator);
+    EXPECT_EQ(0x4D41494Cu, +spec.fCreator);
     EXPECT_EQ(0, std::memcmp("\6Mailer", spec.name, 8));
 }
 

@@ -94,7 +94,7 @@ TEST(StoredSettings, OfFontsAreInTheMachinesOrder) {
 TEST(StoredSettings, OfApplicationsAreInTheMachinesOrder) {
     std::string const stored = "MAIL" + Padded("\6Mailer", 64);
     auto const application = NativeRecord<ICAppSpec>(SettingLayout::Application, stored);
-    EXPECT_EQ(0x4D41494Cu, application.fCreator);
+    EXPECT_EQ(0x4D41494Cu, +application.fCreator);
     EXPECT_EQ(0, std::memcmp("\6Mailer", application.name, 8));
     EXPECT_EQ(kTooShort, Native(SettingLayout::Application, stored.substr(0, 67)));
     EXPECT_EQ(kTooShort, Native(SettingLayout::Application, "MAIL\x40"s + std::string(63, 'a')));
@@ -104,12 +104,12 @@ TEST(StoredSettings, OfApplicationsAreInTheMachinesOrder) {
 TEST(StoredSettings, OfFilesAreInTheMachinesOrder) {
     auto const file = NativeRecord<ICFileSpec>(SettingLayout::FileSpec, StoredFile());
     EXPECT_EQ(0, std::memcmp("\4Disk", file.volName, 6));
-    EXPECT_EQ(0x01020304, file.volCreationDate);
-    EXPECT_EQ(-100, file.fss.vRefNum);
-    EXPECT_EQ(0x10203, file.fss.parID);
+    EXPECT_EQ(0x01020304, +file.volCreationDate);
+    EXPECT_EQ(-100, +file.fss.vRefNum);
+    EXPECT_EQ(0x10203, +file.fss.parID);
     EXPECT_EQ(0, std::memcmp("\4Name", file.fss.name, 6));
-    EXPECT_EQ(0u, file.aliasType);
-    EXPECT_EQ(0u, file.aliasSize);
+    EXPECT_EQ(0u, +file.aliasType);
+    EXPECT_EQ(0, +file.aliasSize);
     EXPECT_EQ(kTooShort, Native(SettingLayout::FileSpec, StoredFile().substr(0, 111)));
     std::string tooLong = StoredFile();
     tooLong[42] = '\x40';
@@ -121,9 +121,9 @@ TEST(StoredSettings, OfFilesWithAliasesLeadToTheirPaths) {
     FSRef reference;
     ASSERT_EQ(noErr, FSpMakeFSRef(&file.fss, &reference));
     EXPECT_EQ(0, std::memcmp("\3lib", file.fss.name, 5));
-    EXPECT_EQ(0u, file.aliasSize);
+    EXPECT_EQ(0, +file.aliasSize);
     auto const other = NativeRecord<ICFileSpec>(SettingLayout::FileSpec, StoredFile(AliasRecord("")));
-    EXPECT_EQ(0x10203, other.fss.parID);
+    EXPECT_EQ(0x10203, +other.fss.parID);
 }
 
 TEST(StoredSettings, OfFilesElsewhereAreNoPlacesOfThisProcess) {
