@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <set>
 #include <string_view>
+#include <tuple>
 
 #include "files/FileCache.h"
 #include "files/FileState.h"
@@ -58,7 +59,6 @@ OSErr ListFolder(std::string const& path, Names& names) {
         SystemPath const place{Path(path)};
         if (place.Error() != 0) return noErr;
         ForEachEntry(place.Get(), [&seen](FolderEntry const& entry) { seen.Note(entry); });
-        std::sort(seen.folders.begin(), seen.folders.end());
         return noErr;
     });
 }
@@ -74,8 +74,9 @@ class Listing {
     OSErr Add(std::string const& folder) { return Add(folder, {}, 0); }
     // In the order of the ids.
     std::vector<Found> const& Files() {
-        std::stable_sort(files.begin(), files.end(),
-                         [](Found const& left, Found const& right) { return left.id < right.id; });
+        std::sort(files.begin(), files.end(), [](Found const& left, Found const& right) {
+            return std::tie(left.id, left.path) < std::tie(right.id, right.path);
+        });
         return files;
     }
 

@@ -128,7 +128,8 @@ TEST_F(Applications, BundlesOfHigherVersionsComeBeforeAll) {
 }
 
 TEST_F(Applications, BundlesOfOneFolderByTheirNames) {
-    for (char const* const name : {"u/C.app", "u/A.app", "u/B.app"}) AddBundle(name, "abcd");
+    for (int i = 0; i < 26; ++i)
+        AddBundle(std::string("u/") + char('A' + (i * 7 + 11) % 26) + ".app", "abcd");
     EXPECT_EQ("u/A.app", Of("abcd"));
 }
 
@@ -162,11 +163,11 @@ TEST_F(Applications, EntriesOfTheUserComeFirst) {
 }
 
 TEST_F(Applications, EntriesOfOneFolderByTheirIds) {
-    std::string const path = AddProgram("bin/other");
-    AddEntry(own, "c.desktop", "X-Creator-Code=abcd\n");
+    AddProgram("bin/other");
+    AddEntry(own, "b-z.desktop", "X-Creator-Code=abcd\n");
     Write(std::string(own) + "/applications/b/a.desktop",
           "[Desktop Entry]\nType=Application\nExec=other\nX-Creator-Code=abcd\n");
-    EXPECT_EQ("bin/other", Of("abcd"));
+    EXPECT_EQ("bin/other", Of("abcd")) << "by b-a.desktop, not by the path";
 }
 
 TEST_F(Applications, EntriesHideThoseWithTheirIds) {
@@ -212,7 +213,9 @@ TEST_F(Applications, ProgramsByThePath) {
 
 TEST_F(Applications, FoldersOfEntriesThatLeadBackEnd) {
     AddEntry(own, "a/b/c.desktop", "X-Creator-Code=abcd\n");
-    here.Link(std::string(own) + "/applications/a/loop", here.Path(own) + "/applications");
+    for (int i = 0; i < 12; ++i)  // more ways than could be gone to the depth of eight
+        here.Link(std::string(own) + "/applications/a/loop" + std::to_string(i),
+                  here.Path(own) + "/applications");
     here.Link(std::string(own) + "/applications/a/b/itself", here.Path(own) + "/applications/a/b/itself");
     EXPECT_EQ("bin/prog", Of("abcd"));
     EXPECT_EQ(none, Of("efgh"));
