@@ -25,6 +25,7 @@ def examples(document):
         for line in lines.read().splitlines():
             if line.startswith("```"):
                 inside = not inside
+                found.append((None, []))
             elif inside and line.startswith("$ ./run "):
                 found.append((line[len("$ ./run "):], []))
             elif inside and found and line.startswith("$ "):
