@@ -10,6 +10,7 @@
 #include <limits>
 #include <optional>
 
+#include "files/CheckIn.h"
 #include "files/Errors.h"
 #include "files/FileSpecs.h"
 #include "foundation/Object.h"
@@ -71,6 +72,7 @@ OSErr GetNext(ProcessIdentity const& last, ProcessSerialNumber& psn) {
     for (;;) {
         if (int const error = walk.Next(*pid, pid); error != 0) return ErrorOf(error);
         if (!pid) return procNotFound;
+        if (!MayGoOn(0)) return userCanceledErr;  // there may be many that are not this user's
         int const error = ReadFacts(*pid, lastOfWalk);
         if (error == 0) break;
         if (error != ESRCH) return ErrorOf(error);

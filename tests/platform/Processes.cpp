@@ -508,3 +508,11 @@ TEST(Processes, ThatEndBeforeTheyAreAskedAboutAreDescribedAsTheyWere) {
     GetNextProcess(&psn);
     EXPECT_EQ(procNotFound, Describe(own).error) << "the walk has gone on";
 }
+
+TEST(Processes, AreGoneThroughWhileTheHostWantsThemToBe) {
+    ProcessSerialNumber psn = kNobody;
+    PlatformSetCheckIn([](UInt32) -> Boolean { return false; });
+    EXPECT_EQ(userCanceledErr, GetNextProcess(&psn));
+    PlatformSetCheckIn(nullptr);
+    EXPECT_EQ(noErr, GetNextProcess(&psn));
+}

@@ -46,7 +46,7 @@ enum { kNoProcess = 0, kSystemProcess = 1, kCurrentProcess = 2 };
 
 /// Goes from one process to the next, in the order of the process ids; from 0, 0 to the first. The process
 /// left behind need not run any more. procNotFound at the end, and the number is 0, 0 then; paramErr for a
-/// number that no process can have.
+/// number that no process can have; userCanceledErr when the host's check-in function says stop.
 PLATFORM_API OSErr GetNextProcess(ProcessSerialNumber* psn);
 /// Fills the record. A process that ended since GetNextProcess gave it last on this thread is described as it
 /// was then. procNotFound when there is no such process; paramErr when the record's length is another one.
