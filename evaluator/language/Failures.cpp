@@ -120,11 +120,13 @@ std::string FolderOf(FileIOError const& error) {
 struct FileFailure {
     long code = 0;
     std::string file;
+    std::string item;  // the same where it may be a folder
 };
 FileFailure LastFileFailure() {
     char path[PATH_MAX + 1];
     long const code = PlatformFileFailure(path, sizeof path);
-    return {code, path[0] != 0 ? fmt::format("the file \"{}\"", Printable(path)) : "the file"};
+    std::string const name = path[0] != 0 ? fmt::format(" \"{}\"", Printable(path)) : "";
+    return {code, "the file" + name, "the item" + name};
 }
 
 bool IsForbidden(FileFailure const& failure) {
@@ -259,8 +261,10 @@ std::string Missing(FileFailure const& failure) {
 
 // "May not be read" and "is not there" are different things to whoever asked.
 std::string WhyNoItem(std::int32_t status) {
-    if (status == 0 || status == fileNotFound || status == directoryNotFound) return "the item is not there";
-    return fmt::format("the item cannot be looked up: {}", PlatformError(status));
+    FileFailure const failure = LastFileFailure();
+    std::string const item = status != 0 && failure.code == status ? failure.item : "the item";
+    if (status == 0 || status == fileNotFound || status == directoryNotFound) return item + " is not there";
+    return fmt::format("{} cannot be looked up: {}", item, PlatformError(status));
 }
 
 }  // namespace

@@ -2,14 +2,10 @@
 
 #include <Carbon/InternetConfig.h>
 #include <Carbon/MacErrors.h>
-#include <pwd.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <memory>
-#include <vector>
 
 #include "applications/Handlers.h"
 #include "files/FileSpecs.h"
@@ -109,14 +105,8 @@ OSErr GetEmail(std::string& value) {
 
 // What the user database says before the first comma.
 OSErr GetRealName(std::string& value) {
-    constexpr std::size_t most = 65536;
-    std::vector<char> buffer(1024);
-    passwd user, *found = nullptr;
-    while (getpwuid_r(getuid(), &user, buffer.data(), buffer.size(), &found) == ERANGE &&
-           buffer.size() < most)
-        buffer.resize(2 * buffer.size());
-    std::string_view const text = found != nullptr && found->pw_gecos != nullptr ? found->pw_gecos : "";
-    return MakeText(Trimmed(text.substr(0, text.find(','))), value);
+    std::string const gecos = CurrentUser().gecos;
+    return MakeText(Trimmed(std::string_view(gecos).substr(0, gecos.find(','))), value);
 }
 
 OSErr GetSignature(std::string& value) {

@@ -11,29 +11,26 @@
 
 namespace Platform {
 
-namespace {
+std::string Variable(char const* name) {
+    char const* const value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
 
-// The home of the user as the user database has it; empty when there is no such user.
-std::string HomeOfUser() {
+UserEntry CurrentUser() {
     constexpr std::size_t most = 65536;
     std::vector<char> buffer(1024);
     passwd user, *found = nullptr;
     while (getpwuid_r(getuid(), &user, buffer.data(), buffer.size(), &found) == ERANGE &&
            buffer.size() < most)
         buffer.resize(2 * buffer.size());
-    return found != nullptr ? found->pw_dir : "";
-}
-
-}  // namespace
-
-std::string Variable(char const* name) {
-    char const* const value = std::getenv(name);
-    return value != nullptr ? value : "";
+    if (found == nullptr) return {};
+    auto const text = [](char const* field) { return field != nullptr ? field : ""; };
+    return {text(found->pw_dir), text(found->pw_gecos)};
 }
 
 std::string HomeFolder() {
     std::string const home = Variable("HOME");
-    return home.starts_with('/') ? home : HomeOfUser();
+    return home.starts_with('/') ? home : CurrentUser().home;
 }
 
 std::string UserFolder(char const* variable, std::string_view belowHome) {

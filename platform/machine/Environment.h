@@ -10,6 +10,12 @@ namespace Platform {
 
 /// The value of a variable; empty where there is none.
 std::string Variable(char const* name);
+/// What the user database says of the real user; empty texts when it knows none.
+struct UserEntry {
+    std::string home;
+    std::string gecos;  // the name, and what stands behind commas
+};
+UserEntry CurrentUser();
 /// The home of the user: HOME, or what the user database has where that is no absolute path. Empty when there
 /// is none.
 std::string HomeFolder();
