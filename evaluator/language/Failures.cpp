@@ -299,6 +299,7 @@ std::string UnusableFile() {
 }
 
 std::optional<Problem> SilenceBehind(Entry const& entry, Range where) {
+    if (!MistakesInSettings().empty()) return Failed(entry, where, PlatformError(badFolderTable));
     if (!PlatformHasUnnotedMount() || UnresponsiveMount(volumeOffline).empty()) return std::nullopt;
     return Failed(entry, where, PlatformError(volumeOffline));
 }

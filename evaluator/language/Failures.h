@@ -21,8 +21,8 @@ std::optional<std::string> MissingItem();
 std::string UnresponsiveMount(std::int32_t code);
 
 /// The problem to report when an inspector answered that something is not there, but the platform had given
-/// up on a file system that does not answer: nobody knows whether it is there. Else nothing, and so where an
-/// item tells of that itself.
+/// up on a file system that does not answer, or could not use an administrator's settings: nobody knows
+/// whether it is there. Else nothing, and so where an item tells of that itself.
 std::optional<Problem> SilenceBehind(Entry const& entry, Range where);
 
 /// A file that is there, but that the platform could not use since something was absent last: because it may

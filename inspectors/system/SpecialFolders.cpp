@@ -36,13 +36,12 @@ void SpecialFolderDomainCacheEntry::LookupFolder(FileLocation const& location) {
 
 folder SpecialFolder(OSType type, SInt16 domainCode) {
     if (auto const* const known = FindEntry(type, domainCode)) return known->found;
-    SpecialFolderDomainCacheEntry& entry = cache[next];
+    SpecialFolderDomainCacheEntry entry{{}, domainCode, type};
     Inspectors::OrNoSuchObject<MacintoshPlatform::CannotCreateSpecialFolder, FileNotFoundError>([&] {
         entry.LookupFolder(MacintoshPlatform::MakeFileLocation(type, domainCode, false));
         return true;
     });
-    entry.domainCode = domainCode;
-    entry.type = type;
+    cache[next] = entry;
     next = (next + 1) % cache.size();
     used = std::min(used + 1, cache.size());
     return entry.found;

@@ -49,6 +49,11 @@ std::string_view Extension(std::string_view name) {
     return isShort ? name.substr(dot) : std::string_view();
 }
 
+// Whether an FSSpec can have the name itself, which is `bytes` in Mac Roman.
+bool IsSpecName(std::string_view name, std::string_view bytes) {
+    return bytes.size() <= kLongestSpecName && FileNameOfMacRoman(bytes) == name;
+}
+
 // The entry of a folder that a mangled name was made of.
 std::optional<std::string> UnmangledName(Path const& folder, std::string_view mangled) {
     std::optional<std::string> found;
@@ -156,7 +161,7 @@ void CopyName(std::string_view name, Str63& to) {
 std::string SpecName(std::string_view name, UInt32 inode) {
     std::u16string const text = TextOfFileName(name);
     std::string const bytes = MacRomanOf(text, '?');
-    if (bytes.size() <= kLongestSpecName && FileNameOfMacRoman(bytes) == name) return bytes;
+    if (IsSpecName(name, bytes)) return bytes;
     std::string_view const extension = Extension(bytes);
     char number[16];
     auto const digits = static_cast<std::size_t>(std::snprintf(number, sizeof number, "#%X", inode));
@@ -188,8 +193,11 @@ OSErr MakeSpec(FoundItem const& found, FSSpec& spec) {
 FSSpec MakeSpecOfPlace(std::string_view path) {
     FSSpec spec;
     FoundItem found;
-    bool const mayWait = SlowMountBehind(path, LinkRule::Follow).has_value();
-    if (!mayWait && FindItemOfText(path, LinkRule::Follow, found) == noErr && MakeSpec(found, spec) == noErr)
+    std::string_view const name = LastComponent(path);
+    // A mangled name may be that of several links to one file.
+    bool const isPlain =
+        IsSpecName(name, MacRomanOf(TextOfFileName(name), '?')) && !SlowMountBehind(path, LinkRule::Follow);
+    if (isPlain && FindItemOfText(path, LinkRule::Follow, found) == noErr && MakeSpec(found, spec) == noErr)
         return spec;
     static std::atomic<SInt32> number = 16;  // the first ones are those of roots
     spec = FSSpec{kPlaces, number++, {}};

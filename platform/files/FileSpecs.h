@@ -20,8 +20,8 @@ std::string SpecName(std::string_view name, UInt32 inode);
 OSErr MakeSpec(FoundItem const& found, FSSpec& spec);
 
 /// The FSSpec of a place, whether or not there is an item: that of the item where there is one, unless it may
-/// have to be waited for; else one on no volume, which stands for the path as long as it is among the last
-/// 1024 that were remembered. Requires: an absolute path.
+/// have to be waited for, or its name is none that an FSSpec has; else one on no volume, which stands for the
+/// path as long as it is among the last 1024 that were remembered. Requires: an absolute path.
 FSSpec MakeSpecOfPlace(std::string_view path);
 
 }  // namespace Platform

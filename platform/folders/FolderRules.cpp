@@ -78,12 +78,11 @@ bool IsWrittenWell(std::string_view path) {
 
 std::string Quoted(std::string_view text) { return std::string("\"").append(text).append("\""); }
 
-// Where a disabled item lies: beside the folder of the enabled ones.
+}  // namespace
+
 std::string DisabledPartner(std::string const& folder) {
     return std::string(WithoutEndSeparators(folder)) + " (Disabled)";
 }
-
-}  // namespace
 
 std::optional<std::string> PathWithVariables(std::string_view text, VariableValue const& value) {
     std::string path;
@@ -103,13 +102,15 @@ class FolderRulesReader {
 
     void Read(std::string_view text) {
         if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-        while (!text.empty()) {
+        while (!text.empty() && mistakes.size() < kMostMistakes) {
             ++number;
             ReadLine(Trimmed(TakeLine(text)));
         }
     }
 
   private:
+    static constexpr std::size_t kMostMistakes = 10;
+
     enum class Section : UInt8 { None, Type, Variables, Wrong };
 
     FolderRules& rules;
@@ -155,7 +156,28 @@ class FolderRulesReader {
         if (name.empty() || name.find_first_not_of(kNameCharacters) != name.npos)
             return Refuse(Quoted(name) + " is no name of a variable");
         if (!IsWrittenWell(value)) return Refuse(NoPath(value));
-        rules.variables[std::string(name)] = value;
+        rules.variables[std::string(name)] = WithVariablesAbove(value);
+    }
+
+    // The variables that this table has set so far are replaced; others are left for whoever asks.
+    std::string WithVariablesAbove(std::string_view text) const {
+        std::string result;
+        ReplaceVariables(text, result, [&](std::string_view name) {
+            auto const known = rules.variables.find(name);
+            return known != rules.variables.end() ? known->second
+                                                  : std::string("${").append(name).append("}");
+        });
+        return result;
+    }
+
+    void ReadPair(std::string_view value, FolderRules::Type& rule) {
+        auto const pair = TypeNamed(value);
+        if (!pair || !rules.types.contains(*pair))
+            return Refuse("there is no type of folder " + Quoted(value));
+        for (std::optional<OSType> next = pair; next; next = rules.types[*next].pair) {
+            if (*next == type) return Refuse(Quoted(value) + " is a pair of this type itself");
+        }
+        rule.pair = pair;
     }
 
     void ReadRule(std::string_view key, std::string_view value) {
@@ -165,15 +187,21 @@ class FolderRulesReader {
             if (!domain) return Refuse(NoDomain(value));
             rule.usual = *domain;
         } else if (key == "pair") {
-            rule.pair = TypeNamed(value);
-            if (!rule.pair) Refuse("there is no type of folder " + Quoted(value));
+            ReadPair(value, rule);
         } else if (key == "every") {
-            if (!HasTold(key)) rule.lines = {};
+            if (!HasTold(key)) ForgetFormerLines(rule);
             Add(key, value, rule.everyDomain);
         } else if (auto const domain = DomainNamed(key)) {
             Add(key, value, rule.lines[static_cast<std::size_t>(*domain)]);
         } else {
             Refuse(NoDomain(key));
+        }
+    }
+
+    // Those of domains that this text has not told of.
+    void ForgetFormerLines(FolderRules::Type& rule) const {
+        for (std::size_t i = 0; i < kDomains; ++i) {
+            if (!HasTold(kDomainNames[i])) rule.lines[i].reset();
         }
     }
 
@@ -202,26 +230,31 @@ FolderRules::Type const* FolderRules::Find(OSType type) const {
     return found == types.end() ? nullptr : &found->second;
 }
 
-std::vector<std::string> FolderRules::PathsOf(OSType type, Domain domain, VariableValue const& value) const {
+FolderRules::Lines const* FolderRules::LinesOf(OSType type, Domain domain) const {
     Type const* const rule = Find(type);
-    if (rule == nullptr) return {};
+    if (rule == nullptr) return nullptr;
     Lines const& own = rule->lines[static_cast<std::size_t>(domain)];
-    Lines const& lines = own ? own : rule->everyDomain;
+    return own ? &own : &rule->everyDomain;
+}
+
+std::vector<std::string> FolderRules::PathsOf(OSType type, Domain domain, VariableValue const& value) const {
+    Lines const* const lines = LinesOf(type, domain);
+    if (lines == nullptr || !*lines) return {};
+    auto const anyValue = [&](std::string_view name) {
+        auto const known = variables.find(name);
+        if (known == variables.end()) return value(name);
+        return PathWithVariables(known->second, value).value_or(std::string());
+    };
     std::vector<std::string> paths;
-    if (lines) {
-        auto const anyValue = [&](std::string_view name) {
-            auto const known = variables.find(name);
-            if (known == variables.end()) return value(name);
-            return PathWithVariables(known->second, value).value_or(std::string());
-        };
-        for (std::string const& line : *lines) {
-            if (auto path = PathWithVariables(line, anyValue)) paths.push_back(std::move(*path));
-        }
-    } else if (rule->pair && *rule->pair != type && !(Find(*rule->pair) && Find(*rule->pair)->pair)) {
-        for (std::string const& path : PathsOf(*rule->pair, domain, value))
-            paths.push_back(DisabledPartner(path));
+    for (std::string const& line : **lines) {
+        if (auto path = PathWithVariables(line, anyValue)) paths.push_back(std::move(*path));
     }
     return paths;
+}
+
+std::optional<OSType> FolderRules::PairOf(OSType type, Domain domain) const {
+    Lines const* const lines = LinesOf(type, domain);
+    return lines != nullptr && !*lines ? Find(type)->pair : std::nullopt;
 }
 
 Domain FolderRules::UsualDomainOf(OSType type) const {

@@ -25,12 +25,16 @@ using VariableValue = std::function<std::string(std::string_view name)>;
 class FolderRules {
   public:
     /// Reads a text: what it says of a type and a domain takes the place of what was known. Adds what is
-    /// wrong with it to `mistakes`, each with its line. Types that are not known yet are a mistake unless
-    /// `mayAddTypes`.
+    /// wrong with it to `mistakes`, each with its line; at ten it stops. Types that are not known yet are a
+    /// mistake unless `mayAddTypes`.
     void Read(std::string_view text, bool mayAddTypes, std::vector<std::string>& mistakes);
 
-    /// The paths of a type in a domain, in their order; `value` gives the variables that the text does not.
+    /// The paths that lines tell for a type in a domain, in their order; `value` gives the variables that the
+    /// text does not.
     std::vector<std::string> PathsOf(OSType type, Domain domain, VariableValue const& value) const;
+    /// The type beside whose folders those of a type lie in a domain: see DisabledPartner. Empty where lines
+    /// tell of the domain, or nothing tells.
+    std::optional<OSType> PairOf(OSType type, Domain domain) const;
     /// The domain that is usual for a type.
     Domain UsualDomainOf(OSType type) const;
 
@@ -46,10 +50,14 @@ class FolderRules {
     };
 
     Type const* Find(OSType type) const;
+    Lines const* LinesOf(OSType type, Domain domain) const;
 
     std::map<OSType, Type> types;
     std::map<std::string, std::string, std::less<>> variables;
 };
+
+/// Where the disabled items of a folder lie: beside it.
+std::string DisabledPartner(std::string const& folder);
 
 /// The text with its variables replaced, and "~/" at its beginning by the home, which is the variable HOME.
 /// Empty where one of them has no value, and where the result is no absolute path.

@@ -3,6 +3,7 @@
 #include "folders/SpecialFolders.h"
 
 #include <Carbon/MacErrors.h>
+#include <Platform/Items.h>
 
 #include <algorithm>
 #include <array>
@@ -91,11 +92,10 @@ struct Table {
 };
 
 std::string Joined(std::vector<std::string> const& mistakes) {
-    constexpr std::size_t most = 10;
+    constexpr std::size_t most = 10;  // at which the reading stops
     std::string text;
-    for (std::size_t i = 0; i < std::min(mistakes.size(), most); ++i)
-        text.append(i == 0 ? "" : "; ").append(mistakes[i]);
-    if (mistakes.size() > most) text += "; and " + std::to_string(mistakes.size() - most) + " more";
+    for (std::size_t i = 0; i < mistakes.size(); ++i) text.append(i == 0 ? "" : "; ").append(mistakes[i]);
+    if (mistakes.size() == most) text += "; and perhaps more";
     return text;
 }
 
@@ -115,6 +115,13 @@ OSErr ReadAdministratorsTable(Path const& file, std::shared_ptr<Table const>& ta
     return error;
 }
 
+// Why the administrator's file cannot be read, as it was noted.
+std::string WhyUnreadable(OSErr error) {
+    if (error == permErr || error == afpAccessDenied) return "it may not be read";
+    if (error == fileBoundsErr) return "it is too large";
+    return error == notAFileErr ? "it is no file" : "it cannot be read";
+}
+
 // The table of the built-in text alone, or with that of the administrator's file where there is one.
 OSErr GetTable(std::shared_ptr<Table const>& table) {
     static auto& builtIn = *new std::shared_ptr<Table const>(ReadTable({}));
@@ -126,9 +133,12 @@ OSErr GetTable(std::shared_ptr<Table const>& table) {
         table = builtIn;
         return noErr;
     }
-    if (error == noErr) error = GetThrough(cache, path, table, ReadAdministratorsTable);
+    if (error == noErr) {
+        error = GetThrough(cache, path, table, ReadAdministratorsTable);
+        if (error == noErr && !table) error = PlatformFileFailure(nullptr, 0);
+    }
     if (WasGivenUp(error)) return error;
-    std::string const mistakes = table ? table->mistakes : "it cannot be read";
+    std::string const mistakes = table ? table->mistakes : WhyUnreadable(error);
     if (mistakes.empty()) return noErr;
     NoteSettingsFailure(path, mistakes);
     return badFolderDescErr;
@@ -170,6 +180,29 @@ OSErr FindFolderAt(std::string const& path, FoundItem& found) {
     return WasGivenUp(error) ? error : OSErr{fnfErr};
 }
 
+OSErr GetPaths(FolderRules const& rules, OSType type, Domain domain, std::vector<std::string>& paths);
+
+// The folders beside those of another type: beside the one that is there, or beside each where none is.
+OSErr GetPathsBeside(FolderRules const& rules, OSType pair, Domain domain, std::vector<std::string>& paths) {
+    if (OSErr const error = GetPaths(rules, pair, domain, paths); error != noErr) return error;
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        FoundItem found;
+        OSErr const error = FindFolderAt(paths[i], found);
+        if (WasGivenUp(error)) return error;
+        if (error == noErr) paths = {std::string(paths[i])};
+    }
+    std::transform(paths.begin(), paths.end(), paths.begin(), DisabledPartner);
+    return noErr;
+}
+
+OSErr GetPaths(FolderRules const& rules, OSType type, Domain domain, std::vector<std::string>& paths) {
+    if (auto const pair = rules.PairOf(type, domain)) return GetPathsBeside(rules, *pair, domain, paths);
+    OSErr error = noErr;
+    Variables const variables(error);
+    paths = rules.PathsOf(type, domain, [&](std::string_view name) { return variables.ValueOf(name); });
+    return error;
+}
+
 OSErr FindSpecialFolder(SInt16 domain, OSType type, FoundItem& found) {
     if (!IsDomain(domain) && !IsMounted(domain)) return nsvErr;
     std::vector<std::string> paths;
@@ -188,11 +221,7 @@ OSErr FindSpecialFolder(SInt16 domain, OSType type, FoundItem& found) {
 OSErr GetSpecialFolderPaths(OSType type, SInt16 domain, std::vector<std::string>& paths) {
     std::shared_ptr<Table const> table;
     if (OSErr const error = GetTable(table); error != noErr) return error;
-    OSErr error = noErr;
-    Variables const variables(error);
-    paths = table->rules.PathsOf(type, DomainOf(domain, type, table->rules),
-                                 [&](std::string_view name) { return variables.ValueOf(name); });
-    return error;
+    return GetPaths(table->rules, type, DomainOf(domain, type, table->rules), paths);
 }
 
 }  // namespace Platform

@@ -121,11 +121,12 @@ std::optional<pid_t> OwnProcessId() {
 
 std::string PlaceOfExecutable(ProcessFacts const& facts) {
     std::string const& path = facts.executable;
-    if (SlowMountBehind(path, LinkRule::Follow)) return path;
+    std::string const former = path.substr(0, path.size() - (path.ends_with(kDeleted) ? kDeleted.size() : 0));
+    if (SlowMountBehind(former, LinkRule::Follow)) return former;  // and whether it was deleted is not asked
     struct statx file;
     bool const isKnown = Look(FileOf(facts.process.pid, "exe"), file);
     if (isKnown && LeadsTo(path, file)) return path;
-    if (path.ends_with(kDeleted)) return path.substr(0, path.size() - kDeleted.size());
+    if (former != path) return former;
     std::string const throughRoot = FileOf(facts.process.pid, "root" + path);
     return isKnown && LeadsTo(throughRoot, file) ? throughRoot : path;
 }

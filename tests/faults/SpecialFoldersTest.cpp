@@ -34,11 +34,18 @@ TEST_F(SpecialFolderTables, WithMistakesAreToldOfWithTheirLines) {
     EXPECT_EQ(1, RunZelq({"exists fonts folder"}).status);
 }
 
+TEST_F(SpecialFolderTables, WithMistakesAreToldOfWhereApplicationsAreLookedFor) {
+    std::string const file = Administrate("[font]\nuser = fonts\n");
+    for (std::string const query : {"primary application \"EDIT\"", "exists primary application \"EDIT\""})
+        ExpectFailure("primary application",
+                      "the file \"" + file + "\" cannot be used: line 2: ", RunZelq({query}));
+}
+
 TEST_F(SpecialFolderTables, ThatMayNotBeReadAreToldOf) {
     std::string const file = Administrate("");
     chmod(file.c_str(), 0);
     Ran const ran = RunUnprivileged("temporary items folder");
-    ExpectFailure("temporary items folder", "the file \"" + file + "\" cannot be used: it cannot be read",
+    ExpectFailure("temporary items folder", "the file \"" + file + "\" cannot be used: it may not be read",
                   ran);
 }
 

@@ -18,5 +18,7 @@ TEST(ProcessesOnMounts, AreDescribedWithoutAskingTheServer) {
         EXPECT_EQ(noErr, description.error);
         EXPECT_EQ(folder.Path("dead/program"), description.place);
         EXPECT_EQ("program", description.name);
+        processes.Add(6, {.executable = folder.Path("dead/program (deleted)")});
+        EXPECT_EQ(folder.Path("dead/program"), Describe(NumberOf(6)).place);
     });
 }

@@ -76,18 +76,23 @@ TEST(FolderRules, MeanTheSystemDomainWhereNothingIsSaid) {
               Rules("[font]\nusual = user", "[font]\nusual = local").rules.UsualDomainOf(kFont));
 }
 
-TEST(FolderRules, PutDisabledItemsBesideTheEnabledOnes) {
-    Rules const rules("[strt]\nsystem = /s/on/\nsystem = $A/on\nuser = /u/on", "[strD]\nuser = /elsewhere");
-    EXPECT_THAT(rules.Of(kDisabled, Domain::System), ElementsAre("/s/on (Disabled)", "/a/on (Disabled)"));
-    EXPECT_THAT(rules.Of(kDisabled, Domain::User), ElementsAre("/elsewhere"));
-    EXPECT_THAT(rules.Of(kDisabled, Domain::Local), IsEmpty());
+TEST(FolderRules, PairTypesInDomainsWithoutLines) {
+    Rules const rules("[strt]\nsystem = /s/on", "[strD]\nuser = /elsewhere\nlocal =");
+    EXPECT_EQ(kStartup, rules.rules.PairOf(kDisabled, Domain::System));
+    EXPECT_EQ(kStartup, rules.rules.PairOf(kDisabled, Domain::Network));
+    EXPECT_EQ(std::nullopt, rules.rules.PairOf(kDisabled, Domain::User));
+    EXPECT_EQ(std::nullopt, rules.rules.PairOf(kDisabled, Domain::Local));
+    EXPECT_EQ(std::nullopt, rules.rules.PairOf(kStartup, Domain::Network));
+    EXPECT_EQ(std::nullopt, rules.rules.PairOf(0x3F3F3F3F, Domain::System));
+    EXPECT_EQ("/s/on (Disabled)", DisabledPartner("/s/on/"));
 }
 
-TEST(FolderRules, DoNotGoRoundInPairs) {
-    Rules const rules("", "[strt]\npair = strD\n[font]\npair = font");
-    EXPECT_THAT(rules.mistakes, IsEmpty());
-    EXPECT_THAT(rules.Of(kStartup, Domain::System), IsEmpty());
-    EXPECT_THAT(rules.Fonts(), IsEmpty());
+TEST(FolderRules, DoNotPairInACircle) {
+    EXPECT_THAT(MistakesIn("[strt]\npair = strD"),
+                ElementsAre("line 2: \"strD\" is a pair of this type itself"));
+    EXPECT_THAT(MistakesIn("[font]\npair = font"),
+                ElementsAre("line 2: \"font\" is a pair of this type itself"));
+    EXPECT_THAT(MistakesIn("[font]\npair = strD"), IsEmpty());
 }
 
 TEST(FolderRules, ReplaceVariables) {
@@ -106,6 +111,26 @@ TEST(FolderRules, HaveVariablesOfTheirOwn) {
                       "[variables]\nMAC = ~/mac\nA = /other\n[variables]\nMAC = $HOME/Mac");
     EXPECT_THAT(rules.mistakes, IsEmpty());
     EXPECT_THAT(rules.Fonts(), ElementsAre("/home/me/Mac/F", "/other"));
+}
+
+TEST(FolderRules, HaveVariablesThatUseThoseAboveThem) {
+    Rules const rules("[font]\nsystem = $C\nsystem = $D\n",
+                      "[variables]\nB = $A/b\nC = ${B}c\nD = $E\nE = /e\nA = $A/own\n");
+    EXPECT_THAT(rules.mistakes, IsEmpty());
+    EXPECT_THAT(rules.Fonts(), ElementsAre("/a/bc"));
+}
+
+TEST(FolderRules, MayTellOfEveryDomainBehindOne) {
+    std::string_view const builtIn = "[font]\nsystem = /s\nlocal = /l";
+    Rules const rules(builtIn, "[font]\nlocal = /mine\nevery = /e\nlocal = /too");
+    EXPECT_THAT(rules.Fonts(Domain::Local), ElementsAre("/mine", "/too"));
+    EXPECT_THAT(rules.Fonts(Domain::System), ElementsAre("/e"));
+}
+
+TEST(FolderRules, StopAtTenMistakes) {
+    std::string text = "[font]\n";
+    for (int i = 0; i < 100; ++i) text += "nonsense\n";
+    EXPECT_THAT(MistakesIn(text), testing::SizeIs(10));
 }
 
 TEST(FolderRules, OfTheAdministratorReplaceThoseOfATypeAndADomain) {
@@ -130,8 +155,9 @@ TEST(FolderRules, TellEachMistakeWithItsLine) {
     EXPECT_THAT(MistakesIn("[font]\nwords\n"),
                 ElementsAre("line 2: \"words\" is neither [TYPE] nor KEY = VALUE"));
     EXPECT_THAT(MistakesIn("[font]\nusual = nobody\n"), testing::SizeIs(1));
-    EXPECT_THAT(MistakesIn("[font]\npair = nothing\n"),
-                ElementsAre("line 2: there is no type of folder \"nothing\""));
+    for (std::string const type : {"nothing", "none"})
+        EXPECT_THAT(MistakesIn("[font]\npair = " + type + "\n"),
+                    ElementsAre("line 2: there is no type of folder \"" + type + "\""));
     EXPECT_THAT(MistakesIn("[variables]\nA B = /s\n"),
                 ElementsAre("line 2: \"A B\" is no name of a variable"));
 }

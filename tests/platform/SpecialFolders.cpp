@@ -64,8 +64,10 @@ TEST_F(SpecialFolders, OfTheSystemAreThoseOfTheFileHierarchy) {
     EXPECT_EQ("/usr/local", Find(kLocalDomain, "dtop"));
     EXPECT_EQ("/tmp", Find(kSystemDomain, "temp"));
     EXPECT_EQ("/usr/bin", Find(kSystemDomain, "uti\xC4"));
-    EXPECT_EQ("/home", Find(kNetworkDomain, "usrs"));
-    EXPECT_EQ(kNone, Find(kNetworkDomain, "font"));
+    for (char const* type : {"font", "usrs", "temp", "sdat", "cach"}) {
+        EXPECT_EQ(kNone, Find(kNetworkDomain, type)) << type;
+        EXPECT_EQ(kNone, Find(kClassicDomain, type)) << type;
+    }
     EXPECT_EQ(kNone, Find(kClassicDomain, "macs"));
     EXPECT_EQ(kNone, Find(kUserDomain, "macs"));
     EXPECT_EQ(kNone, Find(kSystemDomain, "none"));
@@ -126,7 +128,8 @@ TEST_F(SpecialFolders, OfTheDisksAreThoseOfTheUsualDomain) {
 TEST_F(SpecialFolders, OfAVolumeAreThoseThatLieOnIt) {
     EXPECT_EQ(nsvErr, ErrorOf(-1, Code("macs")));
     EXPECT_EQ(nsvErr, ErrorOf(0, Code("macs")));
-    EXPECT_EQ("/usr", Find(-100, "macs"));
+    Administrate("[macs]\nsystem = /\n");
+    EXPECT_EQ("/", Find(-100, "macs"));
     Administrate("[macs]\nsystem = /proc\n");
     EXPECT_EQ(kNone, Find(-100, "macs"));
 }
@@ -159,6 +162,16 @@ TEST_F(SpecialFolders, OfDisabledItemsLieBesideTheOthers) {
     EXPECT_EQ(kNone, Find(kUserDomain, "strD"));
     std::string const disabled = Make("home/.config/autostart (Disabled)");
     EXPECT_EQ(disabled, Find(kUserDomain, "strD"));
+}
+
+TEST_F(SpecialFolders, OfDisabledItemsLieBesideTheFolderThatIsThere) {
+    std::string const first = Make("first (Disabled)"), second = Make("second (Disabled)");
+    Administrate("[strt]\nuser = " + here.Path("first") + "\nuser = " + here.Path("second") + "\n");
+    EXPECT_EQ(first, Find(kUserDomain, "strD"));
+    Make("second");
+    EXPECT_EQ(second, Find(kUserDomain, "strD"));
+    rmdir(second.c_str());
+    EXPECT_EQ(kNone, Find(kUserDomain, "strD"));
 }
 
 TEST_F(SpecialFolders, AreReplacedByTheAdministrator) {
@@ -209,7 +222,7 @@ TEST_F(SpecialFolders, AreRefusedWhenTheAdministratorsFileIsNoFile) {
     EXPECT_EQ(badFolderDescErr, ErrorOf(kSystemDomain, Code("macs")));
     char reason[500];
     EXPECT_TRUE(PlatformSettingsFailure(nullptr, 0, reason, sizeof reason));
-    EXPECT_STREQ("it cannot be read", reason);
+    EXPECT_STREQ("it is no file", reason);
 }
 
 TEST_F(SpecialFolders, TellOfTenMistakesAtMost) {
@@ -220,7 +233,7 @@ TEST_F(SpecialFolders, TellOfTenMistakesAtMost) {
     char reason[2000];
     PlatformSettingsFailure(nullptr, 0, reason, sizeof reason);
     EXPECT_TRUE(std::string_view(reason).ends_with(
-        "line 10: \"nonsense\" is neither [TYPE] nor KEY = VALUE; and 2 more"))
+        "line 10: \"nonsense\" is neither [TYPE] nor KEY = VALUE; and perhaps more"))
         << reason;
 }
 
