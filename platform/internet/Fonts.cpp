@@ -96,6 +96,7 @@ using Configuration = std::shared_ptr<FcConfig>;
 // The files that the library may begin with, as it looks for them.
 std::vector<std::string> FilesOfConfiguration() {
     std::string name = Variable("FONTCONFIG_FILE");
+    if (name.starts_with('~')) name = HomeFolder() + name.substr(1);
     if (name.starts_with('/')) return {name};
     if (name.empty()) name = "fonts.conf";
     std::vector<std::string> files;
@@ -122,8 +123,10 @@ OSErr Load(Library const& library, Configuration& config) {
     return Reach(SlowMountBehindAny(places), config, [files, &library](Configuration& loaded) -> OSErr {
         bool const isThere = std::ranges::any_of(
             files, [](std::string const& file) { return access(file.c_str(), R_OK) == 0; });
-        if (isThere) loaded.reset(library.initLoadConfig(), library.configDestroy);
-        return loaded ? OSErr{noErr} : OSErr{icPrefNotFoundErr};
+        FcConfig* const made = isThere ? library.initLoadConfig() : nullptr;
+        if (made == nullptr) return icPrefNotFoundErr;
+        loaded.reset(made, library.configDestroy);
+        return noErr;
     });
 }
 

@@ -84,13 +84,16 @@ TEST_F(Fonts, WithoutSettingsAreNotFoundAndNothingIsPrinted) {
     EXPECT_EQ(icPrefNotFoundErr, relative);
 }
 
-TEST_F(Fonts, AreThoseOfSettingsBelowAFolderOfTheList) {
+TEST_F(Fonts, AreThoseOfSettingsBelowTheHomeOrAFolderOfTheList) {
     Configure(folder);
+    home.Set(here.Path());
     Variable const path("FONTCONFIG_PATH", "/nonexistent:" + here.Path());
-    settings.Set("fonts.conf");
-    ChosenFont font;
-    ASSERT_EQ(noErr, GetFont("DejaVu Sans Mono", font)) << "needs a font of this name";
-    EXPECT_EQ("DejaVu Sans Mono", font.name);
+    for (char const* const name : {"fonts.conf", "~/fonts.conf"}) {
+        settings.Set(name);
+        ChosenFont font;
+        EXPECT_EQ(noErr, GetFont("DejaVu Sans Mono", font)) << name << ", which needs a font of this name";
+        EXPECT_EQ("DejaVu Sans Mono", font.name);
+    }
 }
 
 TEST_F(Fonts, AreLookedThroughWhileTheHostWants) {
