@@ -61,7 +61,9 @@ constexpr std::array kMeanings{
     Meaning{-668, "the stored setting is too short or of the wrong form"},
     Meaning{-670, "the setting is too long"},
     Meaning{-1302, "not a file"},
-    Meaning{-1309, "it is larger than 256 MiB, the limit for files that are read as a whole"},
+    Meaning{-1309,
+            "it is larger than the limit for files that are read as a whole: 256 MiB, or 4 MiB for files of "
+            "settings"},
     Meaning{-1401, "stale file reference"},
     Meaning{-1402, "bad fork name"},
     Meaning{-1405, "bad catalog information request"},

@@ -87,17 +87,9 @@ OSErr FindBundle(OSType creator, std::optional<Path>& found) {
 
 // ---- Desktop entries
 
-OSErr FindProgramOf(DesktopEntry const& entry, std::string& path) {
-    bool isInstalled = false;
-    OSErr const error = IsInstalled(entry, isInstalled);
-    std::vector<std::string> const command = CommandOf(entry.exec);
-    if (error != noErr || !isInstalled || command.empty()) return error;
-    return FindProgram(command[0], path);
-}
-
 OSErr FindEntry(OSType creator, std::optional<Path>& found) {
     return VisitDesktopEntries([&](DesktopEntry const& entry, bool& isEnough) -> OSErr {
-        if (!entry.isApplication || entry.creator != creator) return noErr;
+        if (entry.creator != creator) return noErr;
         std::string path;
         if (OSErr const error = FindProgramOf(entry, path); error != noErr) return error;
         isEnough = !path.empty();

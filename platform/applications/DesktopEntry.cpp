@@ -76,6 +76,7 @@ class Words {
 std::optional<std::string_view> ValueInGroup(std::string_view text, std::string_view group,
                                              std::string_view key) {
     bool isInside = false;
+    text = WithoutByteOrderMark(text);
     while (!text.empty()) {
         std::string_view const line = TakeLine(text);
         if (auto const name = GroupIn(line)) {

@@ -11,7 +11,8 @@
 
 namespace Platform {
 
-/// The value of a key in a group, as it is written; the first one that there is. Lent of the text.
+/// The value of a key in a group, as it is written; the first one that there is. Lent of the text, which may
+/// begin with a byte order mark.
 std::optional<std::string_view> ValueInGroup(std::string_view text, std::string_view group,
                                              std::string_view key);
 

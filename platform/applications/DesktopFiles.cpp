@@ -200,11 +200,15 @@ OSErr FindProgram(std::string const& name, std::string& path) {
     return noErr;
 }
 
-OSErr IsInstalled(DesktopEntry const& entry, bool& isInstalled) {
-    std::string path;
-    OSErr const error = entry.tryExec.empty() ? OSErr{noErr} : FindProgram(entry.tryExec, path);
-    isInstalled = entry.tryExec.empty() || !path.empty();
-    return error;
+OSErr FindProgramOf(DesktopEntry const& entry, std::string& path) {
+    path.clear();
+    std::vector<std::string> const command = CommandOf(entry.exec);
+    if (!entry.isApplication || command.empty()) return noErr;
+    if (!entry.tryExec.empty()) {
+        OSErr const error = FindProgram(entry.tryExec, path);
+        if (error != noErr || path.empty()) return error;
+    }
+    return FindProgram(command[0], path);
 }
 
 }  // namespace Platform

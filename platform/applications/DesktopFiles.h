@@ -29,7 +29,8 @@ OSErr VisitDesktopEntries(std::function<OSErr(DesktopEntry const& entry, bool& i
 /// Gets the path of a program by its absolute path or, for a mere name, by PATH; empty where there is no such
 /// file that may be run.
 OSErr FindProgram(std::string const& name, std::string& path);
-/// Gets whether the program that an entry wants to be there is, if it wants one.
-OSErr IsInstalled(DesktopEntry const& entry, bool& isInstalled);
+/// Gets the path of the program that an entry starts; empty where it is not there, where another program that
+/// the entry wants to be there is not, and for an entry of something else than an application.
+OSErr FindProgramOf(DesktopEntry const& entry, std::string& path);
 
 }  // namespace Platform

@@ -11,6 +11,7 @@
 #include "applications/DesktopFiles.h"
 #include "applications/Handlers.h"
 #include "files/TextFile.h"
+#include "foundation/AsciiCase.h"
 #include "foundation/PathStyles.h"
 #include "machine/Environment.h"
 
@@ -31,10 +32,6 @@ std::vector<Teller> Tellers() {
     for (std::string& folder : FolderList("XDG_CONFIG_DIRS", "/etc/xdg")) tellers.push_back({folder});
     for (std::string& folder : FoldersOfDesktopFiles()) tellers.push_back({folder, true});
     return tellers;
-}
-
-char LowerCase(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
 // The names of the files in a folder: those of the user's desktops, then the one of all.
@@ -87,10 +84,21 @@ class Search {
             // What a file removes are the associations of those behind it.
             for (std::string& id : IdsIn(text, "Removed Associations")) removed.insert(std::move(id));
         }
-        if (!teller.hasEntries) return noErr;
-        std::string text;
-        OSErr const error = GetTextFile(JoinPaths(teller.folder, "mimeinfo.cache"), text);
-        return error == noErr ? TakeFirst(Remaining(IdsIn(text, "MIME Cache"))) : error;
+        return teller.hasEntries ? LookBesideEntries(teller.folder) : OSErr{noErr};
+    }
+
+    OSErr LookBesideEntries(std::string const& folder) {
+        struct File {
+            std::string_view name, group;
+        };
+        for (File const& file :
+             {File{"defaults.list", "Default Applications"}, File{"mimeinfo.cache", "MIME Cache"}}) {
+            std::string text;
+            OSErr error = GetTextFile(JoinPaths(folder, file.name), text);
+            if (error == noErr) error = TakeFirst(Remaining(IdsIn(text, file.group)));
+            if (error != noErr || isFound) return error;
+        }
+        return noErr;
     }
 
     std::vector<std::string> IdsIn(std::string_view text, std::string_view group) const {
@@ -107,10 +115,10 @@ class Search {
         for (std::string const& id : ids) {
             std::optional<DesktopEntry> entry;
             OSErr error = FindDesktopEntry(id, entry);
-            bool isInstalled = false;
-            if (error == noErr && entry) error = IsInstalled(*entry, isInstalled);
+            std::string program;
+            if (error == noErr && entry) error = FindProgramOf(*entry, program);
             if (error != noErr) return error;
-            if (!isInstalled) continue;
+            if (program.empty()) continue;
             application = {id, entry->name, entry->creator};
             isFound = true;
             return noErr;

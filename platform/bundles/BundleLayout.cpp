@@ -2,10 +2,10 @@
 
 #include <dirent.h>
 
-#include <algorithm>
 #include <vector>
 
 #include "files/SlowPaths.h"
+#include "foundation/AsciiCase.h"
 #include "foundation/PathStyles.h"
 
 namespace Platform {
@@ -15,14 +15,6 @@ namespace {
 constexpr std::array<std::string_view, 3> kInformationNames = {"Info-macos.plist", "Info.plist",
                                                                "Info-gnustep.plist"};
 constexpr std::string_view kPackageInfo = "PkgInfo";
-
-char LowerCase(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A')) : character;
-}
-
-bool IsSameInAnyCase(std::string_view one, std::string_view other) {
-    return std::ranges::equal(one, other, {}, LowerCase, LowerCase);
-}
 
 // A layout that a folder may have, and what lies there.
 struct Candidate {
@@ -116,7 +108,8 @@ void BundleMarks::Note(std::string_view name, unsigned char type) {
     if (type == DT_DIR) return;
     hasPackageInfo |= name == kPackageInfo;
     for (std::size_t i = 0; i < kInformationNames.size(); ++i) {
-        if (!IsSameInAnyCase(name, kInformationNames[i]) || information[i] == kInformationNames[i]) continue;
+        if (!EqualIgnoringCase(name, kInformationNames[i]) || information[i] == kInformationNames[i])
+            continue;
         // Of several the one in the usual case, else the first one by its bytes.
         bool const isBetter = information[i].empty() || name == kInformationNames[i] || name < information[i];
         if (isBetter) information[i] = name;

@@ -9,14 +9,26 @@
 
 namespace Platform {
 
-OSErr ReadTextFile(Path const& file, std::shared_ptr<std::string const>& text) {
+namespace {
+
+OSErr Read(Path const& file, SInt64 most, std::shared_ptr<std::string const>& text) {
     Held<__CFURL const> const url(NewURL(file, false));
     OSErr error = noErr;
-    Held<__CFData> const data(ReadWholeFile(url.get(), error));
+    Held<__CFData> const data(ReadWholeFile(url.get(), error, most));
     if (!data) return error;
     auto const bytes = data->Bytes();
     text = std::make_shared<std::string const>(reinterpret_cast<char const*>(bytes.data()), bytes.size());
     return noErr;
+}
+
+}  // namespace
+
+OSErr ReadTextFile(Path const& file, std::shared_ptr<std::string const>& text) {
+    return Read(file, kMostOfTextFile, text);
+}
+
+OSErr ReadLongTextFile(Path const& file, std::shared_ptr<std::string const>& text) {
+    return Read(file, kMostOfWholeFile, text);
 }
 
 OSErr GetTextFile(std::string const& path, std::string& text) {

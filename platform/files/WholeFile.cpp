@@ -26,13 +26,13 @@ class OpenFile {
     OpenFork fork;
 };
 
-OSErr ReadBytes(OpenFork const& fork, Held<__CFData>& data) {
+OSErr ReadBytes(OpenFork const& fork, SInt64 most, Held<__CFData>& data) {
     // A pipe, socket or device can be opened, but has no bytes anywhere.
     if (!fork.bytes.file && !fork.bytes.memory) return notAFileErr;
     SInt64 size;
     OSErr error = CountBytes(fork, size);
     if (error != noErr) return error;
-    if (size > kMostOfWholeFile) return fileBoundsErr;
+    if (size > most) return fileBoundsErr;
     data.reset(NewData(static_cast<std::size_t>(size)));
     data->origin = fork.path;
     std::size_t actual = 0;
@@ -60,12 +60,12 @@ SInt32 AccessError(OSErr error) {
 
 }  // namespace
 
-__CFData* ReadWholeFile(CFURLRef url, OSErr& error) {
+__CFData* ReadWholeFile(CFURLRef url, OSErr& error, SInt64 most) {
     OpenFile file;
     error = file.Open(url);
     if (error != noErr) return nullptr;
     Held<__CFData> data;
-    error = NoteFileFailure(ReadBytes(file.fork, data), file.fork.path);
+    error = NoteFileFailure(ReadBytes(file.fork, most, data), file.fork.path);
     return error == noErr ? data.release() : nullptr;
 }
 

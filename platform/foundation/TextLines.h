@@ -7,6 +7,8 @@
 
 namespace Platform {
 
+/// The text without the UTF-8 byte order mark that it may begin with.
+std::string_view WithoutByteOrderMark(std::string_view text);
 /// Takes the first line off a text: without its line end, which may be LF or CR LF.
 std::string_view TakeLine(std::string_view& text);
 /// The text without white space (blank, tab, CR) around it.

@@ -4,14 +4,18 @@
 #include <dlfcn.h>
 #include <fontconfig/fontconfig.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <set>
 #include <utility>
 #include <vector>
 
+#include "files/CheckIn.h"
 #include "files/SlowPaths.h"
+#include "foundation/PathStyles.h"
 #include "machine/Environment.h"
 
 namespace Platform {
@@ -24,6 +28,7 @@ struct Library {
     decltype(FcInitLoadConfig)* initLoadConfig;
     decltype(FcConfigDestroy)* configDestroy;
     decltype(FcConfigGetFontDirs)* configGetFontDirs;
+    decltype(FcConfigGetCacheDirs)* configGetCacheDirs;
     decltype(FcStrListNext)* strListNext;
     decltype(FcStrListDone)* strListDone;
     decltype(FcDirCacheLoad)* dirCacheLoad;
@@ -60,6 +65,7 @@ Library const* OpenLibrary() {
     bool const hasAll = Find(handle, "FcInitLoadConfig", library.initLoadConfig) &&
                         Find(handle, "FcConfigDestroy", library.configDestroy) &&
                         Find(handle, "FcConfigGetFontDirs", library.configGetFontDirs) &&
+                        Find(handle, "FcConfigGetCacheDirs", library.configGetCacheDirs) &&
                         Find(handle, "FcStrListNext", library.strListNext) &&
                         Find(handle, "FcStrListDone", library.strListDone) &&
                         Find(handle, "FcDirCacheLoad", library.dirCacheLoad) &&
@@ -83,27 +89,73 @@ Library const* OpenLibrary() {
     return hasAll ? &library : nullptr;
 }
 
-// The fonts of a configuration, and the choice among them.
+// ---- The configuration
+
+using Configuration = std::shared_ptr<FcConfig>;
+
+// The files that the library may begin with, as it looks for them.
+std::vector<std::string> FilesOfConfiguration() {
+    std::string name = Variable("FONTCONFIG_FILE");
+    if (name.starts_with('~')) name = HomeFolder() + name.substr(1);
+    if (name.starts_with('/')) return {name};
+    if (name.empty()) name = "fonts.conf";
+    std::vector<std::string> files;
+    for (std::string const& folder : FoldersIn(Variable("FONTCONFIG_PATH")))
+        files.push_back(JoinPaths(folder, name));
+    files.push_back(JoinPaths("/etc/fonts", name));
+    return files;
+}
+
+// The first mount whose server may not answer on the way to one of the places.
+std::optional<SlowMount> SlowMountBehindAny(std::vector<std::string> const& paths) {
+    for (std::string const& path : paths) {
+        if (auto mount = SlowMountBehind(path, LinkRule::Follow)) return mount;
+    }
+    return std::nullopt;
+}
+
+// Where there is no file to begin with, the library is not asked: it would complain on standard error. The
+// files may be, or include some, in the home.
+OSErr Load(Library const& library, Configuration& config) {
+    std::vector<std::string> const files = FilesOfConfiguration();
+    std::vector<std::string> places = files;
+    if (std::string const home = HomeFolder(); !home.empty()) places.push_back(home);
+    return Reach(SlowMountBehindAny(places), config, [files, &library](Configuration& loaded) -> OSErr {
+        bool const isThere = std::ranges::any_of(
+            files, [](std::string const& file) { return access(file.c_str(), R_OK) == 0; });
+        FcConfig* const made = isThere ? library.initLoadConfig() : nullptr;
+        if (made == nullptr) return icPrefNotFoundErr;
+        loaded.reset(made, library.configDestroy);
+        return noErr;
+    });
+}
+
+// ---- The fonts
+
+// The fonts of a configuration, and the choice among them. Folders and files that lead onto mounts whose
+// servers may not answer are passed over.
 class Fonts {
   public:
-    explicit Fonts(Library const& opened)
-        : library(opened), config(opened.initLoadConfig(), opened.configDestroy) {
-        if (!config) return;
-        FcStrList* const folders = library.configGetFontDirs(config.get());
-        if (folders == nullptr) return;
-        while (FcChar8 const* const folder = library.strListNext(folders))
-            Collect(reinterpret_cast<char const*>(folder));
-        library.strListDone(folders);
-    }
+    Fonts(Library const& opened, Configuration configuration)
+        : library(opened),
+          config(std::move(configuration)),
+          mountOfCaches(SlowMountBehindAny(Listed(opened.configGetCacheDirs(config.get())))) {}
     Fonts(Fonts const&) = delete;
     Fonts& operator=(Fonts const&) = delete;
     ~Fonts() {
         for (FcFontSet* const set : sets) library.fontSetDestroy(set);
     }
 
+    OSErr Collect() {
+        for (std::string const& folder : Listed(library.configGetFontDirs(config.get()))) {
+            if (OSErr const error = Collect(folder); error != noErr) return error;
+        }
+        return noErr;
+    }
+
     // False when there is none.
     bool Choose(std::string const& family, ChosenFont& font) {
-        if (!config || sets.empty()) return false;
+        if (sets.empty()) return false;
         Pattern const wanted(library.patternCreate(), library.patternDestroy);
         library.patternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<FcChar8 const*>(family.c_str()));
         library.configSubstitute(config.get(), wanted.get(), FcMatchPattern);
@@ -119,27 +171,53 @@ class Fonts {
     using Pattern = std::unique_ptr<FcPattern, decltype(FcPatternDestroy)*>;
 
     Library const& library;
-    std::unique_ptr<FcConfig, decltype(FcConfigDestroy)*> const config;
+    Configuration const config;
+    std::optional<SlowMount> const mountOfCaches;
     std::vector<FcFontSet*> sets;
     std::set<std::pair<dev_t, ino_t>> seen;  // folders
 
+    // Ends the list.
+    std::vector<std::string> Listed(FcStrList* list) const {
+        std::vector<std::string> paths;
+        if (list == nullptr) return paths;
+        while (FcChar8 const* const path = library.strListNext(list))
+            paths.emplace_back(reinterpret_cast<char const*>(path));
+        library.strListDone(list);
+        return paths;
+    }
+
     // Adds the fonts of a folder and of those in it.
-    void Collect(std::string const& folder) {
+    OSErr Collect(std::string const& folder) {
+        if (!MayGoOn(0)) return userCanceledErr;
+        if (SlowMountBehind(folder, LinkRule::Follow)) return noErr;
         struct stat status;
-        if (stat(folder.c_str(), &status) != 0 || !seen.insert({status.st_dev, status.st_ino}).second) return;
-        FcCache* const cache =
-            library.dirCacheLoad(reinterpret_cast<FcChar8 const*>(folder.c_str()), config.get(), nullptr);
+        if (stat(folder.c_str(), &status) != 0 || !seen.insert({status.st_dev, status.st_ino}).second)
+            return noErr;
+        FcCache* cache = nullptr;
+        OSErr error = LoadCache(folder, cache);
+        if (error != noErr) return error;
         if (cache == nullptr) return Scan(folder);
         if (FcFontSet* const set = library.cacheCopySet(cache)) sets.push_back(set);
         std::vector<std::string> folders;
         for (int i = 0; i < library.cacheNumSubdir(cache); ++i)
             folders.emplace_back(reinterpret_cast<char const*>(library.cacheSubdir(cache, i)));
         library.dirCacheUnload(cache);
-        for (std::string const& inner : folders) Collect(inner);
+        for (std::string const& inner : folders) {
+            if (error == noErr) error = Collect(inner);
+        }
+        return error;
+    }
+
+    // Null where no cache knows the folder.
+    OSErr LoadCache(std::string const& folder, FcCache*& cache) const {
+        return Reach(mountOfCaches, cache, [folder, own = config, &lib = library](FcCache*& loaded) -> OSErr {
+            loaded = lib.dirCacheLoad(reinterpret_cast<FcChar8 const*>(folder.c_str()), own.get(), nullptr);
+            return noErr;
+        });
     }
 
     // The same for a folder that no cache knows.
-    void Scan(std::string const& folder) {
+    OSErr Scan(std::string const& folder) {
         sets.push_back(library.fontSetCreate());
         FcFontSet* const set = sets.back();
         std::error_code error;
@@ -148,14 +226,17 @@ class Fonts {
             std::string const path = entry->path().string();
             std::error_code ignored;
             int count;
+            if (!MayGoOn(0)) return userCanceledErr;
             if (entry->path().filename().string().starts_with('.')) continue;
+            if (SlowMountBehind(path, LinkRule::Follow)) continue;
             if (entry->is_directory(ignored)) {
-                Collect(path);
+                if (OSErr const failed = Collect(path); failed != noErr) return failed;
             } else if (entry->is_regular_file(ignored)) {
                 library.freeTypeQueryAll(reinterpret_cast<FcChar8 const*>(path.c_str()),
                                          static_cast<unsigned>(-1), nullptr, &count, set);
             }
         }
+        return noErr;
     }
 
     int Number(FcPattern const& pattern, char const* property, int otherwise) const {
@@ -200,11 +281,13 @@ class Fonts {
 OSErr GetFont(char const* family, ChosenFont& font) {
     static Library const* const library = OpenLibrary();
     if (library == nullptr) return icPrefNotFoundErr;
-    std::string const home = HomeFolder();
-    auto const mount = home.empty() ? std::nullopt : SlowMountBehind(home, LinkRule::Follow);
-    return Reach(mount, font, [name = std::string(family)](ChosenFont& chosen) -> OSErr {
-        return Fonts(*library).Choose(name, chosen) ? noErr : icPrefNotFoundErr;
-    });
+    Configuration config;
+    OSErr error = Load(*library, config);
+    if (error != noErr) return error;
+    Fonts fonts(*library, std::move(config));
+    error = fonts.Collect();
+    if (error != noErr) return error;
+    return fonts.Choose(family, font) ? noErr : icPrefNotFoundErr;
 }
 
 }  // namespace Platform

@@ -17,8 +17,9 @@ struct ChosenFont {
 
 /// Gets the font that stands for a family such as "monospace". The library is opened when it is first asked.
 /// Its caches are read and never written: a folder of fonts that they do not know is looked through each
-/// time. The result is icPrefNotFoundErr where there is no such library or no font, or the code of a wait for
-/// the user's folders that was given up.
+/// time. Fonts on mounts whose servers may not answer do not count. The result is icPrefNotFoundErr where
+/// there is no such library, configuration or font; userCanceledErr when the check-in function says stop; and
+/// the code of a wait for the user's settings that was given up.
 OSErr GetFont(char const* family, ChosenFont& font);
 
 }  // namespace Platform

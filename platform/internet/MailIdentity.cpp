@@ -2,18 +2,12 @@
 
 #include <algorithm>
 
+#include "foundation/AsciiCase.h"
 #include "foundation/TextLines.h"
 
 namespace Platform {
 
 namespace {
-
-char Lower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter; }
-
-bool EqualIgnoringCase(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return Lower(a) == Lower(b); });
-}
 
 bool Take(std::string_view& text, std::string_view beginning) {
     if (!text.starts_with(beginning)) return false;
@@ -24,21 +18,24 @@ bool Take(std::string_view& text, std::string_view beginning) {
 // ---- git
 
 bool IsKeyCharacter(char character) {
-    char const letter = Lower(character);
+    char const letter = LowerCase(character);
     return (letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9') || letter == '-';
 }
 
 // Reads a configuration from its front to its end.
 class GitConfig {
   public:
-    explicit GitConfig(std::string_view text) : rest(text) {}
+    using TextOf = std::function<std::string(std::string_view path)>;
+
+    GitConfig(std::string_view text, TextOf const& included)
+        : rest(WithoutByteOrderMark(text)), textOf(included) {}
 
     std::optional<std::string> Email() {
         while (!rest.empty()) {
             line = TakeLine(rest);
             SkipBlanks();
             while (Take(line, "[")) TakeSection();
-            if (isUser) TakeVariable();
+            if (section != Section::Other) TakeVariable();
         }
         return std::move(email);
     }
@@ -46,7 +43,8 @@ class GitConfig {
   private:
     std::string_view rest;  // behind the line
     std::string_view line;  // what is left of it
-    bool isUser = false;    // in the section "user"
+    TextOf const& textOf;   // may be empty
+    enum class Section { Other, User, Include } section = Section::Other;
     std::optional<std::string> email;
 
     void SkipBlanks() { line.remove_prefix(std::min(line.find_first_not_of(" \t\r"), line.size())); }
@@ -60,9 +58,14 @@ class GitConfig {
             if (isQuoted && line[end] == '\\') ++end;
         }
         bool const isClosed = end < line.size();
-        isUser = isClosed && EqualIgnoringCase(line.substr(0, end), "user");
+        section = isClosed ? SectionOf(line.substr(0, end)) : Section::Other;
         line.remove_prefix(isClosed ? end + 1 : line.size());
         SkipBlanks();
+    }
+
+    static Section SectionOf(std::string_view name) {
+        if (EqualIgnoringCase(name, "user")) return Section::User;
+        return EqualIgnoringCase(name, "include") ? Section::Include : Section::Other;
     }
 
     void TakeVariable() {
@@ -73,7 +76,16 @@ class GitConfig {
         if (key.empty() || !Take(line, "=")) return;
         // The value is read also where it is not wanted: it may go on in the next line.
         auto value = TakeValue();
-        if (value && EqualIgnoringCase(key, "email")) email = std::move(value);
+        if (!value) return;
+        if (section == Section::User && EqualIgnoringCase(key, "email")) email = std::move(value);
+        if (section == Section::Include && EqualIgnoringCase(key, "path")) Include(*value);
+    }
+
+    void Include(std::string const& path) {
+        if (!textOf) return;
+        std::string const text = textOf(path);
+        auto included = GitEmailIn(text);
+        if (included) email = std::move(included);
     }
 
     // Empty when it is no value. A quoted part keeps its blanks, and may hold what begins a comment.
@@ -180,7 +192,10 @@ std::string FirstOf(std::optional<std::string> const& list) {
 
 }  // namespace
 
-std::optional<std::string> GitEmailIn(std::string_view config) { return GitConfig(config).Email(); }
+std::optional<std::string> GitEmailIn(std::string_view config,
+                                      std::function<std::string(std::string_view path)> const& textOf) {
+    return GitConfig(config, textOf).Email();
+}
 
 std::string DefaultProfileIn(std::string_view profiles) {
     std::string_view ofInstallation, marked, first;

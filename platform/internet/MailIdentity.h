@@ -2,6 +2,7 @@
 
 // The user's e-mail address, as programs that send mail have it in their settings. Pure.
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,9 +10,11 @@
 namespace Platform {
 
 /// The address that the text of git's configuration has: "email" of the section "user", the last one; it may
-/// be empty. Empty when there is none. What other files it includes is not followed. Lines that git would
-/// refuse are passed over.
-std::optional<std::string> GitEmailIn(std::string_view config);
+/// be empty. Empty when there is none. For each "path" of the section "include" `textOf` gets the text of
+/// that file, whose address counts in its place; what that one includes does not. Lines that git would refuse
+/// are passed over.
+std::optional<std::string> GitEmailIn(std::string_view config,
+                                      std::function<std::string(std::string_view path)> const& textOf = {});
 
 /// The folder of Thunderbird's default profile in the text of its profiles.ini, below the folder of that file
 /// unless it begins with '/': that of the first installation, else the profile that is marked as the default,

@@ -60,7 +60,7 @@ void AddNumber(std::string& bytes, std::size_t number) {
 std::vector<InternetService> ServicesIn(std::string_view text) {
     std::vector<InternetService> services;
     std::map<std::pair<std::string, UInt16>, std::size_t> places;
-    while (!text.empty()) {
+    while (!text.empty() && services.size() < kMostServices) {
         auto service = ServiceIn(TakeLine(text));
         if (!service) continue;
         auto const [place, isNew] = places.try_emplace({service->name, service->port}, services.size());
@@ -73,7 +73,6 @@ std::vector<InternetService> ServicesIn(std::string_view text) {
     std::stable_partition(services.begin(), services.end(), [](InternetService const& service) {
         return service.name.size() >= kShortestOfFirst;
     });
-    if (services.size() > kMostServices) services.resize(kMostServices);
     return services;
 }
 

@@ -21,8 +21,8 @@ struct InternetService {
 };
 
 /// The services in the text of such a file, `name port/protocol alias… # comment` a line, where the protocol
-/// is tcp or udp and the port is in decimal: one for each name and port, and at most 65535. Those with names
-/// of four and more bytes come first, in the order of the file, then the others: who reads a table of
+/// is tcp or udp and the port is in decimal: one for each name and port, and the first 65535. Those with
+/// names of four and more bytes come first, in the order of the file, then the others: who reads a table of
 /// services may stop at the first short name. Lines of other forms and of other protocols are passed over.
 std::vector<InternetService> ServicesIn(std::string_view text);
 

@@ -3,18 +3,20 @@
 #include <Carbon/InternetConfig.h>
 #include <Carbon/MacErrors.h>
 #include <CoreFoundation/CFData.h>
-#include <CoreFoundation/CFPreferences.h>
 
 #include <algorithm>
 #include <cstring>
 
 #include "files/FileSpecs.h"
+#include "foundation/AsciiCase.h"
 #include "foundation/Containers.h"
 #include "foundation/Data.h"
 #include "foundation/Held.h"
 #include "foundation/MacRoman.h"
 #include "foundation/PathStyles.h"
 #include "foundation/String.h"
+#include "internet/Records.h"
+#include "preferences/Preferences.h"
 
 namespace Platform {
 
@@ -48,9 +50,6 @@ constexpr KnownKey kKeys[] = {
     {"WWWHomePage", SettingLayout::PascalString},
     {"WhoisHost", SettingLayout::PascalString},
 };
-constexpr std::string_view kHelper = "Helper\xA5";  // before the scheme
-
-char Lower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter; }
 
 // ---- Big-endian numbers
 
@@ -84,13 +83,9 @@ std::optional<std::string_view> PascalString(std::string_view bytes, std::size_t
     return bytes.substr(0, 1 + length);
 }
 
-template <class Record>
-std::string BytesOf(Record const& record) {
-    return {reinterpret_cast<char const*>(&record), sizeof record};
-}
-
+// Copies the bytes of a field as they are.
 template <std::size_t room>
-void CopyPascal(std::string_view from, unsigned char (&to)[room]) {
+void CopyField(std::string_view from, unsigned char (&to)[room]) {
     std::memcpy(to, from.data(), room);
 }
 
@@ -99,7 +94,7 @@ OSErr NativeFileSpec(std::string_view stored, std::string& value) {
     constexpr std::size_t name = 6;               // in the FSSpec
     ICFileSpec spec{};
     if (stored.size() < sizeof spec) return icPrefDataErr;
-    CopyPascal(stored, spec.volName);
+    CopyField(stored, spec.volName);
     spec.volCreationDate = FieldAt<SInt32>(stored, sizeof spec.volName);
     std::string const path = PathInAlias(stored.substr(alias));
     if (!path.empty()) {
@@ -108,7 +103,7 @@ OSErr NativeFileSpec(std::string_view stored, std::string& value) {
         if (!PascalString(stored.substr(fss + name), sizeof(Str63) - 1)) return icPrefDataErr;
         spec.fss.vRefNum = FieldAt<SInt16>(stored, fss);
         spec.fss.parID = FieldAt<SInt32>(stored, fss + 2);
-        CopyPascal(stored.substr(fss + name), spec.fss.name);
+        CopyField(stored.substr(fss + name), spec.fss.name);
     }
     value = BytesOf(spec);
     return noErr;
@@ -119,7 +114,7 @@ OSErr NativeFont(std::string_view stored, std::string& value) {
     if (stored.size() < sizeof font) return icPrefDataErr;
     font.size = FieldAt<SInt16>(stored, 0);
     font.face = FieldAt<UInt8>(stored, 2);
-    CopyPascal(stored.substr(4), font.font);
+    CopyField(stored.substr(4), font.font);
     value = BytesOf(font);
     return noErr;
 }
@@ -129,7 +124,7 @@ OSErr NativeApplication(std::string_view stored, std::string& value) {
     if (stored.size() < sizeof application || !PascalString(stored.substr(4), sizeof(Str63) - 1))
         return icPrefDataErr;
     application.fCreator = FieldAt<OSType>(stored, 0);
-    CopyPascal(stored.substr(4), application.name);
+    CopyField(stored.substr(4), application.name);
     value = BytesOf(application);
     return noErr;
 }
@@ -153,23 +148,22 @@ bool IsKey(__CFString const& text, std::string_view key) {
     std::u16string const units = text.Text();
     return std::equal(units.begin(), units.end(), key.begin(), key.end(), [](char16_t unit, char byte) {
         auto const other = ToMacRoman(unit);
-        return other && Lower(static_cast<char>(*other)) == Lower(byte);
+        return other && LowerCase(static_cast<char>(*other)) == LowerCase(byte);
     });
 }
 
 }  // namespace
 
 SettingLayout LayoutOf(std::string_view key) {
-    if (EqualKeys(key.substr(0, kHelper.size()), kHelper)) return SettingLayout::Application;
+    if (IsHelperKey(key)) return SettingLayout::Application;
     for (KnownKey const& known : kKeys) {
-        if (EqualKeys(key, known.key)) return known.layout;
+        if (EqualIgnoringCase(key, known.key)) return known.layout;
     }
     return SettingLayout::Bytes;
 }
 
-bool EqualKeys(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return Lower(a) == Lower(b); });
+bool IsHelperKey(std::string_view key) {
+    return EqualIgnoringCase(key.substr(0, kHelperKey.size()), kHelperKey);
 }
 
 std::string PathInAlias(std::string_view record) {
@@ -236,11 +230,10 @@ OSErr StoredSettingIn(CFTypeRef version, std::string_view key, std::string& valu
 }
 
 OSErr GetStoredSetting(std::string_view key, std::string& value) {
-    Held<__CFString const> const name(NewAsciiString("Version 2.5.4")),
-        application(NewAsciiString("com.apple.internetconfig"));
-    Held<Object const> const version(
-        static_cast<Object const*>(CFPreferencesCopyAppValue(name.get(), application.get())));
-    return StoredSettingIn(version.get(), key, value);
+    Held<__CFString const> const name(NewAsciiString("Version 2.5.4"));
+    Held<Object const> version;
+    OSErr const error = CopyPreference(name.get(), "com.apple.internetconfig", version);
+    return error == noErr ? StoredSettingIn(version.get(), key, value) : error;
 }
 
 }  // namespace Platform

@@ -15,8 +15,9 @@ enum class SettingLayout { PascalString, Boolean, FileSpec, Font, Application, B
 /// That of a key, whose case does not count; Bytes of one that is not known.
 SettingLayout LayoutOf(std::string_view key);
 
-/// Whether two keys are the same but for the case of ASCII letters.
-bool EqualKeys(std::string_view left, std::string_view right);
+/// What keys of helpers begin with, before the scheme; and whether a key does, in any case.
+inline constexpr std::string_view kHelperKey = "Helper\xA5";
+bool IsHelperKey(std::string_view key);
 
 /// The path that the data of an alias record tell: its folder of the volume and the path there. Empty when
 /// they are of another version, are cut off, or tell none.
@@ -30,7 +31,8 @@ OSErr NativeSetting(SettingLayout layout, std::string_view stored, std::string& 
 /// Gets the value of a key from the dictionary "Version 2.5.4", which may be null. icPrefNotFoundErr when it
 /// has none; icPrefDataErr for one that is no bytes of the key's layout, or where a dictionary is wanted.
 OSErr StoredSettingIn(CFTypeRef version, std::string_view key, std::string& value);
-/// The same from the preferences as they are now.
+/// The same from the preferences as they are now; the code of a wait for one of their files that was given
+/// up.
 OSErr GetStoredSetting(std::string_view key, std::string& value);
 
 }  // namespace Platform

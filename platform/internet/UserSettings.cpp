@@ -3,19 +3,21 @@
 #include <Carbon/InternetConfig.h>
 #include <Carbon/MacErrors.h>
 
-#include <algorithm>
-#include <cstring>
+#include <cstdlib>
 #include <memory>
+#include <vector>
 
 #include "applications/Handlers.h"
 #include "files/FileSpecs.h"
 #include "files/FileState.h"
 #include "files/TextFile.h"
+#include "foundation/AsciiCase.h"
 #include "foundation/PathStyles.h"
 #include "foundation/TextLines.h"
 #include "internet/Fonts.h"
 #include "internet/MailIdentity.h"
 #include "internet/Proxies.h"
+#include "internet/Records.h"
 #include "internet/Services.h"
 #include "internet/StoredSettings.h"
 #include "machine/Environment.h"
@@ -37,22 +39,6 @@ OSErr MakeText(std::string_view text, std::string& value) {
 OSErr MakeBoolean(bool truth, std::string& value) {
     value.assign(1, truth ? '\1' : '\0');
     return noErr;
-}
-
-template <class Record>
-std::string BytesOf(Record const& record) {
-    return {reinterpret_cast<char const*>(&record), sizeof record};
-}
-
-// Copies as many whole characters of UTF-8 as there is room for.
-template <std::size_t room>
-void CopyPascal(std::string_view text, unsigned char (&to)[room]) {
-    std::size_t length = std::min(text.size(), room - 1);
-    if (length < text.size()) {
-        while (length > 0 && (text[length] & 0xC0) == 0x80) --length;
-    }
-    to[0] = static_cast<unsigned char>(length);
-    std::memcpy(to + 1, text.data(), length);
 }
 
 // ---- Files
@@ -79,17 +65,48 @@ OSErr GetThunderbirdEmail(std::string& email) {
     return error;
 }
 
-// The file in the home counts, as it does for git.
-OSErr GetGitEmail(std::string& email) {
-    std::string text;
-    OSErr error = GetTextBelow(HomeFolder(), ".gitconfig", text);
-    auto found = GitEmailIn(text);
-    if (error == noErr && !found) {
-        error = GetTextBelow(UserFolder("XDG_CONFIG_HOME", ".config"), "git/config", text);
-        found = GitEmailIn(text);
+// git's files of settings, those that count more in front.
+std::vector<std::string> GitFiles() {
+    std::vector<std::string> files;
+    auto const add = [&](std::string const& folder, std::string_view file) {
+        if (!folder.empty()) files.push_back(JoinPaths(folder, file));
+    };
+    if (char const* const own = std::getenv("GIT_CONFIG_GLOBAL")) {
+        if (*own != '\0') files.emplace_back(own);
+    } else {
+        add(HomeFolder(), ".gitconfig");
+        add(UserFolder("XDG_CONFIG_HOME", ".config"), "git/config");
     }
-    email = found.value_or(std::string());
-    return error;
+    files.push_back(MachinePath("etc/gitconfig"));
+    return files;
+}
+
+// The file that one of git's files includes; empty where the path is of a form that is not known.
+std::string IncludedFile(std::string const& file, std::string_view path) {
+    if (path.empty() || path.find('\0') != path.npos) return {};
+    if (path.starts_with('/')) return std::string(path);
+    if (!path.starts_with('~')) return JoinPaths(FolderOfPath(file), path);
+    std::string const home = HomeFolder();
+    return path.starts_with("~/") && !home.empty() ? JoinPaths(home, path.substr(2)) : std::string();
+}
+
+OSErr GetGitEmail(std::string& email) {
+    int left = 10;  // files that may be included
+    for (std::string const& file : GitFiles()) {
+        std::string text;
+        OSErr error = GetTextFile(file, text);
+        auto const found = GitEmailIn(text, [&](std::string_view path) {
+            std::string const included = IncludedFile(file, path);
+            std::string inner;
+            if (error == noErr && !included.empty() && left-- > 0) error = GetTextFile(included, inner);
+            return inner;
+        });
+        if (error != noErr) return error;
+        if (!found) continue;
+        email = *found;
+        return noErr;
+    }
+    return noErr;
 }
 
 OSErr GetEmail(std::string& value) {
@@ -115,7 +132,7 @@ OSErr GetSignature(std::string& value) {
     SeenItem item;
     std::shared_ptr<std::string const> text;
     OSErr error = SeeItem(JoinPaths(home, ".signature"), item);
-    if (error == noErr) error = ReadTextFile(item.path, text);
+    if (error == noErr) error = ReadLongTextFile(item.path, text);
     if (text) value = *text;
     return error == noErr || WasGivenUp(error) ? error : OSErr{icPrefNotFoundErr};
 }
@@ -155,8 +172,7 @@ OSErr GetServices(std::string& value) {
 std::string SchemeIn(std::string_view name) {
     std::string scheme;
     for (char const character : name) {
-        bool const isCapital = character >= 'A' && character <= 'Z';
-        char const letter = isCapital ? static_cast<char>(character + 32) : character;
+        char const letter = LowerCase(character);
         bool const belongs = (letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9') ||
                              letter == '+' || letter == '-' || letter == '.';
         if (!belongs) return {};
@@ -204,10 +220,9 @@ constexpr Source kSources[] = {
 }  // namespace
 
 OSErr GetUserSetting(std::string_view key, std::string& value) {
-    constexpr std::string_view helper = "Helper\xA5";  // before the scheme
-    if (EqualKeys(key.substr(0, helper.size()), helper)) return GetHelper(key.substr(helper.size()), value);
+    if (IsHelperKey(key)) return GetHelper(key.substr(kHelperKey.size()), value);
     for (Source const& source : kSources) {
-        if (EqualKeys(key, source.key)) return source.get(value);
+        if (EqualIgnoringCase(key, source.key)) return source.get(value);
     }
     return icPrefNotFoundErr;
 }

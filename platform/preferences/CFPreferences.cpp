@@ -13,6 +13,7 @@
 #include "machine/Environment.h"
 #include "machine/GnustepSettings.h"
 #include "preferences/PreferenceDomains.h"
+#include "preferences/Preferences.h"
 #include "propertylists/PropertyLists.h"
 
 using namespace Platform;
@@ -47,26 +48,28 @@ OSErr ReadEnvironment(PreferenceEnvironment& environment) {
     return noErr;
 }
 
-// ---- The search
+}  // namespace
 
-// Null when there is none, and when a wait was given up: the domain that did not answer might have had one.
-CFTypeRef FindValue(CFStringRef key, std::string const& application) {
+OSErr Platform::CopyPreference(CFStringRef key, std::string const& application, Held<Object const>& value) {
+    value.reset();
     PreferenceEnvironment environment;
-    if (ReadEnvironment(environment) != noErr) return nullptr;
+    if (OSErr const error = ReadEnvironment(environment); error != noErr) return error;
     for (std::string const& path : PreferenceFiles(application, environment)) {
         std::shared_ptr<__CFDictionary const> dictionary;
-        if (GetDictionary(path, dictionary) != noErr) return nullptr;
-        CFTypeRef const value = dictionary ? dictionary->Find(key) : nullptr;
-        if (value != nullptr) return CFRetain(value);
+        if (OSErr const error = GetDictionary(path, dictionary); error != noErr) return error;
+        CFTypeRef const found = dictionary ? dictionary->Find(key) : nullptr;
+        if (found == nullptr) continue;
+        value.reset(static_cast<Object const*>(CFRetain(found)));
+        return noErr;
     }
-    return nullptr;
+    return noErr;
 }
-
-}  // namespace
 
 CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef applicationID) {
     return Guarded<CFPropertyListRef>(nullptr, [&]() -> CFPropertyListRef {
         auto const application = FileNameOfText(applicationID->Text());
-        return application ? FindValue(key, *application) : nullptr;
+        Held<Object const> value;
+        if (application) CopyPreference(key, *application, value);
+        return value.release();
     });
 }

@@ -91,8 +91,9 @@ TEST_F(PropertyLists, OfFilesThatAreTooLargeAreNone) {
     ASSERT_EQ(0, truncate(here.Path("list").c_str(), (off_t{256} << 20) + 1));
     Ran const ran = Ask("dictionary of %");
     EXPECT_EQ(
-        "cannot be read: the platform's error -1309 (it is larger than 256 MiB, the limit for files that "
-        "are read as a whole)\n",
+        "cannot be read: the platform's error -1309 (it is larger than the limit for files that are read as "
+        "a "
+        "whole: 256 MiB, or 4 MiB for files of settings)\n",
         Hint(ran));
     EXPECT_LT(ran.peak, 500'000);
 }

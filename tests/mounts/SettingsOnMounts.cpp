@@ -26,13 +26,15 @@ class SettingsOnMounts : public MountedForkTest {
         return bundle == nullptr ? "(null)" : Show(CFBundleGetInfoDictionary(bundle));
     }
     /// The text below the user's e-mails.
-    std::string Signature() const {
+    std::string Signature() const { return Setting("Signature"); }
+    /// The value of an Internet setting.
+    std::string Setting(std::string const& name) const {
         ICInstance instance;
         EXPECT_EQ(noErr, ICStart(&instance, 0));
-        char buffer[100];
+        char buffer[300];
         SInt32 size = sizeof buffer;
-        unsigned char const key[] = "\11Signature";
-        OSStatus const status = ICGetPref(instance, key, nullptr, buffer, &size);
+        std::string const key = static_cast<char>(name.size()) + name;
+        OSStatus const status = ICGetPref(instance, Bytes(key.c_str()), nullptr, buffer, &size);
         EXPECT_EQ(noErr, ICStop(instance));
         if (status != noErr) {
             EXPECT_TRUE(status == userCanceledErr || status == volOffLinErr) << status;
@@ -55,6 +57,15 @@ class SettingsOnMounts : public MountedForkTest {
                   WhenItAnswers([&] { return call() == answer ? OSErr{noErr} : OSErr{volOffLinErr}; }));
     }
 
+    /// Makes these the settings of fonts.
+    void ConfigureFonts(std::string const& content) {
+        here.MakeFolder("home");
+        here.Write("fonts.conf", "<fontconfig>" + content + "</fontconfig>");
+        fontSettings.Set(here.Path("fonts.conf"));
+    }
+
+    Variable const home{"HOME", here.Path("home")};
+    Variable fontSettings{"FONTCONFIG_FILE", std::nullopt};
     Variable const user{"XDG_CONFIG_HOME", here.MakeFolder("user")};
     Variable const others{"XDG_CONFIG_DIRS", here.MakeFolder("others")};
 };
@@ -94,11 +105,51 @@ TEST_F(SettingsOnMounts, OfBundlesAreWaitedForPatiently) {
 }
 
 TEST_F(SettingsOnMounts, OfTheInternetAreWaitedForPatiently) {
-    Variable const home("HOME", here.MakeFolder("home"));
+    here.MakeFolder("home");
     here.Link("home/.signature", Path());
     ApartWithAServer("-- \nme", [&](StoppableServer const& server) {
         HoldStopping(server, "-- \nme", [&] { return Signature(); });
     });
+}
+
+TEST_F(SettingsOnMounts, OfTheInternetThatAreStoredAreWaitedForPatiently) {
+    Variable const email("EMAIL", "a@b");
+    here.Link("user/com.apple.internetconfig.plist", Path());
+    ApartWithAServer("{\"Version 2.5.4\" = {\"ic-added\" = {Email = {\"ic-data\" = <0163>;};};};}",
+                     [&](StoppableServer const& server) {
+                         HoldStopping(server, "\1c", [&] { return Setting("Email"); });
+                     });
+}
+
+TEST_F(SettingsOnMounts, FontsWhoseServerDoesNotAnswerDoNotCount) {
+    here.MakeFolder("fonts");
+    here.Link("fonts/far", here.Path("net"));
+    here.Link("fonts/far.ttf", Path());
+    ConfigureFonts("<cachedir>" + here.Path("caches") + "</cachedir><dir>" + here.Path("net") +
+                   "</dir><dir>" + here.Path("fonts") + "</dir><dir>/usr/share/fonts</dir>");
+    Apart([&] {
+        DeadServer const server(here.Path("net"));
+        EXPECT_EQ(260u, Setting("PrinterFont").size()) << "needs fontconfig and a font";
+    });
+}
+
+TEST_F(SettingsOnMounts, CachesOfFontsAreWaitedForPatiently) {
+    ConfigureFonts("<cachedir>" + here.Path("net") + "</cachedir><dir>/usr/share/fonts</dir>");
+    ApartWithAServer("", [&](StoppableServer const& server) {
+        std::string const font = Setting("PrinterFont");
+        EXPECT_EQ(260u, font.size()) << "needs fontconfig and a font";
+        HoldStopping(server, font, [&] { return Setting("PrinterFont"); });
+    });
+}
+
+TEST_F(SettingsOnMounts, SettingsOfFontsAreWaitedForPatiently) {
+    fontSettings.Set(Path());
+    ApartWithAServer("<fontconfig><cachedir>/nonexistent</cachedir><dir>/usr/share/fonts</dir></fontconfig>",
+                     [&](StoppableServer const& server) {
+                         std::string const font = Setting("PrinterFont");
+                         EXPECT_EQ(260u, font.size()) << "needs fontconfig and a font";
+                         HoldStopping(server, font, [&] { return Setting("PrinterFont"); });
+                     });
 }
 
 TEST_F(SettingsOnMounts, FoldersOfBundlesAreWaitedForPatiently) {

@@ -1,6 +1,7 @@
 #include "internet/Fonts.h"
 
 #include <Carbon/MacErrors.h>
+#include <Platform/Items.h>
 #include <stdio.h>
 
 #include <filesystem>
@@ -69,4 +70,42 @@ TEST_F(Fonts, WhereThereAreNoneAreNotFound) {
     Configure("<dir>" + here.MakeFolder("empty") + "</dir>");
     ChosenFont font;
     EXPECT_EQ(icPrefNotFoundErr, GetFont("monospace", font));
+}
+
+TEST_F(Fonts, WithoutSettingsAreNotFoundAndNothingIsPrinted) {
+    ChosenFont font;
+    settings.Set("/nonexistent");
+    testing::internal::CaptureStderr();
+    OSErr const absolute = GetFont("monospace", font);
+    settings.Set("no-such.conf");
+    OSErr const relative = GetFont("monospace", font);
+    EXPECT_EQ("", testing::internal::GetCapturedStderr());
+    EXPECT_EQ(icPrefNotFoundErr, absolute);
+    EXPECT_EQ(icPrefNotFoundErr, relative);
+}
+
+TEST_F(Fonts, AreThoseOfSettingsBelowTheHomeOrAFolderOfTheList) {
+    Configure(folder);
+    home.Set(here.Path());
+    Variable const path("FONTCONFIG_PATH", "/nonexistent:" + here.Path());
+    for (char const* const name : {"fonts.conf", "~/fonts.conf"}) {
+        settings.Set(name);
+        ChosenFont font;
+        EXPECT_EQ(noErr, GetFont("DejaVu Sans Mono", font)) << name << ", which needs a font of this name";
+        EXPECT_EQ("DejaVu Sans Mono", font.name);
+    }
+}
+
+TEST_F(Fonts, AreLookedThroughWhileTheHostWants) {
+    for (char const* const name : {"a.ttf", "b.ttf", "c.ttf", "d.ttf"})
+        Write(std::string("fonts/") + name, "");
+    Configure("<dir>" + here.Path("fonts") + "</dir>");
+    static int left;
+    left = 3;
+    PlatformSetCheckIn([](UInt32) -> Boolean { return left-- > 0; });
+    ChosenFont font;
+    OSErr const error = GetFont("monospace", font);
+    PlatformSetCheckIn(nullptr);
+    EXPECT_EQ(userCanceledErr, error);
+    EXPECT_EQ(-1, left) << "asked for the folder and for each file, and not again";
 }

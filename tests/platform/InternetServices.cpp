@@ -62,12 +62,13 @@ TEST(InternetServices, HaveNamesOf255BytesAtMost) {
     EXPECT_EQ(ServicesIn(name + " 1/tcp\n" + name + "a 1/tcp"), (Services{{name, 1, tcp}}));
 }
 
-TEST(InternetServices, AreAtMost65535) {
+TEST(InternetServices, AreTheFirst65535) {
     std::string text = "ftp 21/tcp\n";
     for (int port = 0; port < 65535; ++port) text += "name " + std::to_string(port) + "/tcp\n";
     Services const services = ServicesIn(text);
     ASSERT_EQ(65535u, services.size());
-    EXPECT_EQ((InternetService{"name", 65534, tcp}), services.back());
+    EXPECT_EQ((InternetService{"ftp", 21, tcp}), services.back());
+    EXPECT_EQ((InternetService{"name", 65533, tcp}), services[65533]);
 }
 
 TEST(InternetServices, ArePackedWithoutGaps) {

@@ -7,6 +7,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstring>
 #include <vector>
 
@@ -18,6 +19,9 @@
 using namespace std::string_literals;
 
 namespace {
+
+constexpr char kNone[] = "error -666";
+constexpr char kSpoilt[] = "error -668";
 
 // A connection, and what is asked through it.
 class InternetSettings : public OwnHome {
@@ -75,6 +79,20 @@ class InternetSettings : public OwnHome {
     }
 
     ICInstance instance = nullptr;
+    // What git says in a folder without a repository.
+    std::string GitsEmail() const {
+        Variable const system("GIT_CONFIG_SYSTEM", here.Path("machine/etc/gitconfig"));
+        FILE* const tool = popen(("cd '" + here.Path() + "' && git config user.email").c_str(), "re");
+        std::string text;
+        for (int byte = getc(tool); byte != EOF && byte != '\n'; byte = getc(tool))
+            text += static_cast<char>(byte);
+        int const status = pclose(tool);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) != 127) << "needs the package git";
+        return text.empty() ? kNone : text;
+    }
+
+    Variable const gitFile{"GIT_CONFIG_GLOBAL", std::nullopt};
+    Variable const noSystem{"GIT_CONFIG_NOSYSTEM", std::nullopt};
     Variable const email{"EMAIL", std::nullopt};
     Variable const socks{"socks_proxy", std::nullopt};
     Variable const socksInCapitals{"SOCKS_PROXY", std::nullopt};
@@ -84,9 +102,6 @@ class InternetSettings : public OwnHome {
     Variable const all{"all_proxy", std::nullopt};
     Variable const allInCapitals{"ALL_PROXY", std::nullopt};
 };
-
-constexpr char kNone[] = "error -666";
-constexpr char kSpoilt[] = "error -668";
 
 }  // namespace
 
@@ -171,6 +186,52 @@ TEST_F(InternetSettings, OfTheAddressFollowGitsFolder) {
     EXPECT_EQ("other@git", Text("Email"));
 }
 
+TEST_F(InternetSettings, OfTheAddressAreThoseOfGitsFiles) {
+    std::string const files[] = {"machine/etc/gitconfig", "home/.config/git/config", "home/.gitconfig"};
+    int number = 0;
+    EXPECT_EQ(kNone, GitsEmail());
+    for (std::string const& file : files) {
+        std::string const address = std::to_string(++number) + "@git";
+        Write(file, "\xEF\xBB\xBF[user]\nemail = " + address + "\n");
+        EXPECT_EQ(address, Text("Email")) << file;
+        EXPECT_EQ(address, GitsEmail()) << file;
+    }
+    gitFile.Set(here.Path("none"));
+    EXPECT_EQ("1@git", Text("Email"));
+    EXPECT_EQ("1@git", GitsEmail());
+    gitFile.Set("");
+    EXPECT_EQ("1@git", Text("Email"));
+    EXPECT_EQ("1@git", GitsEmail());
+    gitFile.Set(Write("other", "[user]\nemail = other@git\n"));
+    EXPECT_EQ("other@git", Text("Email"));
+    EXPECT_EQ("other@git", GitsEmail());
+}
+
+TEST_F(InternetSettings, OfTheAddressMayBeInFilesThatGitIncludes) {
+    Write("home/.config/git/config", "[include]\npath = inner/a\n");
+    Write("home/.config/git/inner/a", "[user]\nemail = a@git\n");
+    Write("home/b", "\xEF\xBB\xBF[user]\nemail = b@git\n");
+    EXPECT_EQ("a@git", Text("Email"));
+    EXPECT_EQ("a@git", GitsEmail());
+    for (std::string const& path : {"~/b"s, "../../b"s, here.Path("home/b")}) {
+        Write("home/.config/git/config",
+              "[include]\npath = inner/a\npath = \"" + path + "\"\npath = gone\n[user]\nname = x\n");
+        EXPECT_EQ("b@git", Text("Email")) << path;
+        EXPECT_EQ("b@git", GitsEmail()) << path;
+    }
+}
+
+TEST_F(InternetSettings, OfTheAddressMayBeInTenFilesThatGitIncludes) {
+    std::string lines = "[include]\n";
+    for (int number = 1; number <= 11; ++number) {
+        std::string const name = "i" + std::to_string(number);
+        lines += "path = " + name + "\n";
+        Write("home/" + name, "[user]\nemail = " + name + "@git\n");
+    }
+    Write("home/.gitconfig", lines);
+    EXPECT_EQ("i10@git", Text("Email"));
+}
+
 TEST_F(InternetSettings, OfTheAddressHave255BytesAtMost) {
     email.Set(std::string(255, 'a'));
     EXPECT_EQ(std::string(255, 'a'), Text("Email"));
@@ -193,6 +254,28 @@ TEST_F(InternetSettings, OfTheSignatureAreTheFileAsItIs) {
     EXPECT_EQ("", Get("Signature"));
     Write("home/.signature", std::string(70000, 'a'));
     EXPECT_EQ(std::string(70000, 'a'), Get("Signature"));
+}
+
+TEST_F(InternetSettings, OfTheSignatureMayBeLargerThanFilesOfSettings) {
+    std::filesystem::resize_file(Write("home/.signature", "me"), (4 << 20) + 1);
+    SInt32 size = 0;
+    EXPECT_EQ(noErr, ICGetPref(instance, Key("Signature").data(), nullptr, nullptr, &size));
+    EXPECT_EQ((4 << 20) + 1, size);
+}
+
+TEST_F(InternetSettings, InFilesThatAreTooLargeAreNoneAndNoted) {
+    std::string const services = Write("machine/etc/services", "http 80/tcp\n");
+    std::string const git = Write("home/.gitconfig", "[user]\nemail = a@git\n");
+    for (auto const& [key, path] : {std::pair("Services", services), std::pair("Email", git)}) {
+        std::filesystem::resize_file(path, 4 << 20);
+        EXPECT_NE(kNone, Get(key));
+        std::filesystem::resize_file(path, (4 << 20) + 1);
+        PlatformForgetFileFailure();
+        EXPECT_EQ(kNone, Get(key));
+        char name[4096];
+        EXPECT_EQ(fileBoundsErr, PlatformFileFailure(name, sizeof name));
+        EXPECT_EQ(path, name);
+    }
 }
 
 TEST_F(InternetSettings, OfTheSignatureThatMayNotBeReadAreNoneAndNoted) {

@@ -67,6 +67,27 @@ TEST(GitEmails, HaveEscapes) {
     EXPECT_EQ("(none)", Git("[user]\nname = x\\\nemail = b"));
 }
 
+TEST(GitEmails, MayStandBehindAByteOrderMark) {
+    EXPECT_EQ("a@b", Git("\xEF\xBB\xBF[user]\nemail = a@b\n"));
+    EXPECT_EQ("(none)", Git("\xEF\xBB[user]\nemail = a@b\n"));
+}
+
+TEST(GitEmails, OfIncludedFilesCountInTheirPlaces) {
+    auto const email = [](std::string_view config) {
+        std::string asked;
+        auto const found = GitEmailIn(config, [&](std::string_view path) {
+            asked += path;
+            return std::string(path == "i" ? "[user]\nemail = i@x\n[include]\npath = j\n" : "");
+        });
+        return asked + " " + found.value_or("(none)");
+    };
+    EXPECT_EQ("i i@x", email("[user]\nemail = a\n[Include]\nPath = \"i\"\n"));
+    EXPECT_EQ("i a", email("[include]\npath = i\n[user]\nemail = a\n"));
+    EXPECT_EQ("kij i@x", email("[include]\npath = k\npath = i\npath = j\n"));
+    EXPECT_EQ(" (none)", email("[include \"x\"]\npath = i\n[includes]\npath = i\n[include]\npaths = i\n"));
+    EXPECT_EQ(" (none)", email("[user]\npath = i\n[include]\nemail = a\n"));
+}
+
 TEST(ThunderbirdProfiles, AreThoseOfTheInstallation) {
     EXPECT_EQ("x.release",
               DefaultProfileIn("[Profile1]\nPath=a\nDefault=1\n[InstallAB12]\nDefault=x.release\n"

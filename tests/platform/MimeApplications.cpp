@@ -119,6 +119,35 @@ TEST_F(MimeApplications, EntriesWhoseProgramIsMissingAreNotThere) {
     EXPECT_EQ("a.desktop", Id());
 }
 
+TEST_F(MimeApplications, EntriesThatStartNothingAreNotThere) {
+    for (char const* const lines :
+         {"Type=Application\nExec=missing %U\n", "Type=Application\nExec=/nonexistent/prog\n",
+          "Type=Application\nExec=\"prog\n", "Type=Application\n", "Type=Link\nURL=http://a/\nExec=prog\n",
+          "Type=Directory\nExec=prog\n", "Exec=prog\n"}) {
+        Write(std::string(kOwn) + "/gone.desktop", std::string("[Desktop Entry]\nName=G\n") + lines);
+        PutDefault("home/.config/mimeapps.list", "gone.desktop;b.desktop");
+        EXPECT_EQ("b.desktop", Id()) << lines;
+    }
+}
+
+TEST_F(MimeApplications, DefaultsWhoseProgramsAreMissingArePassedOver) {
+    Write(std::string(kOwn) + "/gone.desktop",
+          "[Desktop Entry]\nType=Application\nName=G\nExec=missing %U\n");
+    PutDefault("home/.config/mimeapps.list", "gone.desktop");
+    PutDefault("xdg/mimeapps.list", "b.desktop");
+    EXPECT_EQ("b.desktop", Id());
+    EXPECT_EQ("b.desktop", Peer());
+}
+
+TEST_F(MimeApplications, FilesMayBeginWithAByteOrderMark) {
+    Write(std::string(kOwn) + "/m.desktop",
+          "\xEF\xBB\xBF[Desktop Entry]\nType=Application\nName=M\nExec=prog\n");
+    Write("home/.config/mimeapps.list",
+          std::string("\xEF\xBB\xBF[Default Applications]\n") + kType + "=m.desktop\n");
+    EXPECT_EQ("m.desktop", Id());
+    EXPECT_EQ("M", Handler().name);
+}
+
 TEST_F(MimeApplications, EntriesInFoldersHaveDashes) {
     AddEntry(own, "k/d-e/f.desktop");
     PutDefault("home/.config/mimeapps.list", "k-d-e-f.desktop");
@@ -157,6 +186,25 @@ TEST_F(MimeApplications, RemovedAssociationsDoNotCountInFilesBehind) {
     Write("home/.config/mimeapps.list", std::string("[Added Associations]\n") + kType +
                                             "=a.desktop\n[Removed Associations]\n" + kType + "=a.desktop\n");
     EXPECT_EQ("a.desktop", Id()) << "but in its own";
+}
+
+TEST_F(MimeApplications, ListsOfDefaultsCountBeforeTheCacheBesideThem) {
+    Put("second/applications/mimeinfo.cache", "MIME Cache", "a.desktop;");
+    PutDefault("second/applications/defaults.list", "b.desktop;a.desktop");
+    EXPECT_EQ("b.desktop", Id());
+    EXPECT_EQ("b.desktop", Peer());
+    Put("first/applications/mimeinfo.cache", "MIME Cache", "c.desktop;");
+    EXPECT_EQ("c.desktop", Id());
+    EXPECT_EQ("c.desktop", Peer());
+    PutDefault(std::string(kOwn) + "/defaults.list", "d.desktop");
+    EXPECT_EQ("d.desktop", Id());
+    EXPECT_EQ("d.desktop", Peer());
+    PutDefault("xdg/defaults.list", "a.desktop");
+    EXPECT_EQ("d.desktop", Id()) << "folders of settings have none";
+    EXPECT_EQ("d.desktop", Peer());
+    PutDefault("second/applications/mimeapps.list", "a.desktop");
+    EXPECT_EQ("a.desktop", Id()) << "behind all lists of their newer name";
+    EXPECT_EQ("a.desktop", Peer());
 }
 
 TEST_F(MimeApplications, CachesCountLast) {

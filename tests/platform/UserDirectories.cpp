@@ -107,6 +107,20 @@ TEST_F(UserDirectories, ThatMayNotBeReadAreNoneAndNoted) {
     EXPECT_NE(noErr, PlatformFileFailure(nullptr, 0));
 }
 
+TEST_F(UserDirectories, InFilesThatAreTooLargeAreNoneAndNoted) {
+    std::string const line = "XDG_DOWNLOAD_DIR=\"/a\"\n";
+    std::string const path = Write("home/.config/user-dirs.dirs", line);
+    std::filesystem::resize_file(path, 4 << 20);
+    PlatformForgetFileFailure();
+    EXPECT_EQ("/a", Get("DOWNLOAD"));
+    EXPECT_EQ(noErr, PlatformFileFailure(nullptr, 0));
+    std::filesystem::resize_file(path, (4 << 20) + 1);
+    EXPECT_EQ("", Get("DOWNLOAD"));
+    char name[4096];
+    EXPECT_EQ(fileBoundsErr, PlatformFileFailure(name, sizeof name));
+    EXPECT_EQ(path, name);
+}
+
 TEST_F(UserDirectories, AreThoseThatTheUsersToolTells) {
     Write("home/.config/user-dirs.dirs",
           "# Written by a tool\nXDG_DESKTOP_DIR=\"$HOME/Desktop\"\nXDG_DOWNLOAD_DIR=\"$HOME/My \\\"own\\\" "

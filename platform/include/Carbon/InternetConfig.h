@@ -7,7 +7,9 @@
 // in big-endian form), then where Linux keeps it:
 //
 //   key                        value          source
-//   Email                      Pascal string  EMAIL; Thunderbird's default identity; user.email of git
+//   Email                      Pascal string  EMAIL; Thunderbird's default identity; user.email of git, as
+//   the user's files
+//                                             and /etc/gitconfig tell it
 //   RealName                   Pascal string  the user database
 //   Signature                  bytes          ~/.signature as it is
 //   UseSocks                   Boolean        whether socks_proxy, or all_proxy with a SOCKS scheme, is set
@@ -17,8 +19,8 @@
 //   HTTPProxyHost,             Pascal string  host:port of the same
 //   FTPProxyHost
 //   DownloadFolder             ICFileSpec     XDG_DOWNLOAD_DIR of user-dirs.dirs
-//   PrinterFont, ScreenFont,   ICFontRecord   fontconfig's font for "monospace"
-//   ListFont
+//   PrinterFont, ScreenFont,   ICFontRecord   fontconfig's font for "monospace"; those
+//   ListFont                                  on file systems that may not answer do not count
 //   Helper, byte 0xA5, scheme  ICAppSpec      the application in charge of x-scheme-handler/scheme, where
 //                                             its desktop entry tells its creator code
 //   Services                   ICServices     /etc/services: TCP and UDP by name and port

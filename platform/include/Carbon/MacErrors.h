@@ -34,7 +34,7 @@ enum {
     icPrefNotFoundErr = -666,    // no such Internet setting
     icPrefDataErr = -668,        // an Internet setting that is shorter than its layout
     icTruncatedErr = -670,       // an Internet setting that the buffer has no room for
-    fileBoundsErr = -1309,       // a file of more than 256 MiB that was to be read as a whole
+    fileBoundsErr = -1309,       // a file to be read as a whole, of more than 256 MiB, or 4 MiB of settings
     notAFileErr = -1302,         // a folder where a file is needed
     errFSBadFSRef = -1401,       // a reference that is stale, or that was never made
     errFSBadForkName = -1402,    // no name that a fork can have
