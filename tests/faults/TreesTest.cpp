@@ -145,7 +145,8 @@ TEST_F(Trees, FolderThatMayBeReadButNotSearched) {
     Ran const files = AskUnprivileged("names of files of folder \"inner\"");
     EXPECT_EQ("", files.out);
     EXPECT_EQ(1, files.status);
-    EXPECT_EQ("error: the item cannot be looked up: the platform's error -5000 (access denied)",
+    EXPECT_EQ("error: the item \"" + here.Path("inner/file") +
+                  "\" cannot be looked up: the platform's error -5000 (access denied)",
               MessageOf(files));
     chmod(here.Path("inner").c_str(), 0755);
 }
