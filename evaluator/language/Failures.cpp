@@ -77,7 +77,7 @@ constexpr std::array kMeanings{
     Meaning{-5551, "unknown selector"},
 };
 
-constexpr std::int32_t volumeOffline = -53, badFolderTable = -4270;
+constexpr std::int32_t volumeOffline = -53, fileTooLarge = -1309, badFolderTable = -4270;
 constexpr std::int32_t fileNotFound = -43, directoryNotFound = -120;
 
 // What is wrong with a file of settings that the platform could not use last; empty where there was none.
@@ -203,7 +203,9 @@ std::string Reason() {
     } catch (ParsingFailure const&) {
         return "the text cannot be read";
     } catch (OSError const& error) {
-        return PlatformError(error.Code());
+        FileFailure const failure = LastFileFailure();
+        bool const isOfFile = error.Code() == fileTooLarge && failure.code == fileTooLarge;
+        return isOfFile ? Unreadable(failure) : PlatformError(error.Code());
     } catch (BadFileNameError const&) {
         return "bad file name";
     } catch (IllegalFileName const&) {

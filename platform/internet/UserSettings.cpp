@@ -160,12 +160,16 @@ OSErr GetMonospace(std::string& value) {
     return noErr;
 }
 
+// A file that is there but cannot be read is a failure of its own: a list that merely ended would say
+// nothing.
 OSErr GetServices(std::string& value) {
-    std::string text;
-    if (OSErr const error = GetTextFile(MachinePath("etc/services"), text); error != noErr) return error;
-    if (text.empty()) return icPrefNotFoundErr;
-    value = PackServices(ServicesIn(text));
-    return noErr;
+    SeenItem item;
+    std::shared_ptr<std::string const> text;
+    OSErr error = SeeItem(MachinePath("etc/services"), item);
+    if (error == fnfErr || error == dirNFErr) return icPrefNotFoundErr;
+    if (error == noErr) error = ReadTextFile(item.path, text);
+    if (error == noErr) value = PackServices(ServicesIn(*text));
+    return error;
 }
 
 // The scheme in small letters, as types have it; empty for what is none.

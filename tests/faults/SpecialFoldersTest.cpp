@@ -54,3 +54,22 @@ TEST_F(SpecialFolderTables, MaySayThatThereIsNoSuchFolder) {
     ExpectNoSuchObject(RunZelq({"temporary items folder"}));
     ExpectAnswer("false\n", RunZelq({"(exists temporary items folder) as string"}));
 }
+
+TEST_F(SpecialFolderTables, ThatAreTooLargeAreToldOf) {
+    std::string const file = Administrate("");
+    std::filesystem::resize_file(file, 5 << 20);
+    ExpectFailure("temporary items folder", "the file \"" + file + "\" cannot be used: it is too large",
+                  RunZelq({"temporary items folder"}));
+}
+
+TEST(ServicesOfTheMachine, ThatAreTooManyToBeReadAreToldOf) {
+    TemporaryFolder const here;
+    Variable const machine("ZELQ_MACHINE_ROOT", here.Path());
+    here.MakeFolder("etc");
+    std::string const file = here.Write("etc/services", "http 80/tcp\n");
+    ExpectAnswer("80\n", RunZelq({"ports of services of internet config as string"}));
+    std::filesystem::resize_file(file, 5 << 20);
+    ExpectFailure("service",
+                  "the file \"" + file + "\" cannot be read: the platform's error -1309 (it is larger than",
+                  RunZelq({"services of internet config"}));
+}
