@@ -22,6 +22,11 @@ std::optional<Domain> DomainNamed(std::string_view name) {
     return static_cast<Domain>(found - kDomainNames.begin());
 }
 
+// What keeps memory in bounds, whatever the text is.
+constexpr std::size_t kLongestPath = 4096;  // with all variables replaced
+constexpr std::size_t kMostPaths = 100;     // of a type in a domain
+constexpr std::size_t kMostVariables = 100;
+
 // The code of four characters of ASCII and florins.
 std::optional<OSType> TypeNamed(std::string_view name) {
     constexpr OSType florin = 0xC4;
@@ -50,12 +55,13 @@ std::string_view TakeVariableName(std::string_view& text) {
 }
 
 // Replaces the variables of a text by what `value` gives for their names. False where a '$' has no name
-// behind it, or `value` gives nothing.
+// behind it, `value` gives nothing, or the result is too long for a path.
 template <class Value>
 bool ReplaceVariables(std::string_view text, std::string& result, Value const& value) {
     while (true) {
         std::size_t const sign = text.find('$');
         result += text.substr(0, sign);
+        if (result.size() > kLongestPath) return false;
         if (sign == text.npos) return true;
         text.remove_prefix(sign + 1);
         std::string_view const name = TakeVariableName(text);
@@ -76,7 +82,12 @@ bool IsWrittenWell(std::string_view path) {
            ReplaceVariables(path, ignored, [](std::string_view) { return "x"; });
 }
 
-std::string Quoted(std::string_view text) { return std::string("\"").append(text).append("\""); }
+std::string Quoted(std::string_view text) {
+    constexpr std::size_t most = 100;
+    std::string quoted = "\"";
+    quoted += text.substr(0, most);
+    return quoted += text.size() > most ? "…\"" : "\"";
+}
 
 }  // namespace
 
@@ -156,18 +167,22 @@ class FolderRulesReader {
         if (name.empty() || name.find_first_not_of(kNameCharacters) != name.npos)
             return Refuse(Quoted(name) + " is no name of a variable");
         if (!IsWrittenWell(value)) return Refuse(NoPath(value));
-        rules.variables[std::string(name)] = WithVariablesAbove(value);
+        auto path = WithVariablesAbove(value);
+        if (!path) return Refuse(Quoted(name) + " is longer than the 4096 bytes of a path");
+        rules.variables[std::string(name)] = std::move(*path);
+        if (rules.variables.size() > kMostVariables) Refuse("there are more than 100 variables");
     }
 
     // The variables that this table has set so far are replaced; others are left for whoever asks.
-    std::string WithVariablesAbove(std::string_view text) const {
+    // Empty where the result is too long.
+    std::optional<std::string> WithVariablesAbove(std::string_view text) const {
         std::string result;
-        ReplaceVariables(text, result, [&](std::string_view name) {
+        bool const fits = ReplaceVariables(text, result, [&](std::string_view name) {
             auto const known = rules.variables.find(name);
             return known != rules.variables.end() ? known->second
                                                   : std::string("${").append(name).append("}");
         });
-        return result;
+        return fits ? std::optional(std::move(result)) : std::nullopt;
     }
 
     void ReadPair(std::string_view value, FolderRules::Type& rule) {
@@ -211,6 +226,8 @@ class FolderRulesReader {
         if (!path.empty() && !IsWrittenWell(path)) return Refuse(NoPath(path));
         if (!HasTold(key)) lines.emplace();
         told[{type, std::string(key)}] = true;
+        if (lines->size() == kMostPaths)
+            return Refuse("there are more than 100 folders of one type and domain");
         if (!path.empty()) lines->emplace_back(path);
     }
 

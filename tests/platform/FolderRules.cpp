@@ -127,6 +127,28 @@ TEST(FolderRules, MayTellOfEveryDomainBehindOne) {
     EXPECT_THAT(rules.Fonts(Domain::System), ElementsAre("/e"));
 }
 
+TEST(FolderRules, StayInBounds) {
+    std::string doubled = "[variables]\nV0 = /0123456789\n", folders = "[font]\n",
+                variables = "[variables]\n";
+    for (int i = 0; i < 40; ++i)
+        doubled +=
+            "V" + std::to_string(i + 1) + " = $V" + std::to_string(i) + "$V" + std::to_string(i) + "\n";
+    EXPECT_EQ("line 11: \"V9\" is longer than the 4096 bytes of a path", MistakesIn(doubled).at(0));
+    for (int i = 0; i < 101; ++i) {
+        folders += "user = /x\n";
+        variables += "V" + std::to_string(i) + " = /x\n";
+    }
+    EXPECT_THAT(MistakesIn(folders),
+                ElementsAre("line 102: there are more than 100 folders of one type and domain"));
+    EXPECT_THAT(MistakesIn(variables), ElementsAre("line 102: there are more than 100 variables"));
+    EXPECT_THAT(MistakesIn("[font]\nuser = /" + std::string(4095, 'a')), IsEmpty());
+    EXPECT_THAT(MistakesIn("[font]\nuser = /" + std::string(4096, 'a')),
+                ElementsAre("line 2: \"/" + std::string(99, 'a') + "…\" is no absolute path"));
+    Rules const rules("[font]\nuser = $A/" + std::string(4090, 'b') + "\nuser = $A/" +
+                      std::string(4094, 'b'));
+    EXPECT_THAT(rules.Fonts(Domain::User), testing::SizeIs(1));
+}
+
 TEST(FolderRules, StopAtTenMistakes) {
     std::string text = "[font]\n";
     for (int i = 0; i < 100; ++i) text += "nonsense\n";
