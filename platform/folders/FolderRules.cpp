@@ -113,15 +113,13 @@ class FolderRulesReader {
 
     void Read(std::string_view text) {
         if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-        while (!text.empty() && mistakes.size() < kMostMistakes) {
+        while (!text.empty() && mistakes.size() < FolderRules::kMostMistakes) {
             ++number;
             ReadLine(Trimmed(TakeLine(text)));
         }
     }
 
   private:
-    static constexpr std::size_t kMostMistakes = 10;
-
     enum class Section : UInt8 { None, Type, Variables, Wrong };
 
     FolderRules& rules;

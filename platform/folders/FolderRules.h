@@ -24,9 +24,12 @@ using VariableValue = std::function<std::string(std::string_view name)>;
 
 class FolderRules {
   public:
+    /// How many mistakes end the reading of a text.
+    static constexpr std::size_t kMostMistakes = 10;
+
     /// Reads a text: what it says of a type and a domain takes the place of what was known. Adds what is
-    /// wrong with it to `mistakes`, each with its line; at ten it stops. Types that are not known yet are a
-    /// mistake unless `mayAddTypes`.
+    /// wrong with it to `mistakes`, each with its line; at kMostMistakes it stops. Types that are not known
+    /// yet are a mistake unless `mayAddTypes`.
     void Read(std::string_view text, bool mayAddTypes, std::vector<std::string>& mistakes);
 
     /// The paths that lines tell for a type in a domain, in their order; `value` gives the variables that the

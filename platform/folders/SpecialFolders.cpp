@@ -92,10 +92,9 @@ struct Table {
 };
 
 std::string Joined(std::vector<std::string> const& mistakes) {
-    constexpr std::size_t most = 10;  // at which the reading stops
     std::string text;
     for (std::size_t i = 0; i < mistakes.size(); ++i) text.append(i == 0 ? "" : "; ").append(mistakes[i]);
-    if (mistakes.size() == most) text += "; and perhaps more";
+    if (mistakes.size() == FolderRules::kMostMistakes) text += "; and perhaps more";
     return text;
 }
 

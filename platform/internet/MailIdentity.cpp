@@ -15,6 +15,10 @@ bool Take(std::string_view& text, std::string_view beginning) {
     return true;
 }
 
+void SkipWhite(std::string_view& line) {
+    line.remove_prefix(std::min(line.find_first_not_of(" \t\r"), line.size()));
+}
+
 // ---- git
 
 bool IsKeyCharacter(char character) {
@@ -33,7 +37,7 @@ class GitConfig {
     std::optional<std::string> Email() {
         while (!rest.empty()) {
             line = TakeLine(rest);
-            SkipBlanks();
+            SkipWhite(line);
             while (Take(line, "[")) TakeSection();
             if (section != Section::Other) TakeVariable();
         }
@@ -47,8 +51,6 @@ class GitConfig {
     enum class Section { Other, User, Include } section = Section::Other;
     std::optional<std::string> email;
 
-    void SkipBlanks() { line.remove_prefix(std::min(line.find_first_not_of(" \t\r"), line.size())); }
-
     // A section with a name of its own in quotes is another one.
     void TakeSection() {
         std::size_t end = 0;
@@ -60,7 +62,7 @@ class GitConfig {
         bool const isClosed = end < line.size();
         section = isClosed ? SectionOf(line.substr(0, end)) : Section::Other;
         line.remove_prefix(isClosed ? end + 1 : line.size());
-        SkipBlanks();
+        SkipWhite(line);
     }
 
     static Section SectionOf(std::string_view name) {
@@ -72,7 +74,7 @@ class GitConfig {
         auto const keyEnd = std::find_if_not(line.begin(), line.end(), IsKeyCharacter);
         std::string_view const key = line.substr(0, static_cast<std::size_t>(keyEnd - line.begin()));
         line.remove_prefix(key.size());
-        SkipBlanks();
+        SkipWhite(line);
         if (key.empty() || !Take(line, "=")) return;
         // The value is read also where it is not wanted: it may go on in the next line.
         auto value = TakeValue();
@@ -93,7 +95,7 @@ class GitConfig {
         std::string value;
         std::size_t kept = 0;  // bytes that stay though they be blanks at the end
         bool isQuoted = false;
-        SkipBlanks();
+        SkipWhite(line);
         while (!line.empty() && (isQuoted || (line.front() != '#' && line.front() != ';'))) {
             char const character = line.front();
             line.remove_prefix(1);
@@ -162,10 +164,6 @@ std::optional<std::string> TakeQuoted(std::string_view& line) {
         text += character;
     }
     return std::nullopt;
-}
-
-void SkipWhite(std::string_view& line) {
-    line.remove_prefix(std::min(line.find_first_not_of(" \t\r"), line.size()));
 }
 
 // The text that a line of a prefs.js gives the key.

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -82,6 +83,19 @@ bool LeadsTo(std::string const& path, struct statx const& file) {
            found.stx_dev_minor == file.stx_dev_minor;
 }
 
+// The place of a file that the process runs and that is not at its path here, because the process is in
+// another mount namespace: below the root folder of the process. Where the root of this process is a folder
+// of the system's, the path begins with that folder, which is no part of the place. The path, where the file
+// is not found.
+std::string PlaceBelowItsRoot(ProcessFacts const& facts, struct statx const& file) {
+    std::string_view rest = facts.executable;
+    for (; !rest.empty(); rest.remove_prefix(std::min(rest.find('/', 1), rest.size()))) {
+        std::string place = FileOf(facts.process.pid, std::string("root").append(rest));
+        if (LeadsTo(place, file)) return place;
+    }
+    return facts.executable;
+}
+
 }  // namespace
 
 int ReadStat(pid_t pid, ProcessStat& stat) {
@@ -127,8 +141,7 @@ std::string PlaceOfExecutable(ProcessFacts const& facts) {
     bool const isKnown = Look(FileOf(facts.process.pid, "exe"), file);
     if (isKnown && LeadsTo(path, file)) return path;
     if (former != path) return former;
-    std::string const throughRoot = FileOf(facts.process.pid, "root" + path);
-    return isKnown && LeadsTo(throughRoot, file) ? throughRoot : path;
+    return isKnown ? PlaceBelowItsRoot(facts, file) : path;
 }
 
 }  // namespace Platform
