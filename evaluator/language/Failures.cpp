@@ -89,8 +89,7 @@ std::string MistakesInSettings() {
 
 // What the code means, in words; empty where nobody knows.
 std::string MeaningOf(long code) {
-    if (std::string mistakes = code == badFolderTable ? MistakesInSettings() : ""; !mistakes.empty())
-        return mistakes;
+    if (std::string mistakes = MistakesInSettings(); !mistakes.empty()) return mistakes;
     if (std::string mount = code == volumeOffline ? UnresponsiveMount(volumeOffline) : ""; !mount.empty())
         return mount;
     auto found =
@@ -204,7 +203,8 @@ std::string Reason() {
         return "the text cannot be read";
     } catch (OSError const& error) {
         FileFailure const failure = LastFileFailure();
-        bool const isOfFile = error.Code() == fileTooLarge && failure.code == fileTooLarge;
+        bool const isOfFile =
+            error.Code() == fileTooLarge && failure.code == fileTooLarge && MistakesInSettings().empty();
         return isOfFile ? Unreadable(failure) : PlatformError(error.Code());
     } catch (BadFileNameError const&) {
         return "bad file name";

@@ -1,5 +1,6 @@
 #include "files/SettingsFailure.h"
 
+#include <Carbon/MacErrors.h>
 #include <Platform/Items.h>
 
 #include "foundation/CutText.h"
@@ -14,9 +15,20 @@ struct Failure {
 };
 thread_local Failure last;
 
+std::string WhyUnreadable(OSErr error) {
+    if (error == permErr || error == afpAccessDenied) return "it may not be read";
+    if (error == fileBoundsErr) return "it is larger than 4 MiB";
+    return error == notAFileErr ? "it is no file" : "it cannot be read";
+}
+
 }  // namespace
 
 void NoteSettingsFailure(std::string const& file, std::string const& reason) { last = {file, reason}; }
+
+OSErr NoteUnreadableSettings(std::string const& file, OSErr error) {
+    NoteSettingsFailure(file, WhyUnreadable(error));
+    return error;
+}
 
 void ForgetSettingsFailure() { last = {}; }
 

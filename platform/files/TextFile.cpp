@@ -3,6 +3,7 @@
 #include <Carbon/MacErrors.h>
 
 #include "files/FileCache.h"
+#include "files/SettingsFailure.h"
 #include "files/WholeFile.h"
 #include "foundation/Held.h"
 #include "foundation/Url.h"
@@ -21,6 +22,11 @@ OSErr Read(Path const& file, SInt64 most, std::shared_ptr<std::string const>& te
     return noErr;
 }
 
+FileCache<std::string>& Texts() {
+    static auto& cache = *new FileCache<std::string>(8);
+    return cache;
+}
+
 }  // namespace
 
 OSErr ReadTextFile(Path const& file, std::shared_ptr<std::string const>& text) {
@@ -32,11 +38,27 @@ OSErr ReadLongTextFile(Path const& file, std::shared_ptr<std::string const>& tex
 }
 
 OSErr GetTextFile(std::string const& path, std::string& text) {
-    static auto& cache = *new FileCache<std::string>(8);
     std::shared_ptr<std::string const> content;
-    OSErr const error = GetThrough(cache, path, content, ReadTextFile);
+    OSErr const error = GetThrough(Texts(), path, content, ReadTextFile);
     text = content ? *content : std::string();
     return error;
+}
+
+OSErr GetSettingsFile(std::string const& path, std::string& text) {
+    text.clear();
+    SeenItem item;
+    OSErr error = SeeItem(path, item);
+    if (error == noErr) {
+        std::shared_ptr<std::string const> content;
+        OSErr unread = noErr;
+        error = GetThrough(Texts(), path, content,
+                           [&](Path const& file, auto& read) { return unread = ReadTextFile(file, read); });
+        if (error == noErr) error = unread;
+        if (content) text = *content;
+    }
+    bool const isMissing = error == fnfErr || error == dirNFErr;  // perhaps behind a link
+    if (error == noErr || isMissing) return noErr;
+    return WasGivenUp(error) ? error : NoteUnreadableSettings(path, error);
 }
 
 }  // namespace Platform

@@ -20,6 +20,10 @@ inline constexpr SInt64 kMostOfTextFile = SInt64{4} << 20;
 /// last are kept, and read again when they have changed.
 OSErr GetTextFile(std::string const& path, std::string& text);
 
+/// The same for a file that counts, so that nothing may be answered without it: a failure to read one that is
+/// there is the result, and noted for PlatformSettingsFailure.
+OSErr GetSettingsFile(std::string const& path, std::string& text);
+
 /// Reads the file at a plain path; a result code, noted as above.
 OSErr ReadTextFile(Path const& file, std::shared_ptr<std::string const>& text);
 /// The same for a text that may be as long as any file that is read as a whole.

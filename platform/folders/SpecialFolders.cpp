@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "files/FileCache.h"
+#include "files/FileFailure.h"
 #include "files/Lookup.h"
 #include "files/MountTable.h"
 #include "files/SettingsFailure.h"
@@ -114,13 +115,6 @@ OSErr ReadAdministratorsTable(Path const& file, std::shared_ptr<Table const>& ta
     return error;
 }
 
-// Why the administrator's file cannot be read, as it was noted.
-std::string WhyUnreadable(OSErr error) {
-    if (error == permErr || error == afpAccessDenied) return "it may not be read";
-    if (error == fileBoundsErr) return "it is too large";
-    return error == notAFileErr ? "it is no file" : "it cannot be read";
-}
-
 // The table of the built-in text alone, or with that of the administrator's file where there is one.
 OSErr GetTable(std::shared_ptr<Table const>& table) {
     static auto& builtIn = *new std::shared_ptr<Table const>(ReadTable({}));
@@ -137,9 +131,13 @@ OSErr GetTable(std::shared_ptr<Table const>& table) {
         if (error == noErr && !table) error = PlatformFileFailure(nullptr, 0);
     }
     if (WasGivenUp(error)) return error;
-    std::string const mistakes = table ? table->mistakes : WhyUnreadable(error);
-    if (mistakes.empty()) return noErr;
-    NoteSettingsFailure(path, mistakes);
+    if (!table) {
+        NoteUnreadableSettings(path, error);
+    } else if (table->mistakes.empty()) {
+        return noErr;
+    } else {
+        NoteSettingsFailure(path, table->mistakes);
+    }
     return badFolderDescErr;
 }
 
@@ -170,12 +168,14 @@ bool IsMounted(FSVolumeRefNum number) {
                        [&](Volume const& volume) { return volume.number == number; });
 }
 
-// Finds the folder at a path; fnfErr when none is there.
+// Finds the folder at a path; fnfErr when none is there. One that may not be looked at is a failure: which
+// folder is meant is not known then.
 OSErr FindFolderAt(std::string const& path, FoundItem& found) {
     OSErr const error = Reach(SlowMountBehind(path, LinkRule::Follow), found, [path](FoundItem& result) {
         return FindItemOfText(path, LinkRule::Follow, result);
     });
     if (error == noErr && found.item.IsFolder()) return noErr;
+    if (error == afpAccessDenied || error == permErr) return NoteFileFailure(error, Path(path));
     return WasGivenUp(error) ? error : OSErr{fnfErr};
 }
 

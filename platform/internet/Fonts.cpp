@@ -115,12 +115,15 @@ std::optional<SlowMount> SlowMountBehindAny(std::vector<std::string> const& path
 }
 
 // Where there is no file to begin with, the library is not asked: it would complain on standard error. The
-// files may be, or include some, in the home.
+// files may be, or include some, in the home. They may also be pipes, which the library opens as any other:
+// so it is always waited for as for a mount that may not answer, and there is one such wait at a time.
 OSErr Load(Library const& library, Configuration& config) {
     std::vector<std::string> const files = FilesOfConfiguration();
     std::vector<std::string> places = files;
     if (std::string const home = HomeFolder(); !home.empty()) places.push_back(home);
-    return Reach(SlowMountBehindAny(places), config, [files, &library](Configuration& loaded) -> OSErr {
+    constexpr std::uint64_t noMount = ~std::uint64_t{0};
+    SlowMount const mount = SlowMountBehindAny(places).value_or(SlowMount{noMount, files.front()});
+    return Reach(mount, config, [files, &library](Configuration& loaded) -> OSErr {
         bool const isThere = std::ranges::any_of(
             files, [](std::string const& file) { return access(file.c_str(), R_OK) == 0; });
         FcConfig* const made = isThere ? library.initLoadConfig() : nullptr;

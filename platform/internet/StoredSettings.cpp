@@ -3,11 +3,15 @@
 #include <Carbon/InternetConfig.h>
 #include <Carbon/MacErrors.h>
 #include <CoreFoundation/CFData.h>
+#include <Platform/Items.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 
+#include "files/FileFailure.h"
 #include "files/FileSpecs.h"
+#include "files/SettingsFailure.h"
 #include "foundation/AsciiCase.h"
 #include "foundation/Containers.h"
 #include "foundation/Data.h"
@@ -152,6 +156,22 @@ bool IsKey(__CFString const& text, std::string_view key) {
     });
 }
 
+constexpr char const* kStoredSettings = "com.apple.internetconfig";
+
+bool HoldsStoredSettings(std::string_view file) { return LastComponent(file).starts_with(kStoredSettings); }
+
+// The failure to read the file of the stored settings, if there is one that cannot be read. It is noted.
+OSErr FailureOfStoredSettings() {
+    char file[PATH_MAX + 1], reason[500];
+    OSErr const error = PlatformFileFailure(file, sizeof file);
+    bool const isMissing = error == noErr || error == fnfErr || error == dirNFErr;
+    if (!isMissing && HoldsStoredSettings(file)) return NoteUnreadableSettings(file, error);
+    bool const isList = !PlatformPropertyListFailure(file, sizeof file, reason, sizeof reason);
+    if (isList || !HoldsStoredSettings(file)) return noErr;
+    NoteSettingsFailure(file, std::string("it is no property list: ") + reason);
+    return icPrefDataErr;
+}
+
 }  // namespace
 
 SettingLayout LayoutOf(std::string_view key) {
@@ -232,7 +252,9 @@ OSErr StoredSettingIn(CFTypeRef version, std::string_view key, std::string& valu
 OSErr GetStoredSetting(std::string_view key, std::string& value) {
     Held<__CFString const> const name(NewAsciiString("Version 2.5.4"));
     Held<Object const> version;
-    OSErr const error = CopyPreference(name.get(), "com.apple.internetconfig", version);
+    ForgetFileFailure();  // what was noted before says nothing of this
+    OSErr error = CopyPreference(name.get(), kStoredSettings, version);
+    if (error == noErr && version.get() == nullptr) error = FailureOfStoredSettings();
     return error == noErr ? StoredSettingIn(version.get(), key, value) : error;
 }
 

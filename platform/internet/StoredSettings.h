@@ -31,8 +31,9 @@ OSErr NativeSetting(SettingLayout layout, std::string_view stored, std::string& 
 /// Gets the value of a key from the dictionary "Version 2.5.4", which may be null. icPrefNotFoundErr when it
 /// has none; icPrefDataErr for one that is no bytes of the key's layout, or where a dictionary is wanted.
 OSErr StoredSettingIn(CFTypeRef version, std::string_view key, std::string& value);
-/// The same from the preferences as they are now; the code of a wait for one of their files that was given
-/// up.
+/// The same from the preferences as they are now. Also the code of a wait for one of their files that was
+/// given up, and of a failure to read the user's file: icPrefDataErr for one that is no property list. It is
+/// noted for PlatformSettingsFailure.
 OSErr GetStoredSetting(std::string_view key, std::string& value);
 
 }  // namespace Platform

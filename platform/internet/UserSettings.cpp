@@ -10,6 +10,7 @@
 #include "applications/Handlers.h"
 #include "files/FileSpecs.h"
 #include "files/FileState.h"
+#include "files/SettingsFailure.h"
 #include "files/TextFile.h"
 #include "foundation/AsciiCase.h"
 #include "foundation/PathStyles.h"
@@ -46,7 +47,7 @@ OSErr MakeBoolean(bool truth, std::string& value) {
 // Gets the text of a file below a folder, which may be empty; empty where there is none.
 OSErr GetTextBelow(std::string const& folder, std::string_view file, std::string& text) {
     text.clear();
-    return folder.empty() ? OSErr{noErr} : GetTextFile(JoinPaths(folder, file), text);
+    return folder.empty() ? OSErr{noErr} : GetSettingsFile(JoinPaths(folder, file), text);
 }
 
 // ---- The e-mail address
@@ -94,11 +95,11 @@ OSErr GetGitEmail(std::string& email) {
     int left = 10;  // files that may be included
     for (std::string const& file : GitFiles()) {
         std::string text;
-        OSErr error = GetTextFile(file, text);
+        OSErr error = GetSettingsFile(file, text);
         auto const found = GitEmailIn(text, [&](std::string_view path) {
             std::string const included = IncludedFile(file, path);
             std::string inner;
-            if (error == noErr && !included.empty() && left-- > 0) error = GetTextFile(included, inner);
+            if (error == noErr && !included.empty() && left-- > 0) error = GetSettingsFile(included, inner);
             return inner;
         });
         if (error != noErr) return error;
@@ -163,13 +164,15 @@ OSErr GetMonospace(std::string& value) {
 // A file that is there but cannot be read is a failure of its own: a list that merely ended would say
 // nothing.
 OSErr GetServices(std::string& value) {
+    std::string const file = MachinePath("etc/services");
     SeenItem item;
     std::shared_ptr<std::string const> text;
-    OSErr error = SeeItem(MachinePath("etc/services"), item);
-    if (error == fnfErr || error == dirNFErr) return icPrefNotFoundErr;
+    OSErr error = SeeItem(file, item);
     if (error == noErr) error = ReadTextFile(item.path, text);
-    if (error == noErr) value = PackServices(ServicesIn(*text));
-    return error;
+    if (error == fnfErr || error == dirNFErr) return icPrefNotFoundErr;  // perhaps behind a link
+    if (error != noErr) return WasGivenUp(error) ? error : NoteUnreadableSettings(file, error);
+    value = PackServices(ServicesIn(*text));
+    return noErr;
 }
 
 // The scheme in small letters, as types have it; empty for what is none.

@@ -10,7 +10,8 @@
 namespace Platform {
 
 /// Gets the value of a key, without regard to its case, as it lies in memory; Carbon/InternetConfig.h tells
-/// where it comes from. icPrefNotFoundErr when there is none, and the code of a wait that was given up.
+/// where it comes from. icPrefNotFoundErr when there is none; the code of a wait that was given up, and
+/// of a failure to read a file that counts, which is noted for PlatformSettingsFailure.
 OSErr GetUserSetting(std::string_view key, std::string& value);
 
 }  // namespace Platform

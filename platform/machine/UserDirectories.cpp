@@ -73,7 +73,7 @@ OSErr GetUserDirectory(std::string_view name, std::string& path) {
     std::string const folder = UserFolder("XDG_CONFIG_HOME", ".config");
     if (folder.empty()) return noErr;
     std::string text;
-    OSErr const error = GetTextFile(JoinPaths(folder, "user-dirs.dirs"), text);
+    OSErr const error = GetSettingsFile(JoinPaths(folder, "user-dirs.dirs"), text);
     path = UserDirectoryIn(text, name, HomeFolder());
     return error;
 }

@@ -83,17 +83,26 @@ bool LeadsTo(std::string const& path, struct statx const& file) {
            found.stx_dev_minor == file.stx_dev_minor;
 }
 
-// The place of a file that the process runs and that is not at its path here, because the process is in
-// another mount namespace: below the root folder of the process. Where the root of this process is a folder
-// of the system's, the path begins with that folder, which is no part of the place. The path, where the file
-// is not found.
+// Where a file that the process runs is when it is not at its path here, because the process is in another
+// mount namespace: below the root folder of the process. Where the root of this process is a folder of the
+// system's, the path begins with that folder, which is no part of the place. Empty when it is not found.
 std::string PlaceBelowItsRoot(ProcessFacts const& facts, struct statx const& file) {
     std::string_view rest = facts.executable;
     for (; !rest.empty(); rest.remove_prefix(std::min(rest.find('/', 1), rest.size()))) {
         std::string place = FileOf(facts.process.pid, std::string("root").append(rest));
         if (LeadsTo(place, file)) return place;
     }
-    return facts.executable;
+    return {};
+}
+
+// The place that a deleted file had: below the root folder of the process when it sees something else there
+// than we do.
+std::string PlaceOfDeleted(pid_t pid, std::string const& path) {
+    std::string place = FileOf(pid, "root" + path);
+    struct statx ours, its;
+    bool const isHere = Look(path, ours), isThere = Look(place, its);
+    bool const isSame = isThere ? LeadsTo(path, its) : !isHere;
+    return isSame ? path : place;
 }
 
 }  // namespace
@@ -135,13 +144,16 @@ std::optional<pid_t> OwnProcessId() {
 
 std::string PlaceOfExecutable(ProcessFacts const& facts) {
     std::string const& path = facts.executable;
+    pid_t const pid = facts.process.pid;
     std::string const former = path.substr(0, path.size() - (path.ends_with(kDeleted) ? kDeleted.size() : 0));
     if (SlowMountBehind(former, LinkRule::Follow)) return former;  // and whether it was deleted is not asked
     struct statx file;
-    bool const isKnown = Look(FileOf(facts.process.pid, "exe"), file);
-    if (isKnown && LeadsTo(path, file)) return path;
-    if (former != path) return former;
-    return isKnown ? PlaceBelowItsRoot(facts, file) : path;
+    bool const isKnown = Look(FileOf(pid, "exe"), file);
+    if (!isKnown || LeadsTo(path, file)) return isKnown ? path : former;
+    if (std::string place = PlaceBelowItsRoot(facts, file); !place.empty()) return place;
+    if (former != path) return PlaceOfDeleted(pid, former);
+    // Its file system was unmounted: no path leads to it, and what is at its path is another file.
+    return JoinPaths(FileOf(pid, "exe"), LastComponent(path));
 }
 
 }  // namespace Platform

@@ -49,7 +49,7 @@ std::optional<ProcessStat> ParseStat(std::string_view text) {
             numbers[static_cast<std::size_t>(field)] = *number;
         }
     }
-    if (numbers[parent] >> kProcessIdBits != 0) return std::nullopt;
+    if (numbers[parent] >> kProcessIdBits != 0 || numbers[start] > kLatestStart) return std::nullopt;
     stat.parent = static_cast<pid_t>(numbers[parent]);
     stat.active = numbers[inUser] + numbers[inSystem];
     stat.start = numbers[start];

@@ -20,7 +20,8 @@ struct ProcessStat {
 
     bool HasEnded() const { return state == 'Z' || state == 'X' || state == 'x'; }
 };
-/// Empty for bytes of another form. The name may hold blanks and parentheses.
+/// Empty for bytes of another form, and for a start that no serial number holds. The name may hold blanks and
+/// parentheses.
 std::optional<ProcessStat> ParseStat(std::string_view text);
 
 /// What `status` says.

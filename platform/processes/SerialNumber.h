@@ -20,12 +20,15 @@ struct ProcessIdentity {
 
 /// Bits of a process id: the kernel's are below 2^22.
 inline constexpr int kProcessIdBits = 22;
+/// The latest start that a serial number holds, more than a thousand years after that of the machine.
+inline constexpr std::uint64_t kLatestStart = (std::uint64_t{1} << (64 - kProcessIdBits)) - 2;
 
 inline std::uint64_t NumberIn(ProcessSerialNumber const& psn) {
     return std::uint64_t{psn.highLongOfPSN} << 32 | psn.lowLongOfPSN;
 }
 
-/// Larger than each of the constants (kNoProcess and the like), as one is added to the start.
+/// Of a start that is not later than kLatestStart. Larger than each of the constants (kNoProcess and the
+/// like), as one is added to the start.
 inline ProcessSerialNumber SerialNumberOf(ProcessIdentity const& process) {
     std::uint64_t const number =
         (process.start + 1) << kProcessIdBits | static_cast<std::uint64_t>(process.pid);

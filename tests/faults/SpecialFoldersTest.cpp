@@ -58,7 +58,8 @@ TEST_F(SpecialFolderTables, MaySayThatThereIsNoSuchFolder) {
 TEST_F(SpecialFolderTables, ThatAreTooLargeAreToldOf) {
     std::string const file = Administrate("");
     std::filesystem::resize_file(file, 5 << 20);
-    ExpectFailure("temporary items folder", "the file \"" + file + "\" cannot be used: it is too large",
+    ExpectFailure("temporary items folder",
+                  "the file \"" + file + "\" cannot be used: it is larger than 4 MiB",
                   RunZelq({"temporary items folder"}));
 }
 
@@ -69,7 +70,6 @@ TEST(ServicesOfTheMachine, ThatAreTooManyToBeReadAreToldOf) {
     std::string const file = here.Write("etc/services", "http 80/tcp\n");
     ExpectAnswer("80\n", RunZelq({"ports of services of internet config as string"}));
     std::filesystem::resize_file(file, 5 << 20);
-    ExpectFailure("service",
-                  "the file \"" + file + "\" cannot be read: the platform's error -1309 (it is larger than",
+    ExpectFailure("service", "the file \"" + file + "\" cannot be used: it is larger than 4 MiB",
                   RunZelq({"services of internet config"}));
 }

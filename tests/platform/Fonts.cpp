@@ -3,8 +3,10 @@
 #include <Carbon/MacErrors.h>
 #include <Platform/Items.h>
 #include <stdio.h>
+#include <sys/stat.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "platform/OwnHome.h"
 
@@ -97,15 +99,35 @@ TEST_F(Fonts, AreThoseOfSettingsBelowTheHomeOrAFolderOfTheList) {
 }
 
 TEST_F(Fonts, AreLookedThroughWhileTheHostWants) {
-    for (char const* const name : {"a.ttf", "b.ttf", "c.ttf", "d.ttf"})
-        Write(std::string("fonts/") + name, "");
+    for (int i = 0; i < 40; ++i) Write("fonts/" + std::to_string(i) + ".ttf", "");
     Configure("<dir>" + here.Path("fonts") + "</dir>");
     static int left;
-    left = 3;
+    left = 20;
     PlatformSetCheckIn([](UInt32) -> Boolean { return left-- > 0; });
     ChosenFont font;
     OSErr const error = GetFont("monospace", font);
     PlatformSetCheckIn(nullptr);
     EXPECT_EQ(userCanceledErr, error);
-    EXPECT_EQ(-1, left) << "asked for the folder and for each file, and not again";
+    EXPECT_EQ(-1, left) << "asked for each file, and not again";
+}
+
+// The library would wait for whoever writes to it.
+TEST_F(Fonts, OfSettingsInAPipeAreWaitedForWhileTheHostWants) {
+    std::string const pipe = here.Path("pipe");
+    ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
+    settings.Set(pipe);
+    static int left;
+    left = 3;
+    PlatformSetCheckIn([](UInt32) -> Boolean { return left-- > 0; });
+    ChosenFont font;
+    testing::internal::CaptureStderr();
+    OSErr const error = GetFont("monospace", font);
+    OSErr const again = GetFont("monospace", font);
+    PlatformSetCheckIn(nullptr);
+    EXPECT_EQ(userCanceledErr, error);
+    EXPECT_EQ(userCanceledErr, again);
+    // The library's call comes back, as what was written has an end.
+    { std::ofstream const writer(pipe); }
+    while (GetFont("monospace", font) == volOffLinErr) settings.Set("/nonexistent");
+    testing::internal::GetCapturedStderr();
 }

@@ -66,6 +66,12 @@ class InternetSettings : public OwnHome {
         Owned<CFURLRef> const url(PlatformCreateSpecURL(&spec.fss, nullptr));
         return PathOf(url);
     }
+    static void ExpectFailureOf(std::string const& path, std::string const& beginning) {
+        char file[4096], reason[2000];
+        EXPECT_TRUE(PlatformSettingsFailure(file, sizeof file, reason, sizeof reason));
+        EXPECT_EQ(path, file);
+        EXPECT_EQ(beginning, std::string(reason).substr(0, beginning.size()));
+    }
     // Stores values, which are property lists, under their keys.
     void Store(std::string const& entries) const {
         Write("home/.config/com.apple.internetconfig.plist",
@@ -263,21 +269,44 @@ TEST_F(InternetSettings, OfTheSignatureMayBeLargerThanFilesOfSettings) {
     EXPECT_EQ((4 << 20) + 1, size);
 }
 
-TEST_F(InternetSettings, InFilesThatAreTooLargeAreNoneAndNoted) {
+TEST_F(InternetSettings, InFilesThatAreTooLargeFail) {
     std::string const services = Write("machine/etc/services", "http 80/tcp\n");
     std::string const git = Write("home/.gitconfig", "[user]\nemail = a@git\n");
-    std::string const tooLarge = "error " + std::to_string(fileBoundsErr);
-    for (auto const& [key, path, answer] :
-         {std::tuple("Services", services, tooLarge), std::tuple("Email", git, std::string(kNone))}) {
+    Write("machine/etc/gitconfig", "[user]\nemail = b@git\n");
+    for (auto const& [key, path] : {std::pair("Services", services), std::pair("Email", git)}) {
         std::filesystem::resize_file(path, 4 << 20);
         EXPECT_FALSE(Get(key).starts_with("error"));
         std::filesystem::resize_file(path, (4 << 20) + 1);
         PlatformForgetFileFailure();
-        EXPECT_EQ(answer, Get(key));
-        char name[4096];
-        EXPECT_EQ(fileBoundsErr, PlatformFileFailure(name, sizeof name));
-        EXPECT_EQ(path, name);
+        EXPECT_EQ("error " + std::to_string(fileBoundsErr), Get(key));
+        ExpectFailureOf(path, "it is larger than 4 MiB");
     }
+}
+
+// Without them another place would answer.
+TEST_F(InternetSettings, InAStoredFileThatCannotBeUsedFail) {
+    email.Set("a@environment");
+    EXPECT_EQ("a@environment", Text("Email"));
+    std::string const list = Write("home/.config/com.apple.internetconfig.plist", "{a = ");
+    PlatformForgetFileFailure();
+    EXPECT_EQ(kSpoilt, Get("Email"));
+    ExpectFailureOf(list, "it is no property list: ");
+    std::filesystem::resize_file(list, SInt64{300} << 20);
+    PlatformForgetFileFailure();
+    EXPECT_EQ("error " + std::to_string(fileBoundsErr), Get("UseSocks"));
+    ExpectFailureOf(list, "it is larger than");
+}
+
+TEST_F(InternetSettings, OfAListThatIsNotTheirsAreNotLookedFor) {
+    Write("home/.config/.GlobalPreferences.plist", "{a = ");
+    email.Set("a@environment");
+    EXPECT_EQ("a@environment", Text("Email"));
+}
+
+TEST_F(InternetSettings, InALinkThatLeadsNowhereAreNone) {
+    here.MakeFolder("machine/etc");
+    here.Link("machine/etc/services", "nothing");
+    EXPECT_EQ(kNone, Get("Services"));
 }
 
 TEST_F(InternetSettings, OfTheSignatureThatMayNotBeReadAreNoneAndNoted) {

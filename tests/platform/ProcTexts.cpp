@@ -61,6 +61,16 @@ TEST(ProcTexts, StatOfAnotherForm) {
     EXPECT_FALSE(ParseStat("1 (a) S 0 0 0 0 0 0 1 2 3 4 5 6 7 8 0 0 1 0 9x 10"));
 }
 
+TEST(ProcTexts, StartsAreThoseThatSerialNumbersHold) {
+    auto const startIn = [](std::string const& start) {
+        auto const stat = ParseStat("1 (a) S 0 0 0 0 0 0 1 2 3 4 5 6 7 8 0 0 1 0 " + start + " 10");
+        return stat ? stat->start : 0;
+    };
+    EXPECT_EQ(kLatestStart, startIn("4398046511102"));
+    for (std::string const start : {"4398046511103", "8796093022308", "18446744073709551615"})
+        EXPECT_EQ(0u, startIn(start)) << start;
+}
+
 TEST(ProcTexts, StatesOfWhatHasEnded) {
     for (char const state : {'Z', 'X', 'x', 'R', 'S', 'D', 'T'}) {
         std::string text = StatOf("a");

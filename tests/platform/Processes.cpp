@@ -528,6 +528,41 @@ TEST(Processes, FilesOfOtherMountNamespacesAreNotTakenForThoseHere) {
               Describe(NumberOf(child.Pid())).place);
 }
 
+// What has its path here is another file.
+TEST(Processes, DeletedFilesOfOtherMountNamespacesAreNotTakenForThoseHere) {
+    TemporaryFolder const folder;
+    folder.MakeFolder("here");
+    folder.MakeFolder("there");
+    std::string const program = CopySleep(folder, "here/program");
+    CopySleep(folder, "there/program");
+    Started const child(program, [&] {
+        Mounts::EnterNamespaces();
+        Mounts::Bind(folder.Path("there"), folder.Path("here"));
+    });
+    std::filesystem::remove(folder.Path("there/program"));
+    Description const description = Describe(NumberOf(child.Pid()));
+    EXPECT_EQ("/proc/" + std::to_string(child.Pid()) + "/root" + program, description.place);
+    EXPECT_EQ("program", description.name);
+}
+
+// Its file system is unmounted, and another file lies below the mount point.
+TEST(Processes, WhoseFileSystemIsUnmountedHaveNoFile) {
+    TemporaryFolder const folder;
+    folder.MakeFolder("mounted");
+    std::string const program = CopySleep(folder, "mounted/program");
+    constexpr int opened = 100;
+    Started const child("/proc/self/fd/" + std::to_string(opened), [&] {
+        Mounts::EnterNamespaces();
+        if (mount("none", folder.Path("mounted").c_str(), "tmpfs", 0, nullptr) != 0) _exit(1);
+        std::filesystem::copy_file(SleepProgram(), program);
+        if (dup2(open(program.c_str(), O_PATH), opened) != opened) _exit(1);
+        if (umount2(folder.Path("mounted").c_str(), MNT_DETACH) != 0) _exit(1);
+    });
+    Description const description = Describe(NumberOf(child.Pid()));
+    EXPECT_EQ("program", description.name);
+    EXPECT_EQ("/proc/" + std::to_string(child.Pid()) + "/exe/program", description.place);
+}
+
 // ---- Processes that end meanwhile
 
 TEST(Processes, ThatEndBeforeTheyAreAskedAboutAreDescribedAsTheyWere) {

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "OwnHome.h"
+#include "support/Unprivileged.h"
 
 namespace {
 
@@ -188,13 +189,20 @@ TEST_F(SpecialFolders, AreReplacedByTheAdministrator) {
 TEST_F(SpecialFolders, OfAMacTreeNeedThePlacesOfItsDomainsOnly) {
     std::string const mac = here.MakeFolder("mac");
     std::string const fonts = Make("mac/Library/Fonts"), system = Make("mac/System/Library/Fonts"),
-                      panels = Make("mac/System Folder/Control Panels"),
+                      panels = Make("mac/System Folder/Control Panels"), users = Make("mac/Users"),
+                      shared = Make("mac/Users/Shared"), developer = Make("mac/Developer"),
                       off = Make("mac/System Folder/Control Panels (Disabled)");
     Administrate("[variables]\nMAC_LOCAL = " + mac + "\nMAC_SYSTEM = " + mac +
                  "/System\nMAC_CLASSIC = " + mac + "/System Folder\n");
     EXPECT_EQ(fonts, Find(kLocalDomain, "font"));
     EXPECT_EQ(system, Find(kSystemDomain, "font"));
     EXPECT_EQ(mac + "/System", Find(kSystemDomain, "macs"));
+    for (SInt16 const domain : {kSystemDomain, kLocalDomain}) {
+        EXPECT_EQ(users, Find(domain, "usrs"));
+        EXPECT_EQ(shared, Find(domain, "sdat"));
+        EXPECT_EQ(developer, Find(domain, "devf"));
+    }
+    EXPECT_EQ(users, Find(kUserDomain, "usrs"));
     EXPECT_EQ(panels, Find(kClassicDomain, "ctrl"));
     EXPECT_EQ(off, Find(kClassicDomain, "ctrD"));
 }
@@ -235,6 +243,30 @@ TEST_F(SpecialFolders, TellOfTenMistakesAtMost) {
     EXPECT_TRUE(std::string_view(reason).ends_with(
         "line 10: \"nonsense\" is neither [TYPE] nor KEY = VALUE; and perhaps more"))
         << reason;
+}
+
+// Another one of the list is not the folder that is meant.
+TEST_F(SpecialFolders, ThatMayNotBeLookedAtFail) {
+    Make("home/Desktop");
+    Make("locked/Desk");
+    Write("home/.config/user-dirs.dirs", "XDG_DESKTOP_DIR=\"" + here.Path("locked/Desk") + "\"\n");
+    std::filesystem::permissions(here.Path(), std::filesystem::perms::all);
+    EXPECT_EQ(here.Path("locked/Desk"), Find(kUserDomain, "desk"));
+    std::filesystem::permissions(here.Path("locked"), std::filesystem::perms::none);
+    Unprivileged const user;
+    PlatformForgetFileFailure();
+    EXPECT_EQ(std::to_string(afpAccessDenied), Find(kUserDomain, "desk"));
+    char name[4096];
+    EXPECT_EQ(afpAccessDenied, PlatformFileFailure(name, sizeof name));
+    EXPECT_EQ(here.Path("locked/Desk"), name);
+}
+
+TEST_F(SpecialFolders, ThatTheUsersChoicesCannotTellFail) {
+    Make("home/Desktop");
+    std::filesystem::permissions(here.Path(), std::filesystem::perms::all);
+    std::filesystem::permissions(Write("home/.config/user-dirs.dirs", ""), std::filesystem::perms::none);
+    Unprivileged const user;
+    EXPECT_EQ(std::to_string(afpAccessDenied), Find(kUserDomain, "desk"));
 }
 
 TEST_F(SpecialFolders, AreNeverMade) {
