@@ -18,8 +18,7 @@ struct HandlingApplication {
 
 /// Gets the application that is in charge of a MIME type, such as "x-scheme-handler/mailto", as the files
 /// mimeapps.list, and then defaults.list and mimeinfo.cache beside desktop entries, tell: the first one whose
-/// program is there. The result is noErr, also where there is none, unless a wait for a
-/// file was given up.
+/// program is there. The result is noErr, also where there is none, unless a wait for a file was given up.
 OSErr GetHandler(std::string_view mimeType, HandlingApplication& application);
 
 }  // namespace Platform

@@ -34,6 +34,9 @@ std::vector<Teller> Tellers() {
     return tellers;
 }
 
+// The list for all desktops.
+constexpr std::string_view kListOfAll = "mimeapps.list";
+
 // The names of the files in a folder: those of the user's desktops, then the one of all.
 std::vector<std::string> NamesOfLists() {
     std::vector<std::string> names;
@@ -45,7 +48,7 @@ std::vector<std::string> NamesOfLists() {
         if (!desktop.empty() && desktop.find('/') == std::string::npos)
             names.push_back(desktop + "-mimeapps.list");
     }
-    names.push_back("mimeapps.list");
+    names.emplace_back(kListOfAll);
     return names;
 }
 
@@ -75,15 +78,14 @@ class Search {
         return noErr;
     }
 
+    // The lists of desktops tell of defaults only.
     OSErr LookForAssociation(Teller const& teller) {
-        for (std::string const& name : lists) {
-            std::string text;
-            OSErr error = GetTextFile(JoinPaths(teller.folder, name), text);
-            if (error == noErr) error = TakeFirst(Remaining(IdsIn(text, "Added Associations")));
-            if (error != noErr || isFound) return error;
-            // What a file removes are the associations of those behind it.
-            for (std::string& id : IdsIn(text, "Removed Associations")) removed.insert(std::move(id));
-        }
+        std::string text;
+        OSErr error = GetTextFile(JoinPaths(teller.folder, kListOfAll), text);
+        if (error == noErr) error = TakeFirst(Remaining(IdsIn(text, "Added Associations")));
+        if (error != noErr || isFound) return error;
+        // What a file removes are the associations of those behind it.
+        for (std::string& id : IdsIn(text, "Removed Associations")) removed.insert(std::move(id));
         return teller.hasEntries ? LookBesideEntries(teller.folder) : OSErr{noErr};
     }
 

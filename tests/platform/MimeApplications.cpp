@@ -87,6 +87,14 @@ TEST_F(MimeApplications, DefaultsByTheOrderOfTheFiles) {
     }
 }
 
+TEST_F(MimeApplications, ListsOfDesktopsTellOfDefaultsOnly) {
+    Write("home/.config/mimeapps.list", "[Added Associations]\n" + std::string(kType) + "=b.desktop\n");
+    Write("home/.config/one-mimeapps.list", "[Added Associations]\n" + std::string(kType) +
+                                                "=a.desktop\n[Removed Associations]\n" + std::string(kType) +
+                                                "=b.desktop\n");
+    EXPECT_EQ("b.desktop", Id());
+}
+
 TEST_F(MimeApplications, FoldersByTheirVariables) {
     PutDefault("home/.config/mimeapps.list", "a.desktop");
     PutDefault("elsewhere/mimeapps.list", "b.desktop");

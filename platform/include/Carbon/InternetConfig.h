@@ -8,8 +8,7 @@
 //
 //   key                        value          source
 //   Email                      Pascal string  EMAIL; Thunderbird's default identity; user.email of git, as
-//   the user's files
-//                                             and /etc/gitconfig tell it
+//                                             the user's files and /etc/gitconfig tell it
 //   RealName                   Pascal string  the user database
 //   Signature                  bytes          ~/.signature as it is
 //   UseSocks                   Boolean        whether socks_proxy, or all_proxy with a SOCKS scheme, is set
