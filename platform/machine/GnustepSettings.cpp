@@ -24,7 +24,7 @@ std::string_view UsualPlace(std::string_view purpose) {
 
 OSErr GetGnustepSettings(std::string& text) {
     std::string const file = Variable("GNUSTEP_CONFIG_FILE");
-    return GetSettingsFile(file.starts_with('/') ? file : "/etc/GNUstep/GNUstep.conf", text);
+    return GetTextFile(file.starts_with('/') ? file : "/etc/GNUstep/GNUstep.conf", text);
 }
 
 OSErr GetGnustepFolder(std::string_view variable, std::string& path) {

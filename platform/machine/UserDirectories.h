@@ -15,7 +15,7 @@ namespace Platform {
 std::string UserDirectoryIn(std::string_view text, std::string_view name, std::string_view home);
 
 /// Gets the folder of a name as the user's file has it, which need not exist; empty where it has none. The
-/// result is noErr unless a wait for the file was given up.
+/// result as that of GetSettingsFile.
 OSErr GetUserDirectory(std::string_view name, std::string& path);
 
 }  // namespace Platform

@@ -22,8 +22,9 @@ enum {
 /// A reference to the first folder of the table that is there. `vRefNum` is a domain, or the number of a
 /// volume: then the folder of the domain that is usual for the type, if it is on that volume. `createFolder`
 /// changes nothing. fnfErr when the table has no such folder, or none of those that it has is there;
-/// badFolderDescErr when the administrator's file has mistakes, which PlatformSettingsFailure tells, or may
-/// not be read; nsvErr for an unknown volume; volOffLinErr and userCanceledErr when a file system does not
-/// answer.
+/// badFolderDescErr when the administrator's file has mistakes or cannot be read, and the code of the failure
+/// when user-dirs.dirs cannot be read where it is wanted: PlatformSettingsFailure tells of both;
+/// afpAccessDenied for a folder of the table that may not be looked at; nsvErr for an unknown
+/// volume; volOffLinErr and userCanceledErr when a file system does not answer.
 PLATFORM_API OSErr FSFindFolder(FSVolumeRefNum vRefNum, OSType folderType, Boolean createFolder,
                                 FSRef* foundRef);

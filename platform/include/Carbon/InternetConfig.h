@@ -75,9 +75,9 @@ PLATFORM_API OSStatus ICStop(ICInstance instance);
 /// icTruncatedErr when it does not fit, and the buffer has its beginning. icPrefNotFoundErr when there is
 /// none; icPrefDataErr for a stored value that is shorter than the layout of its key, or no bytes; then, and
 /// on every other failure, `size` is 0 and `attributes` (optional) is 0xFFFFFFFF. Otherwise the attributes
-/// are 0. The code
-/// of FSOpenFork, or fileBoundsErr, for a file of services that is there but cannot be read; volOffLinErr and
-/// userCanceledErr when a file system does not answer.
+/// are 0. A file that is there but cannot be read is a failure, of which PlatformSettingsFailure tells: the
+/// code of FSOpenFork, fileBoundsErr for one that is too large, icPrefDataErr for stored settings that are no
+/// property list. volOffLinErr and userCanceledErr when a file system does not answer.
 PLATFORM_API OSStatus ICGetPref(ICInstance instance, ConstStr255Param key, ICAttr* attributes, void* buffer,
                                 SInt32* size);
 

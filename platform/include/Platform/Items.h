@@ -72,7 +72,8 @@ PLATFORM_API void PlatformForgetFileFailure(void);
 PLATFORM_API Boolean PlatformPropertyListFailure(char* file, UInt32 fileSize, char* reason,
                                                  UInt32 reasonSize);
 
-/// Why the calling thread's last call that gave badFolderDescErr could not use a file of settings. False when
-/// there was none since PlatformSetCheckIn or PlatformForgetFileFailure. `file` and `reason` as in
-/// PlatformPropertyListFailure; the reason tells each mistake with its line.
+/// Why a call of the calling thread failed last that could not use a file of settings: FSFindFolder,
+/// ICGetPref and others that need it. False when there was none since PlatformSetCheckIn or
+/// PlatformForgetFileFailure. `file` and `reason` as in PlatformPropertyListFailure; the reason tells each
+/// mistake with its line.
 PLATFORM_API Boolean PlatformSettingsFailure(char* file, UInt32 fileSize, char* reason, UInt32 reasonSize);
