@@ -22,7 +22,8 @@ namespace Platform {
 namespace {
 
 constexpr std::string_view kEnd = ".desktop";
-constexpr int kDeepest = 8;  // folders below each other
+constexpr int kDeepest = 8;         // folders below each other
+constexpr int kMostFolders = 1000;  // that are listed; links make more ways than there are folders
 
 OSErr UnlessGivenUp(OSErr error) { return WasGivenUp(error) ? error : OSErr{noErr}; }
 
@@ -86,7 +87,9 @@ class Listing {
         OSErr error = SeeItem(folder, item);
         if (error != noErr || !item.state.isFolder) return UnlessGivenUp(error);
         // A link may lead back to a folder above.
-        if (!above.emplace(item.state.device, item.state.inode).second) return noErr;
+        if (listed == kMostFolders || !above.emplace(item.state.device, item.state.inode).second)
+            return noErr;
+        ++listed;
         Names names;
         error = ListFolder(folder, names);
         for (std::string const& name : names.entries)
@@ -99,6 +102,7 @@ class Listing {
     }
 
     std::vector<Found> files;
+    int listed = 0;
     std::set<std::pair<std::uint64_t, std::uint64_t>> above;
 };
 

@@ -23,7 +23,7 @@ std::vector<std::string> FoldersOfDesktopFiles();
 OSErr FindDesktopEntry(std::string const& id, std::optional<DesktopEntry>& entry);
 
 /// Calls `visit` with the entries that count, folder by folder and in each by their ids, until it answers
-/// true or a result code other than noErr.
+/// true or a result code other than noErr. Folders below a folder count eight deep, and a thousand of them.
 OSErr VisitDesktopEntries(std::function<OSErr(DesktopEntry const& entry, bool& isEnough)> const& visit);
 
 /// Gets the path of a program by its absolute path or, for a mere name, by PATH; empty where there is no such

@@ -221,6 +221,20 @@ TEST_F(Applications, FoldersOfEntriesThatLeadBackEnd) {
     EXPECT_EQ(none, Of("efgh"));
 }
 
+// There are more than a million ways through them.
+TEST_F(Applications, FoldersOfEntriesThatLeadToOneAnotherEnd) {
+    AddEntry(own, "entry.desktop", "X-Creator-Code=abcd\n");
+    std::string const applications = std::string(own) + "/applications/";
+    std::string const folders = "abcdefghij";
+    for (char const folder : folders) {
+        here.MakeFolder(applications + folder);
+        for (char const other : folders)
+            here.Link(applications + folder + "/" + other, here.Path(applications + other));
+    }
+    EXPECT_EQ("bin/prog", Of("abcd"));
+    EXPECT_EQ(none, Of("efgh"));
+}
+
 TEST_F(Applications, EntriesEightFoldersDeepCount) {
     AddEntry(own, "1/2/3/4/5/6/7/8/a.desktop", "X-Creator-Code=abcd\n");
     AddEntry(own, "1/2/3/4/5/6/7/8/9/b.desktop", "X-Creator-Code=efgh\n");
