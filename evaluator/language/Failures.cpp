@@ -203,9 +203,10 @@ std::string Reason() {
         return "the text cannot be read";
     } catch (OSError const& error) {
         FileFailure const failure = LastFileFailure();
-        bool const isOfFile =
-            error.Code() == fileTooLarge && failure.code == fileTooLarge && MistakesInSettings().empty();
-        return isOfFile ? Unreadable(failure) : PlatformError(error.Code());
+        bool const isOfFile = error.Code() == failure.code && MistakesInSettings().empty();
+        if (isOfFile && failure.code == fileTooLarge) return Unreadable(failure);
+        if (isOfFile && IsForbidden(failure)) return failure.item + " may not be read";
+        return PlatformError(error.Code());
     } catch (BadFileNameError const&) {
         return "bad file name";
     } catch (IllegalFileName const&) {

@@ -17,7 +17,7 @@ thread_local Failure last;
 
 std::string WhyUnreadable(OSErr error) {
     if (error == permErr || error == afpAccessDenied) return "it may not be read";
-    if (error == fileBoundsErr) return "it is larger than 4 MiB";
+    if (error == fileBoundsErr) return "it is too large: property lists may have 256 MiB, others 4 MiB";
     return error == notAFileErr ? "it is no file" : "it cannot be read";
 }
 

@@ -187,7 +187,7 @@ OSErr GetPathsBeside(FolderRules const& rules, OSType pair, Domain domain, std::
     for (std::size_t i = 0; i < paths.size(); ++i) {
         FoundItem found;
         OSErr const error = FindFolderAt(paths[i], found);
-        if (WasGivenUp(error)) return error;
+        if (error != noErr && error != fnfErr) return error;
         if (error == noErr) paths = {std::string(paths[i])};
     }
     std::transform(paths.begin(), paths.end(), paths.begin(), DisabledPartner);

@@ -49,6 +49,15 @@ TEST_F(SpecialFolderTables, ThatMayNotBeReadAreToldOf) {
                   ran);
 }
 
+TEST_F(SpecialFolderTables, FoldersThatMayNotBeLookedAtAreToldOf) {
+    std::string const locked = here.MakeFolder("locked"), folder = here.MakeFolder("locked/folder");
+    Administrate("[temp]\nsystem = " + folder + "\n");
+    chmod(locked.c_str(), 0);
+    Ran const ran = RunUnprivileged("temporary items folder");
+    chmod(locked.c_str(), 0700);
+    ExpectFailure("temporary items folder", "the item \"" + folder + "\" may not be read", ran);
+}
+
 TEST_F(SpecialFolderTables, MaySayThatThereIsNoSuchFolder) {
     Administrate("[temp]\nsystem =\n");
     ExpectNoSuchObject(RunZelq({"temporary items folder"}));
@@ -58,8 +67,7 @@ TEST_F(SpecialFolderTables, MaySayThatThereIsNoSuchFolder) {
 TEST_F(SpecialFolderTables, ThatAreTooLargeAreToldOf) {
     std::string const file = Administrate("");
     std::filesystem::resize_file(file, 5 << 20);
-    ExpectFailure("temporary items folder",
-                  "the file \"" + file + "\" cannot be used: it is larger than 4 MiB",
+    ExpectFailure("temporary items folder", "the file \"" + file + "\" cannot be used: it is too large",
                   RunZelq({"temporary items folder"}));
 }
 
@@ -70,6 +78,6 @@ TEST(ServicesOfTheMachine, ThatAreTooManyToBeReadAreToldOf) {
     std::string const file = here.Write("etc/services", "http 80/tcp\n");
     ExpectAnswer("80\n", RunZelq({"ports of services of internet config as string"}));
     std::filesystem::resize_file(file, 5 << 20);
-    ExpectFailure("service", "the file \"" + file + "\" cannot be used: it is larger than 4 MiB",
+    ExpectFailure("service", "the file \"" + file + "\" cannot be used: it is too large",
                   RunZelq({"services of internet config"}));
 }

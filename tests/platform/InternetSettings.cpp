@@ -279,7 +279,7 @@ TEST_F(InternetSettings, InFilesThatAreTooLargeFail) {
         std::filesystem::resize_file(path, (4 << 20) + 1);
         PlatformForgetFileFailure();
         EXPECT_EQ("error " + std::to_string(fileBoundsErr), Get(key));
-        ExpectFailureOf(path, "it is larger than 4 MiB");
+        ExpectFailureOf(path, "it is too large");
     }
 }
 
@@ -294,7 +294,7 @@ TEST_F(InternetSettings, InAStoredFileThatCannotBeUsedFail) {
     std::filesystem::resize_file(list, SInt64{300} << 20);
     PlatformForgetFileFailure();
     EXPECT_EQ("error " + std::to_string(fileBoundsErr), Get("UseSocks"));
-    ExpectFailureOf(list, "it is larger than");
+    ExpectFailureOf(list, "it is too large");
 }
 
 TEST_F(InternetSettings, OfAListThatIsNotTheirsAreNotLookedFor) {

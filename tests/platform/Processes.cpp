@@ -46,6 +46,22 @@ std::string CopySleep(TemporaryFolder const& folder, std::string const& name) {
     return folder.Path(name);
 }
 
+// While one lives, no file can be opened.
+class NoDescriptors {
+  public:
+    NoDescriptors() {
+        EXPECT_EQ(0, getrlimit(RLIMIT_NOFILE, &before));
+        rlimit const none{0, before.rlim_max};
+        EXPECT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
+    }
+    NoDescriptors(NoDescriptors const&) = delete;
+    NoDescriptors& operator=(NoDescriptors const&) = delete;
+    ~NoDescriptors() { EXPECT_EQ(0, setrlimit(RLIMIT_NOFILE, &before)); }
+
+  private:
+    rlimit before;
+};
+
 std::string Canonical(std::string const& path) { return std::filesystem::canonical(path); }
 
 }  // namespace
@@ -173,22 +189,6 @@ TEST(Processes, NoFolderOfProcessesIsNone) {
     EXPECT_EQ(procNotFound, GetCurrentProcess(&psn));
     EXPECT_EQ(procNotFound, GetNextProcess(&psn));
 }
-
-// While one lives, no file can be opened.
-class NoDescriptors {
-  public:
-    NoDescriptors() {
-        EXPECT_EQ(0, getrlimit(RLIMIT_NOFILE, &before));
-        rlimit const none{0, before.rlim_max};
-        EXPECT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
-    }
-    NoDescriptors(NoDescriptors const&) = delete;
-    NoDescriptors& operator=(NoDescriptors const&) = delete;
-    ~NoDescriptors() { EXPECT_EQ(0, setrlimit(RLIMIT_NOFILE, &before)); }
-
-  private:
-    rlimit before;
-};
 
 TEST(Processes, WantOfDescriptorsIsNoEnd) {
     ProcessSerialNumber psn = kNobody, own;

@@ -261,6 +261,16 @@ TEST_F(SpecialFolders, ThatMayNotBeLookedAtFail) {
     EXPECT_EQ(here.Path("locked/Desk"), name);
 }
 
+TEST_F(SpecialFolders, OfDisabledItemsBesideOneThatMayNotBeLookedAtFail) {
+    std::string const locked = Make("locked/Startup"), other = Make("other");
+    Make("other (Disabled)");
+    Administrate("[strt]\nsystem = " + locked + "\nsystem = " + other + "\n");
+    std::filesystem::permissions(here.Path(), std::filesystem::perms::all);
+    std::filesystem::permissions(here.Path("locked"), std::filesystem::perms::none);
+    Unprivileged const user;
+    EXPECT_EQ(std::to_string(afpAccessDenied), Find(kSystemDomain, "strD"));
+}
+
 TEST_F(SpecialFolders, ThatTheUsersChoicesCannotTellFail) {
     Make("home/Desktop");
     std::filesystem::permissions(here.Path(), std::filesystem::perms::all);
