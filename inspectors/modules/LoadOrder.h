@@ -28,6 +28,8 @@
 #include "modules/FileTypesModule.h"
 #include "modules/FilesModule.h"
 #include "modules/FoldersModule.h"
+#include "modules/GestaltModule.h"
+#include "modules/GestaltSelectorsModule.h"
 #include "modules/IPAddressCastsModule.h"
 #include "modules/IPAddressesModule.h"
 #include "modules/InternetConfigModule.h"
@@ -79,7 +81,7 @@ using LoadOrder = ModuleList<        //
     FileAttributesModule,            // 14
     VolumeIterationModule,           // 15
     VolumesModule,                   // 16
-    Vacant<17>,                      // gestalt and hardware
+    GestaltModule,                   // 17
     ArchieServersModule,             // 18
     InternetServicesModule,          // 19
     InternetServiceIterationModule,  // 20
@@ -96,7 +98,7 @@ using LoadOrder = ModuleList<        //
     FileSystemObjectsModule,         // 31
     FileTypesModule,                 // 32
     FoldersModule,                   // 33
-    Vacant<34>,                      // gestalt selectors
+    GestaltSelectorsModule,          // 34
     IPAddressesModule,               // 35
     Vacant<36>,                      // sound volume
     SpecialFoldersModule,            // 37

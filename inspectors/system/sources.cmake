@@ -3,6 +3,7 @@
 set(INSPECTORS_SYSTEM_SOURCES
   system/Applications.cpp
   system/EnableableFiles.cpp
+  system/Gestalt.cpp
   system/Processes.cpp
   system/SpecialFolders.cpp
   system/SpecialItems.cpp

@@ -55,9 +55,16 @@ std::vector<std::string> FolderList(char const* variable, std::string_view other
     return FoldersIn(list.empty() ? otherwise : std::string_view(list));
 }
 
-std::string MachinePath(std::string_view path) {
+namespace {
+
+std::string MachineRoot() {
     std::string const root = Variable("ZELQ_MACHINE_ROOT");
-    return JoinPaths(root.starts_with('/') ? root : "/", path);
+    return root.starts_with('/') ? root : "/";
 }
+
+}  // namespace
+
+std::string MachinePath(std::string_view path) { return JoinPaths(MachineRoot(), path); }
+bool IsRecordedMachine() { return MachineRoot().find_first_not_of('/') != std::string::npos; }
 
 }  // namespace Platform

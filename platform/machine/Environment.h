@@ -29,5 +29,8 @@ std::vector<std::string> FolderList(char const* variable, std::string_view other
 /// A path of the machine's own facts, such as "etc/services" or "proc": below the folder of
 /// ZELQ_MACHINE_ROOT, or below the root.
 std::string MachinePath(std::string_view path);
+/// Whether ZELQ_MACHINE_ROOT names another machine's facts, so that what the running kernel says is not
+/// meant.
+bool IsRecordedMachine();
 
 }  // namespace Platform

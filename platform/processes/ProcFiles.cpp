@@ -9,10 +9,10 @@
 #include <cerrno>
 #include <climits>
 
-#include "files/Descriptor.h"
 #include "files/SlowPaths.h"
 #include "foundation/PathStyles.h"
 #include "machine/Environment.h"
+#include "machine/MachineFiles.h"
 
 namespace Platform {
 
@@ -33,28 +33,16 @@ int Reason(int error) {
     return isWant ? error : ESRCH;
 }
 
-// Reads the beginning of a small file. What is wanted of any comes within its first 4096 bytes: what may be
-// longer, such as the groups of a process, stands behind it.
-int ReadBeginning(std::string const& path, std::string& text) {
-    int const number = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (number < 0) return Reason(errno);
-    Descriptor const file(number);
-    text.resize(4096);
-    std::size_t length = 0;
-    while (length < text.size()) {
-        ssize_t const actual = read(number, text.data() + length, text.size() - length);
-        if (actual < 0 && errno == EINTR) continue;
-        if (actual < 0) return Reason(errno);
-        if (actual == 0) break;
-        length += static_cast<std::size_t>(actual);
-    }
-    text.resize(length);
-    return 0;
+// Reads a small file. What is wanted of any comes at its beginning: what may be longer, such as the groups of
+// a process, stands behind it.
+int ReadText(std::string const& path, std::string& text) {
+    int const error = ReadBeginning(path, kMostOfFact, text);
+    return error != 0 ? Reason(error) : 0;
 }
 
 int ReadStatus(pid_t pid, ProcessStatus& status) {
     std::string text;
-    if (int const error = ReadBeginning(FileOf(pid, "status"), text); error != 0) return error;
+    if (int const error = ReadText(FileOf(pid, "status"), text); error != 0) return error;
     auto const parsed = ParseStatus(text);
     if (!parsed) return ESRCH;
     status = *parsed;
@@ -109,7 +97,7 @@ std::string PlaceOfDeleted(pid_t pid, std::string const& path) {
 
 int ReadStat(pid_t pid, ProcessStat& stat) {
     std::string text;
-    if (int const error = ReadBeginning(FileOf(pid, "stat"), text); error != 0) return error;
+    if (int const error = ReadText(FileOf(pid, "stat"), text); error != 0) return error;
     auto const parsed = ParseStat(text);
     if (!parsed) return ESRCH;
     stat = *parsed;

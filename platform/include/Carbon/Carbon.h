@@ -4,6 +4,7 @@
 
 #include <Carbon/Files.h>
 #include <Carbon/Folders.h>
+#include <Carbon/Gestalt.h>
 #include <Carbon/InternetConfig.h>
 #include <Carbon/LaunchServices.h>
 #include <Carbon/MacErrors.h>

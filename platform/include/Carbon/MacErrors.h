@@ -29,6 +29,7 @@ enum {
     resNotFound = -192,          // no such resource, or no handle of one
     resFNotFound = -193,         // not an open resource file
     mapReadErr = -199,           // a resource fork without a map that makes sense
+    noHardwareErr = -200,        // no sound hardware
     procNotFound = -600,         // no such process
     appIsDaemon = -606,          // a process that has no window
     icPrefNotFoundErr = -666,    // no such Internet setting
@@ -48,8 +49,10 @@ enum {
     errFSNoMoreItems = -1417,   // behind the last item of a folder
     errFSBadItemCount = -1418,  // a number of items below 1
     errFSRefsDifferent = -1420,
-    errFSIteratorNotFound = -1423,  // not an open iterator
-    badFolderDescErr = -4270,       // mistakes in the administrator's table of special folders
-    afpAccessDenied = -5000,        // no permission on the way, or to read
+    errFSIteratorNotFound = -1423,    // not an open iterator
+    badFolderDescErr = -4270,         // mistakes in the administrator's table of special folders
+    afpAccessDenied = -5000,          // no permission on the way, or to read
+    gestaltUnknownErr = -5550,        // an answer that may not be read, or makes no sense
+    gestaltUndefSelectorErr = -5551,  // a selector that has no answer here
     kLSApplicationNotFoundErr = -10814
 };
