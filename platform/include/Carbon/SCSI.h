@@ -39,15 +39,16 @@ typedef struct DeviceIdent {
     UInt32 scsiFlags;                      \
     UInt8* scsiDriverStorage;              \
     Ptr scsiXPTprivate;                    \
-    SInt32 scsiReserved3;
+    SInt32 scsiReserved3
 
 typedef struct SCSI_PB {
-    SCSIPBHdr
+    SCSIPBHdr;
 } SCSI_PB;
 
 /// A bus. Texts are padded with blanks; what Linux does not tell is 0, or a blank text.
 typedef struct SCSIBusInquiryPB {
-    SCSIPBHdr UInt16 scsiEngineCount;
+    SCSIPBHdr;
+    UInt16 scsiEngineCount;
     UInt16 scsiMaxTransferType;  // 1: there is one kind of transfer
     UInt32 scsiDataTypes;        // bits: 1, a buffer
     UInt16 scsiIOpbSize;         // bytes of a SCSIExecIOPB
@@ -85,7 +86,8 @@ typedef struct SCSIBusInquiryPB {
 
 /// A command for a device, and what came of it.
 typedef struct SCSIExecIOPB {
-    SCSIPBHdr UInt16 scsiResultFlags;
+    SCSIPBHdr;
+    UInt16 scsiResultFlags;
     UInt16 scsiReserved4;
     UInt8* scsiDataPtr;
     UInt32 scsiDataLength;
