@@ -33,8 +33,7 @@ std::optional<std::uint32_t> VersionIn(std::string_view text) {
     std::size_t const point = text.find('.');
     if (point < 1 || point > 2 || text.size() != point + 3) return std::nullopt;
     std::uint32_t digits = 0;
-    for (char const letter : text) {
-        if (&letter == &text[point]) continue;
+    for (char const letter : std::string(text).erase(point, 1)) {
         if (!IsDigit(letter)) return std::nullopt;
         digits = digits << 4 | static_cast<std::uint32_t>(letter - '0');
     }
