@@ -58,7 +58,7 @@ typedef struct SCSIBusInquiryPB {
     UInt8 scsiHBAInquiry;        // of parallel SCSI; 0 for other buses
     UInt8 scsiTargetModeFlags;
     UInt8 scsiScanFlags;
-    UInt32 scsiSIMPrivatesPtr;
+    Ptr scsiSIMPrivatesPtr;  // null
     UInt32 scsiSIMPrivatesSize;
     UInt32 scsiAsyncFlags;
     UInt8 scsiHiBusID;      // number of the last bus
