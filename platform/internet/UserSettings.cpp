@@ -13,6 +13,7 @@
 #include "files/SettingsFailure.h"
 #include "files/TextFile.h"
 #include "foundation/AsciiCase.h"
+#include "foundation/PascalStrings.h"
 #include "foundation/PathStyles.h"
 #include "foundation/TextLines.h"
 #include "internet/Fonts.h"
