@@ -14,9 +14,10 @@ import re
 import subprocess
 import sys
 import tempfile
+import textwrap
 from pathlib import Path
 
-from world import ROOT, SITE, World
+from world import ROOT, SHOWN, SITE, World
 
 TEXT, DOCUMENT = ROOT / "docs/vocabulary.txt", ROOT / "docs/vocabulary.md"
 WORLD = "world"
@@ -25,6 +26,7 @@ SIGNS = {0: "+", 1: "-", 2: "*", 3: "/", 4: "mod", 6: "=", 7: "<", 8: "<=", 9: "
 KINDS = {"property": "property", "iterated": "iterated property", "cast": "cast", "operator": "operator"}
 HOSTS = ("string", "integer", "boolean", "time", "time interval")
 UNTRIED = "…"
+WIDTH = 120
 
 
 class Registration:
@@ -240,7 +242,7 @@ class Writer:
     def document(self):
         self.add("# The vocabulary", "<!-- tests/vocabulary/document.py writes this file, from docs/vocabulary.txt -->",
                  self.text.opening.meaning())
-        self.add(*self.contents())
+        self.add("\n".join(self.contents()))
         for section in self.text.sections:
             if self.has(section):
                 self.section(section)
@@ -248,18 +250,17 @@ class Writer:
         return "\n\n".join(self.lines) + "\n"
 
     def add(self, *blocks):
-        self.lines += [block for block in blocks if block]
+        self.lines += [wrapped(block) for block in blocks if block]
 
     def has(self, section):
         return any(self.vocabulary.of[id(entry)] for topic in section.topics for entry in [topic.head, *topic.entries])
 
     def contents(self):
-        for section in self.text.sections:
-            if section.name == WORLD:
-                yield f"[The world](#the-world): " + ", ".join(
-                    f"[{topic.title}](#{anchor(topic.title)})" for topic in section.topics[1:]
-                    if any(self.vocabulary.of[id(entry)] for entry in topic.entries))
-        yield "Types: " + ", ".join(self.link(section.name) for section in self.text.sections if section.name in self.types)
+        topics = [topic.title for section in self.text.sections if section.name == WORLD for topic in section.topics[1:]
+                  if any(self.vocabulary.of[id(entry)] for entry in topic.entries)]
+        yield item("[The world](#the-world): " + ", ".join(f"[{title}](#{anchor(title)})" for title in topics))
+        names = [section.name for section in self.text.sections if section.name in self.types]
+        yield item("Types: " + ", ".join(self.link(name) for name in names))
 
     def link(self, name):
         if name in self.types:
@@ -291,18 +292,20 @@ class Writer:
             for (section, _), found in self.vocabulary.registered.items():
                 for each in found:
                     if each.result == name and each.kind in ("property", "iterated"):
-                        sources.setdefault(section, {})[each.singular] = None
-            named = [self.source(section, list(phrases)) for section, phrases in sources.items()]
-            sentences.append(f"It comes from {', '.join(named)}." if named else "")
+                        sources.setdefault(section, {})[self.called(section, each)] = None
+            shared = {}
+            for section, phrases in sources.items():
+                shared.setdefault(tuple(phrases), []).append("the world" if section == WORLD else self.link(section))
+            named = [f"{listed(phrases)} of {listed(places)}" for phrases, places in shared.items()]
+            sentences.append(f"It comes from {', from '.join(named)}." if named else "")
         return " ".join(filter(None, sentences))
 
-    def source(self, section, phrases):
-        where = "the world" if section == WORLD else self.link(section)
-        special = {key for _, topic, entry in self.text.entries() if topic.also for key in entry.keys}
-        plain = [f"`{phrase}`" for phrase in phrases if phrase not in special]
-        if len(plain) < len(phrases):
-            plain.append("the special folders")
-        return f"{', '.join(plain)} of {where}"
+    def called(self, section, each):
+        """The phrase of a registration, or what it is one of."""
+        for home, topic, entry in self.text.entries():
+            if topic.also and section in (home.name, topic.also) and each.key() in entry.keys:
+                return "the " + topic.title.lower()
+        return f"`{each.singular}`"
 
     def table(self, entries):
         rows = ["| phrase | plural | what for |", "|---|---|---|"]
@@ -350,17 +353,45 @@ class Writer:
 
     @staticmethod
     def samples():
-        yield ("The examples are asked in a folder in which there is a folder `site`, made by `tests/vocabulary/world.py`. "
-               "These are its files; times are universal.")
+        """What there is to ask about: the files of the site, and what is in some."""
+        yield ("The examples are asked in a folder that holds a folder `site` and a folder `lists`, which is the home of "
+               "the user who asks. `tests/vocabulary/world.py` makes the site and what belongs to the machine, "
+               "`tests/queries/tree.py` the property lists, bundles, preferences and Internet settings of the home. An "
+               "administrator of this machine has put frameworks, components and items that are on or off into the home, "
+               "as [folders.conf](linux.md#other-folders-than-these) allows. The facts of the machine are those of "
+               "`tests/machines/server`, with three processes of the user. These are the files of the site; times are "
+               "universal.")
         rows = ["| file | bytes | modified |", "|---|---|---|"]
-        rows += [f"| `site/{name}` | {len(content)} | {modified} |" for name, (content, modified) in SITE.items()]
+        rows += [f"| `site/{name}` | {len(content)} | {modified}Z |" for name, (content, modified) in SITE.items()]
         yield "\n".join(rows)
-        for name in ("passwd", "server.conf", "logs/mail.log"):
-            yield f"`site/{name}`:\n\n" + "\n".join(f"    {line}".rstrip() for line in SITE[name][0].splitlines())
+        yield ("`site/latest.log` is a link to `site/logs/mail.log`. A Mac kept more of `site/Report`: a type, a creator, "
+               "dates, marks and versions, in an AppleDouble file.")
+        for name in SHOWN:
+            yield f"`site/{name}`:"
+            yield "\n".join(f"    {line}".rstrip() for line in SITE[name][0].splitlines())
 
 
 def anchor(title):
     return re.sub(r"[^\w -]", "", title.lower()).replace(" ", "-")
+
+
+def listed(words):
+    return " and ".join(filter(None, [", ".join(words[:-1]), words[-1]]))
+
+
+def wrapped(block):
+    """A paragraph in lines of a bearable length; all other blocks as they are."""
+    if block.startswith(("#", "|", "```", "- ", "    ", "<!--")):
+        return block
+    return "\n\n".join(fill(paragraph) for paragraph in block.split("\n\n"))
+
+
+def fill(paragraph, **options):
+    return textwrap.fill(paragraph, WIDTH, break_long_words=False, break_on_hyphens=False, **options)
+
+
+def item(text):
+    return fill(text, initial_indent="- ", subsequent_indent="  ")
 
 
 def indented(text):

@@ -16,6 +16,21 @@ MACHINE = ROOT / "tests/machines/server"
 # What a sanitizer needs goes with a query; nothing else of this machine's environment does.
 KEPT = ("PATH", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
 
+BACKUP = """<plist><dict>
+  <key>name</key>     <string>Nightly</string>
+  <key>enabled</key>  <true/>
+  <key>port</key>     <integer>873</integer>
+  <key>limit</key>    <real>2.5</real>
+  <key>since</key>    <date>2025-07-01T00:00:00Z</date>
+  <key>token</key>    <data>YWJjAA==</data>
+  <key>folders</key>  <array><string>/etc</string><string>/srv</string></array>
+  <key>kept</key>     <dict><key>days</key><integer>7</integer><key>weeks</key><integer>4</integer></dict>
+  <key>last</key>     <array>
+    <date>2026-01-05T02:00:00Z</date><true/><integer>1843</integer>
+    <dict><key>host</key><string>nas1</string></dict><array><string>/srv/cache</string></array>
+  </array>
+</dict></plist>
+"""
 # Files that an administrator meets: the name, the content, when it was modified.
 SITE = {
     "passwd": ("root:x:0:0:root:/root:/bin/bash\ndaemon:x:1:1:daemon:/usr/sbin:/usr/sbin/nologin\n"
@@ -24,6 +39,7 @@ SITE = {
     "server.conf": ("name = mail\n\n[network]\naddress = 192.168.0.1\nport = 8080 ; behind the proxy\n\n"
                     "[backup]\nfolder: /var/backups\nport = 873\nenabled = yes\n", "2026-01-04T09:30:00"),
     "installed.txt": ("editor 2.4.1\nmailer 1.10\nviewer 1.9b2\n", "2026-01-03T12:00:00"),
+    "backup.plist": (BACKUP, "2026-01-02T15:00:00"),
     "logs/mail.log": ("08:00 started\n08:05 warning: queue is long\n08:10 error: disk full\n08:15 error: disk full\n"
                       "08:20 stopped\n", "2026-01-05T08:20:00"),
     "logs/web.log": ("09:00 started\n09:30 GET /index.html\n", "2026-01-05T09:30:00"),
@@ -33,6 +49,7 @@ SITE = {
     "bin/mailer": ("#!/bin/sh\n", "2026-01-01T00:00:00"),
     "bin/editor": ("#!/bin/sh\n", "2026-01-01T00:00:00"),
 }
+SHOWN = ("passwd", "server.conf", "backup.plist", "logs/mail.log")  # those whose content the document shows
 # Items that are on or off, in the home, by their folders.
 ITEMS = {
     "Startup Items": ("backup.desktop", "mailer.desktop"), "Startup Items (Disabled)": ("chat.desktop",),
