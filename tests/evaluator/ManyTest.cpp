@@ -266,9 +266,11 @@ TEST_F(Many, WhatIsHeldAtOnceIsBounded) {
     std::string query = "last values 20000000 of (5) of integers up to 10000001";
     EXPECT_EQ(Ask("number of " + query).problems,
               limit + "  number of " + query + "\n            ^~~~~~~~~~~\n" + hint);
+#ifndef ZELQ_ADDRESS_SANITIZER  // with which each of them takes most of a minute
     query = "sorted values of (5) of integers up to 10000001";
     EXPECT_EQ(Ask(query).problems, limit + "  " + query + "\n  ^~~~~~~~~~~~~\n" + hint);
     EXPECT_EQ(Answer("number of last values 20000000 of (5) of integers up to 10000000"), "10000000");
+#endif
 }
 
 TEST_F(Many, TextsThatArePutTogetherAreBounded) {

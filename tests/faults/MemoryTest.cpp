@@ -12,9 +12,11 @@ namespace {
 #ifdef ZELQ_ADDRESS_SANITIZER
 constexpr long kMayGrow = 600 << 10;  // KiB; the sanitizer keeps what was freed for a while
 constexpr long kMost = 1 << 20;
+constexpr int kMany = 200000;  // lines
 #else
 constexpr long kMayGrow = 1 << 10;
 constexpr long kMost = 16 << 10;
+constexpr int kMany = 1000000;  // lines
 #endif
 
 // A file of so many lines, the last of which is a key's.
@@ -29,7 +31,7 @@ void WriteLines(TemporaryFolder const& folder, std::string const& name, int coun
 TEST(Memory, DoesNotDependOnTheSizeOfAFile) {
     TemporaryFolder const folder;
     WriteLines(folder, "few", 100);
-    WriteLines(folder, "many", 1000000);
+    WriteLines(folder, "many", kMany);
     for (std::string const query :
          {"number of lines of file \"FILE\"", "number of lines containing \"absent\" of file \"FILE\"",
           "number of lines starting with \"absent\" of file \"FILE\"",

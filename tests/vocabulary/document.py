@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 """Makes docs/vocabulary.md from what the libraries registered and from what docs/vocabulary.txt says of it.
 
-usage: document.py ZELQ [--write]        holds the document against what it should be, or writes it
+usage: document.py ZELQ [--quick]        holds the document against what it should be
+       document.py ZELQ --write          writes it, as far as nothing is amiss
        document.py ZELQ --ask QUERY...   asks queries as the examples are asked
 
 Every registration but the caches has a meaning and an example in docs/vocabulary.txt, which tells its own form at its
-top. The examples are run, in the world of world.py; each must be answered, and use what it is an example of.
+top. The examples are run, in the world of world.py; each must be answered, and use what it is an example of, which
+--quick does not look up.
 """
 import concurrent.futures
 import difflib
@@ -63,7 +65,7 @@ class Registration:
 
 
 class Entry:
-    """What the text says of one key or more: a meaning and examples. Without a key it is a heading, and what is below."""
+    """What the text says of one key or more: a meaning and examples. Without a key it is what is below a heading."""
 
     def __init__(self, place):
         self.place, self.keys, self.paragraphs, self.examples = place, [], [], []
@@ -78,6 +80,10 @@ class Example:
     def __init__(self, place, query, mark):
         self.place, self.query, self.depends, self.fails = place, query, mark == ">?", mark == ">!"
         self.answers, self.used, self.error = [], "", ""
+
+    def behind(self):
+        """What --explain says is behind its phrases."""
+        return re.findall(r": ((?:iterated )?(?:property|cast|operator) .*)$", self.used, re.M)
 
 
 class Topic:
@@ -155,9 +161,10 @@ class Zelq:
         rows = [json.loads(line) for line in self.run("--registrations").stdout.splitlines()]
         return [Registration(row) for row in rows if row["kind"] != "cache"]
 
-    def try_out(self, example):
-        explained = self.run("--explain", example.query)
-        example.used, example.error = explained.stdout, explained.stderr
+    def try_out(self, example, quick):
+        if example.depends or not quick:
+            explained = self.run("--explain", example.query)
+            example.used, example.error = explained.stdout, explained.stderr
         if not example.depends and not example.error:
             ran = self.run(example.query)
             example.answers, example.error = ran.stdout.splitlines(), ran.stderr
@@ -209,20 +216,20 @@ class Vocabulary:
             self.fault(entry, f'"{name}" has no example')
 
     def hold_examples(self):
-        """What is wrong with the examples, which have been tried out. Those of what is not registered are not looked at."""
+        """What is wrong with the examples, which have been tried out; those of what is not registered do not count."""
         for section, topic, entry in self.text.entries():
             found = self.of[id(entry)] if entry.keys else []
             if entry.keys and not found:
                 continue
             for example in entry.examples:
                 if example.error:
-                    self.faults.append(f"docs/vocabulary.txt:{example.place}: {example.query}\n{indented(example.error)}")
-                elif found and not any(re.search(f": {re.escape(each.behind())}$", example.used, re.M) for each in found):
-                    self.faults.append(f"docs/vocabulary.txt:{example.place}: {example.query}\n"
-                                       f"    is no example of {', '.join(entry.keys)} of {section.name}")
+                    self.fault(example, f"{example.query}\n{indented(example.error)}")
+                elif example.used and found and not any(each.behind() in example.behind() for each in found):
+                    wanted = f"{', '.join(entry.keys)} of {section.name}"
+                    self.fault(example, f"{example.query}\n    is no example of {wanted}")
 
-    def fault(self, entry, what):
-        self.faults.append(f"docs/vocabulary.txt:{entry.place}: {what}")
+    def fault(self, where, what):
+        self.faults.append(f"docs/vocabulary.txt:{where.place}: {what}")
 
     @staticmethod
     def named(place):
@@ -259,7 +266,7 @@ class Writer:
         topics = [topic.title for section in self.text.sections if section.name == WORLD for topic in section.topics[1:]
                   if any(self.vocabulary.of[id(entry)] for entry in topic.entries)]
         yield item("[The world](#the-world): " + ", ".join(f"[{title}](#{anchor(title)})" for title in topics))
-        names = [section.name for section in self.text.sections if section.name in self.types]
+        names = (section.name for section in self.text.sections if section.name in self.types)
         yield item("Types: " + ", ".join(self.link(name) for name in names))
 
     def link(self, name):
@@ -286,7 +293,8 @@ class Writer:
     def relations(self, name):
         """The base of a type, and where its values come from."""
         own = self.vocabulary.registered.get((name, ""), [])
-        sentences = [f"Each is a {self.link(own[0].base)}, too, and has all its phrases." if own and own[0].base else ""]
+        base = own[0].base if own else None
+        sentences = [f"Each is a {self.link(base)}, too, and has all its phrases."] if base else []
         if name not in HOSTS:
             sources = {}
             for (section, _), found in self.vocabulary.registered.items():
@@ -297,8 +305,8 @@ class Writer:
             for section, phrases in sources.items():
                 shared.setdefault(tuple(phrases), []).append("the world" if section == WORLD else self.link(section))
             named = [f"{listed(phrases)} of {listed(places)}" for phrases, places in shared.items()]
-            sentences.append(f"It comes from {', from '.join(named)}." if named else "")
-        return " ".join(filter(None, sentences))
+            sentences += [f"It comes from {', from '.join(named)}."] if named else []
+        return " ".join(sentences)
 
     def called(self, section, each):
         """The phrase of a registration, or what it is one of."""
@@ -355,17 +363,17 @@ class Writer:
     def samples():
         """What there is to ask about: the files of the site, and what is in some."""
         yield ("The examples are asked in a folder that holds a folder `site` and a folder `lists`, which is the home of "
-               "the user who asks. `tests/vocabulary/world.py` makes the site and what belongs to the machine, "
-               "`tests/queries/tree.py` the property lists, bundles, preferences and Internet settings of the home. An "
+               "the user. `tests/vocabulary/world.py` makes the site and what belongs to the machine, "
+               "`tests/queries/tree.py` the property lists, bundles, preferences and Internet settings of the home. The "
                "administrator of this machine has put frameworks, components and items that are on or off into the home, "
-               "as [folders.conf](linux.md#other-folders-than-these) allows. The facts of the machine are those of "
+               "as [a file of folders](linux.md#other-folders-than-these) allows. The facts of the machine are those of "
                "`tests/machines/server`, with three processes of the user. These are the files of the site; times are "
                "universal.")
         rows = ["| file | bytes | modified |", "|---|---|---|"]
         rows += [f"| `site/{name}` | {len(content)} | {modified}Z |" for name, (content, modified) in SITE.items()]
         yield "\n".join(rows)
-        yield ("`site/latest.log` is a link to `site/logs/mail.log`. A Mac kept more of `site/Report`: a type, a creator, "
-               "dates, marks and versions, in an AppleDouble file.")
+        yield ("`site/latest.log` is a link to `site/logs/mail.log`. A Mac kept more of `site/Report`: its type, its "
+               "creator, dates, marks and versions, in an AppleDouble file.")
         for name in SHOWN:
             yield f"`site/{name}`:"
             yield "\n".join(f"    {line}".rstrip() for line in SITE[name][0].splitlines())
@@ -418,9 +426,8 @@ def differences(present, wanted):
     for query, answers in real.items():
         if query in there and there[query] != answers:
             yield f"docs/vocabulary.md: {query}\n    says {there[query]}\n    and the answer is {answers}"
-    for line in list(difflib.unified_diff(present.splitlines(), wanted.splitlines(), "docs/vocabulary.md", "as it should be",
-                                          lineterm="", n=0))[:60]:
-        yield line
+    yield from list(difflib.unified_diff(present.splitlines(), wanted.splitlines(), "docs/vocabulary.md",
+                                         "as it should be", lineterm="", n=0))[:60]
 
 
 def main():
@@ -434,7 +441,7 @@ def main():
         text = Text()
         vocabulary = Vocabulary(text, zelq.registrations())
         with concurrent.futures.ThreadPoolExecutor(2) as pool:
-            list(pool.map(zelq.try_out, text.examples()))
+            list(pool.map(lambda example: zelq.try_out(example, sys.argv[2:] == ["--quick"]), text.examples()))
     vocabulary.hold_examples()
     wanted = Writer(text, vocabulary).document()
     if sys.argv[2:] == ["--write"]:

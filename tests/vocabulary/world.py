@@ -1,5 +1,5 @@
-"""The world that the examples of the vocabulary ask about, the same on every machine: files, settings of a user, and the
-facts of a recorded machine."""
+"""The world that the examples of the vocabulary ask about, the same on every machine: files, settings of a user, and
+the facts of a recorded machine."""
 import os
 import plistlib
 import shutil
@@ -127,7 +127,8 @@ def make_site(site):
     for program in ("mailer", "editor"):
         (site / "bin" / program).chmod(0o755)
     os.symlink("logs/mail.log", site / "latest.log")
-    backup = int((datetime(2025, 7, 1, tzinfo=timezone.utc) - datetime(2000, 1, 1, tzinfo=timezone.utc)).total_seconds())
+    # Seconds since 2000; the others of its dates are unknown.
+    backup = (datetime(2025, 7, 1) - datetime(2000, 1, 1)).days * 86400
     dates = numbers((0x80000000, 4), (0x80000000, 4), (backup, 4), (0x80000000, 4))
     # A locked text of an editor, made from a pattern; its version, and that of what it belongs to.
     versions = resource_fork({1: numbers((0x02136004, 4)) + b"\0\0", 2: numbers((0x10408000, 4)) + b"\0\0"})
@@ -140,7 +141,8 @@ def make_home(home, site):
     for folder, names in ITEMS.items():
         for name in names:
             write(home / folder / name, "")
-    write(home / "Frameworks/Mail.framework/Resources/Info.plist", plistlib.dumps({"CFBundleIdentifier": "org.example.mail"}))
+    framework = plistlib.dumps({"CFBundleIdentifier": "org.example.mail"})
+    write(home / "Frameworks/Mail.framework/Resources/Info.plist", framework)
     write(home / "Components/Demo.component/Contents/Info.plist", plistlib.dumps({"AudioComponents": COMPONENTS}))
     write(home / ".local/share/applications/editor.desktop", DESKTOP_ENTRY.format(program=site / "bin/editor"))
     write(home / ".config/editor.conf", "font = Mono\n")
@@ -154,8 +156,8 @@ def make_machine(machine, site):
     user = os.getuid()
     for number, program, parent in PROCESSES:
         folder = machine / "proc" / str(number)
-        write(folder / "stat", f"{number} ({program}) S {parent} 1 1 0 -1 4194304 10 20 30 40 7 3 5 6 20 0 1 0 {number}00 "
-                               "4096 100 1\n")
+        write(folder / "stat", f"{number} ({program}) S {parent} 1 1 0 -1 4194304 10 20 30 40 7 3 5 6 20 0 1 0 "
+                               f"{number}00 4096 100 1\n")
         write(folder / "status", f"Name:\t{program}\nTgid:\t{number}\nUid:\t{user}\t{user}\t{user}\t{user}\n")
         os.symlink(site / "bin" / program, folder / "exe")
 

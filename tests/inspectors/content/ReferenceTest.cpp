@@ -14,7 +14,7 @@
 namespace {
 
 #ifdef ZELQ_ADDRESS_SANITIZER
-constexpr int kShare = 5;
+constexpr int kShare = 20;
 #else
 constexpr int kShare = 1;
 #endif
