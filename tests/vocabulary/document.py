@@ -364,11 +364,11 @@ class Writer:
         """What there is to ask about: the files of the site, and what is in some."""
         yield ("The examples are asked in a folder that holds a folder `site` and a folder `lists`, which is the home of "
                "the user. `tests/vocabulary/world.py` makes the site and what belongs to the machine, "
-               "`tests/queries/tree.py` the property lists, bundles, preferences and Internet settings of the home. The "
-               "administrator of this machine has put frameworks, components and items that are on or off into the home, "
-               "as [a file of folders](linux.md#other-folders-than-these) allows. The facts of the machine are those of "
-               "`tests/machines/server`, with three processes of the user. These are the files of the site; times are "
-               "universal.")
+               "`tests/queries/tree.py` the property lists, bundles, preferences and Internet settings of the home. "
+               "This machine's administrator has put frameworks, components and items that are on or off into the home, "
+               "as [a file of folders](linux.md#other-folders-than-these) allows. The facts of the machine are those "
+               "of `tests/machines/server`, with three processes of the user. These are the files of the site; times "
+               "are universal.")
         rows = ["| file | bytes | modified |", "|---|---|---|"]
         rows += [f"| `site/{name}` | {len(content)} | {modified}Z |" for name, (content, modified) in SITE.items()]
         yield "\n".join(rows)
