@@ -74,7 +74,7 @@ network =
 user =
 """
 COMPONENTS = [
-    {"type": "aufx", "subtype": "dely", "manufacturer": "Demo", "name": "Demo: Delay", "version": 0x00020001,
+    {"type": "aufx", "subtype": "dely", "manufacturer": "Demo", "name": "Demo: Delay", "version": 0x00020103,
      "description": "Repeats what it hears"},
     {"type": "auou", "subtype": "sine", "manufacturer": "Demo", "version": 0x00010000},
 ]
