@@ -76,6 +76,8 @@ class Vocabulary:
             self.fault(entry, f"the meaning of {name} is no sentence")
         if entry.keys and not topic.also and not entry.examples:
             self.fault(entry, f"{name} has no example")
+        if topic.also and len(entry.keys) > 1:
+            self.fault(entry, f"{name} share a row of a table")
         given = {(each.kind, each.result) for each in entry.found if each.kind != "operator"}
         if len(given) > 1:
             self.fault(entry, f"{name} do not give the same")

@@ -124,17 +124,17 @@ def examples(entry):
 def samples():
     """What there is to ask about: the files of the site, and what is in some."""
     yield "## The files that are asked about"
-    yield ("The examples are asked in a folder that holds a folder `site` and a folder `lists`, which is the home of the "
-           "user. `tests/vocabulary/world.py` makes the site and what belongs to the machine, `tests/queries/tree.py` the "
-           "property lists, bundles, preferences and Internet settings of the home. The administrator of this machine "
-           "has put frameworks, components and items that are on or off into the home, as "
+    yield ("The examples are asked in a folder that holds a folder `site` and a folder `lists`, which is the home of "
+           "the user. `tests/vocabulary/world.py` makes the site and what belongs to the machine, "
+           "`tests/queries/tree.py` the property lists, bundles, preferences and Internet settings of the home. The "
+           "administrator of this machine has put frameworks, components and items that are on or off into the home, as "
            "[a file of folders](linux.md#other-folders-than-these) allows. The facts of the machine are those of "
            "`tests/machines/server`, with three processes of the user. These are the files of the site; times are "
            "universal.")
     yield "\n".join(["| file | bytes | modified |", "|---|---|---|"] + [
         f"| `site/{name}` | {len(content)} | {modified}Z |" for name, (content, modified) in SITE.items()])
-    yield ("`site/latest.log` is a link to `site/logs/mail.log`. A Mac kept more of `site/Report`: its type, its creator, "
-           "dates, marks and versions, in an AppleDouble file.")
+    yield ("`site/latest.log` is a link to `site/logs/mail.log`. A Mac kept more of `site/Report`: its type, its "
+           "creator, dates, marks and versions, in an AppleDouble file.")
     for name in SHOWN:
         yield f"`site/{name}`:"
         yield "\n".join(f"    {line}".rstrip() for line in SITE[name][0].splitlines())
