@@ -75,6 +75,7 @@ constexpr std::array kMeanings{
     Meaning{-5000, "access denied"},
     Meaning{-5550, "unknown machine error"},
     Meaning{-5551, "unknown selector"},
+    Meaning{-7872, "bad length of a SCSI request"},
 };
 
 constexpr std::int32_t volumeOffline = -53, fileTooLarge = -1309, badFolderTable = -4270;

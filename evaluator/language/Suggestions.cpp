@@ -57,8 +57,12 @@ std::string SuggestNearest(std::string_view text, std::vector<Suggestion> const&
         if (!forms.empty()) near.insert(*forms.begin());
     }
     std::vector<std::string> others;
-    for (auto const& [distance, isUnlikely, phrase] : near)
-        if (others.size() < count) others.push_back(fmt::format("\"{}\"", phrase));
+    for (auto const& [distance, isUnlikely, phrase] : near) {
+        std::string const quoted = fmt::format("\"{}\"", phrase);
+        // A phrase may be a likely one and an unlikely one, with an index and without.
+        bool const isKnown = std::find(others.begin(), others.end(), quoted) != others.end();
+        if (others.size() < count && !isKnown) others.push_back(quoted);
+    }
     if (others.empty()) return {};
     std::string hint = others[0] + " is one";
     others.erase(others.begin());

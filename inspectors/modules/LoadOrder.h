@@ -38,10 +38,13 @@
 #include "modules/PreferencesModule.h"
 #include "modules/ProcessesModule.h"
 #include "modules/PropertyListValuesModule.h"
+#include "modules/ScsiIterationModule.h"
+#include "modules/ScsiModule.h"
 #include "modules/SpecialFoldersModule.h"
 #include "modules/SpecialItemsModule.h"
 #include "modules/StageModule.h"
 #include "modules/TimeAndDateModule.h"
+#include "modules/UsbModule.h"
 #include "modules/VersionsModule.h"
 #include "modules/VolumeIterationModule.h"
 #include "modules/VolumesModule.h"
@@ -87,9 +90,9 @@ using LoadOrder = ModuleList<        //
     InternetServiceIterationModule,  // 20
     InternetConfigModule,            // 21
     IPAddressCastsModule,            // 22
-    Vacant<23>,                      // SCSI buses
-    Vacant<24>,                      // SCSI bus iteration
-    Vacant<25>,                      // USB
+    ScsiModule,                      // 23
+    ScsiIterationModule,             // 24
+    UsbModule,                       // 25
     CountryModule,                   // 26
     VersionsModule,                  // 27
     StageModule,                     // 28

@@ -9,8 +9,11 @@ set(INSPECTORS_SYSTEM_SOURCES
   system/SpecialItems.cpp
   system/IPAddresses.cpp
   system/InternetConfig.cpp
+  system/ScsiBuses.cpp
+  system/ScsiDevices.cpp
   system/TimeAndDate.cpp
   system/TimeAndDateRelations.cpp
+  system/Usb.cpp
   system/Volumes.cpp
 )
 # These relations must really recurse, at every level of optimisation; the file says why.

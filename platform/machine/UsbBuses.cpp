@@ -32,13 +32,12 @@ std::optional<std::uint32_t> VersionIn(std::string_view text) {
     constexpr std::uint32_t finalRelease = 0x8000;
     std::size_t const point = text.find('.');
     if (point < 1 || point > 2 || text.size() != point + 3) return std::nullopt;
-    std::uint32_t digits = 0;
-    for (char const letter : text) {
-        if (&letter == &text[point]) continue;
-        if (!IsDigit(letter)) return std::nullopt;
-        digits = digits << 4 | static_cast<std::uint32_t>(letter - '0');
-    }
-    return digits << 16 | finalRelease;
+    std::string digits(text);
+    digits.erase(point, 1);
+    if (!std::ranges::all_of(digits, IsDigit)) return std::nullopt;
+    std::uint32_t word = 0;
+    for (char const digit : digits) word = word << 4 | static_cast<std::uint32_t>(digit - '0');
+    return word << 16 | finalRelease;
 }
 
 }  // namespace

@@ -16,8 +16,11 @@
 #include "system/IPAddresses.h"
 #include "system/InternetConfig.h"
 #include "system/Processes.h"
+#include "system/ScsiBuses.h"
+#include "system/ScsiDevices.h"
 #include "system/SpecialItems.h"
 #include "system/TimeAndDate.h"
+#include "system/Usb.h"
 #include "system/Volumes.h"
 
 static_assert(sizeof(void*) == 4 && sizeof(unsigned long) == 4);
@@ -50,6 +53,12 @@ static_assert(sizeof(NamedSpecialItemIterator<kExtensions, kDisabledExtensions>)
 static_assert(sizeof(InternetConfig) == 1 && sizeof(ICService) == 12 && sizeof(ip_address) == 4);
 static_assert(offsetof(ICService, port) == 8 && offsetof(ICService, flags) == 10);
 static_assert(sizeof(ArchieIterator) == 12 && sizeof(ICServiceIterator) == 16);
+
+// SCSI and USB.
+static_assert(sizeof(scsibus) == 172 && sizeof(scsiDevice) == 272 && sizeof(usb) == 4);
+static_assert(offsetof(scsiDevice, target) == 256 && offsetof(scsiDevice, bus) == 264);
+static_assert(sizeof(SCSIBusIterator) == 2 && sizeof(SCSIDeviceIterator1) == 2);
+static_assert(sizeof(SCSIDeviceIterator2) == 4);
 
 // Property lists: a reference, and the two neighbours of a ring.
 static_assert(sizeof(OSXValue) == 12 && sizeof(OSXArray) == 12 && sizeof(OSXDictionary) == 4);

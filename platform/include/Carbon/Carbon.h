@@ -11,3 +11,4 @@
 #include <Carbon/MacTypes.h>
 #include <Carbon/Processes.h>
 #include <Carbon/Resources.h>
+#include <Carbon/SCSI.h>

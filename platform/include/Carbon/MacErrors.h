@@ -54,5 +54,15 @@ enum {
     afpAccessDenied = -5000,          // no permission on the way, or to read
     gestaltUnknownErr = -5550,        // an answer that may not be read, or makes no sense
     gestaltUndefSelectorErr = -5551,  // a selector that has no answer here
+    scsiLUNInvalid = -7867,           // a unit other than 0
+    scsiBusInvalid = -7869,           // no such SCSI bus
+    scsiRequestInvalid = -7870,       // a command that is not carried out here, or one without a buffer
+    scsiFunctionNotAvailable = -7871,
+    scsiPBLengthError = -7872,      // a request of another length than its block
+    scsiUnexpectedBusFree = -7917,  // the device left the bus before the end
+    scsiCommandTimeout = -7925,
+    scsiSelectTimeout = -7926,   // no such SCSI device, or one that does not answer
+    scsiNonZeroStatus = -7932,   // a SCSI device refuses a command
+    scsiRequestAborted = -7934,  // a transfer failed
     kLSApplicationNotFoundErr = -10814
 };
