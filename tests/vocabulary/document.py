@@ -40,7 +40,10 @@ class Zelq:
                               timeout=60)
 
     def registrations(self):
-        rows = (json.loads(line) for line in self.run("--registrations").stdout.splitlines())
+        ran = self.run("--registrations")
+        if ran.returncode != 0 or not ran.stdout:
+            sys.exit(f"the registrations cannot be told: {ran.stderr}")
+        rows = (json.loads(line) for line in ran.stdout.splitlines())
         return [Registration(row) for row in rows if row["kind"] != "cache"]
 
     def try_out(self, example, is_quick):
