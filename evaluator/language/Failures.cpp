@@ -49,6 +49,7 @@ constexpr std::array kMeanings{
     Meaning{-61, "no permission to write"},
     Meaning{-108, "out of memory"},
     Meaning{-109, "empty handle"},
+    Meaning{-111, "no handle of a block of memory"},
     Meaning{-120, "directory not found"},
     Meaning{-128, "cancelled"},
     Meaning{-192, "resource not found"},
@@ -71,6 +72,7 @@ constexpr std::array kMeanings{
     Meaning{-1409, "no such fork"},
     Meaning{-1410, "the name is too long"},
     Meaning{-1417, "no more items"},
+    Meaning{-3000, "no such component"},
     Meaning{-4270, "the table of special folders has mistakes"},
     Meaning{-5000, "access denied"},
     Meaning{-5550, "unknown machine error"},
@@ -81,10 +83,12 @@ constexpr std::array kMeanings{
 constexpr std::int32_t volumeOffline = -53, fileTooLarge = -1309, badFolderTable = -4270;
 constexpr std::int32_t fileNotFound = -43, directoryNotFound = -120;
 
-// What is wrong with a file of settings that the platform could not use last; empty where there was none.
+// What is wrong with a file of settings, or a server, that the platform could not use last; empty where there
+// was none.
 std::string MistakesInSettings() {
     char file[PATH_MAX + 1], reason[2000];
     if (!PlatformSettingsFailure(file, sizeof file, reason, sizeof reason)) return {};
+    if (file[0] == 0) return Printable(reason);
     return fmt::format("the file \"{}\" cannot be used: {}", Printable(file), Printable(reason));
 }
 

@@ -12,6 +12,8 @@
 #include "modules/ArrayValuesModule.h"
 #include "modules/ArraysModule.h"
 #include "modules/BundlesModule.h"
+#include "modules/ComponentIterationModule.h"
+#include "modules/ComponentsModule.h"
 #include "modules/CountryModule.h"
 #include "modules/DescendantsModule.h"
 #include "modules/DictionariesModule.h"
@@ -40,9 +42,11 @@
 #include "modules/PropertyListValuesModule.h"
 #include "modules/ScsiIterationModule.h"
 #include "modules/ScsiModule.h"
+#include "modules/SoundVolumeModule.h"
 #include "modules/SpecialFoldersModule.h"
 #include "modules/SpecialItemsModule.h"
 #include "modules/StageModule.h"
+#include "modules/StereoVolumeModule.h"
 #include "modules/TimeAndDateModule.h"
 #include "modules/UsbModule.h"
 #include "modules/VersionsModule.h"
@@ -50,10 +54,6 @@
 #include "modules/VolumesModule.h"
 
 namespace Inspectors {
-
-/// The place of a module that is not part of this build yet. It registers nothing.
-template <int number>
-struct Vacant {};
 
 /// Constructs modules one after the other, and so registers them; destroys them in the opposite order.
 template <class... Modules>
@@ -68,8 +68,8 @@ struct ModuleList<First, Others...> {
 };
 
 using LoadOrder = ModuleList<        //
-    Vacant<1>,                       // components
-    Vacant<2>,                       // component iteration
+    ComponentsModule,                // 1
+    ComponentIterationModule,        // 2
     BundlesModule,                   // 3
     ArraysModule,                    // 4
     ArrayValuesModule,               // 5
@@ -103,10 +103,10 @@ using LoadOrder = ModuleList<        //
     FoldersModule,                   // 33
     GestaltSelectorsModule,          // 34
     IPAddressesModule,               // 35
-    Vacant<36>,                      // sound volume
+    SoundVolumeModule,               // 36
     SpecialFoldersModule,            // 37
     SpecialItemsModule,              // 38
-    Vacant<39>,                      // stereo volume
+    StereoVolumeModule,              // 39
     FileLinesModule,                 // 40
     ProcessesModule,                 // 41
     DomainsModule,                   // 42

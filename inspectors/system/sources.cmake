@@ -2,9 +2,11 @@
 # source file hold in that directory only.
 set(INSPECTORS_SYSTEM_SOURCES
   system/Applications.cpp
+  system/Components.cpp
   system/EnableableFiles.cpp
   system/Gestalt.cpp
   system/Processes.cpp
+  system/SoundVolumes.cpp
   system/SpecialFolders.cpp
   system/SpecialItems.cpp
   system/IPAddresses.cpp

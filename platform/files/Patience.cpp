@@ -188,6 +188,15 @@ OSErr CallPatiently(SlowMount const& mount, std::optional<milliseconds> patience
     return error;
 }
 
+OSErr CallServer(Server server, milliseconds patience, PatientWork work) {
+    constexpr std::uint64_t highest = ~std::uint64_t{0} - 1;  // no mount has an id as high
+    Failure const before = lastFailure;
+    OSErr const error =
+        CallPatiently({highest - static_cast<std::uint64_t>(server), {}}, patience, std::move(work));
+    lastFailure = before;
+    return error;
+}
+
 OSErr CallBriefly(SlowMount const& mount, PatientWork work) {
     constexpr milliseconds patience = kBriefly;
     Failure const before = lastFailure;

@@ -29,6 +29,12 @@ using PatientWork = std::function<OSErr()>;
 OSErr CallPatiently(SlowMount const& mount, std::optional<std::chrono::milliseconds> patience,
                     PatientWork work);
 
+/// A server that is none of a mount.
+enum class Server { Sound };
+
+/// The same for work that may have to wait for another server. PlatformUnresponsiveMount does not tell of it.
+OSErr CallServer(Server server, std::chrono::milliseconds patience, PatientWork work);
+
 /// The same for something that nobody asked for: it waits a fifth of a second at most, and a mount that has
 /// not answered then is no failure that PlatformUnresponsiveMount tells of.
 OSErr CallBriefly(SlowMount const& mount, PatientWork work);

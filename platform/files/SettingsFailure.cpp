@@ -25,6 +25,8 @@ std::string WhyUnreadable(OSErr error) {
 
 void NoteSettingsFailure(std::string const& file, std::string const& reason) { last = {file, reason}; }
 
+void NoteFailure(std::string const& reason) { NoteSettingsFailure({}, reason); }
+
 OSErr NoteUnreadableSettings(std::string const& file, OSErr error) {
     NoteSettingsFailure(file, WhyUnreadable(error));
     return error;

@@ -15,6 +15,8 @@ static_assert(sizeof(FSPermissionInfo) == 16);
 static_assert(sizeof(ProcessSerialNumber) == 8 && sizeof(ProcessInfoRec) == 60);
 static_assert(offsetof(ProcessInfoRec, processLauncher) == 40 &&
               offsetof(ProcessInfoRec, processAppSpec) == 56);
+static_assert(sizeof(ComponentDescription) == 20 && offsetof(ComponentDescription, componentFlags) == 12);
+static_assert(sizeof(Component) == 4 && sizeof(ComponentInstance) == 4 && sizeof(Size) == 4);
 static_assert(sizeof(FSCatalogInfo) == 144);
 static_assert(sizeof(CFStringRef) == 4 && sizeof(CFIndex) == 4);
 

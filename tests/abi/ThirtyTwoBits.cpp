@@ -13,11 +13,13 @@
 #include "plist/Bundles.h"
 #include "plist/DictionaryEntries.h"
 #include "plist/Preferences.h"
+#include "system/Components.h"
 #include "system/IPAddresses.h"
 #include "system/InternetConfig.h"
 #include "system/Processes.h"
 #include "system/ScsiBuses.h"
 #include "system/ScsiDevices.h"
+#include "system/SoundVolumes.h"
 #include "system/SpecialItems.h"
 #include "system/TimeAndDate.h"
 #include "system/Usb.h"
@@ -41,7 +43,10 @@ static_assert(offsetof(DateRecord, day) == 0 && offsetof(DateRecord, month) == 4
               offsetof(DateRecord, year) == 8);
 
 static_assert(sizeof(datafork) == 4 && sizeof(resfork) == 4);
+static_assert(sizeof(ComponentClass) == 4 && sizeof(ComponentIterator) == 4);
 static_assert(sizeof(VolumeIterator) == 2);
+static_assert(sizeof(sound_volume) == 4 && sizeof(stereo_volume) == 8);
+static_assert(offsetof(stereo_volume, left) == 0 && offsetof(stereo_volume, right) == 4);
 static_assert(sizeof(Process) == 8 && sizeof(carbon_process) == 64 && sizeof(ProcessLoop) == 12);
 static_assert(sizeof(carbon_process_iterator) == 12 && sizeof(running_app_iterator) == 12);
 

@@ -19,6 +19,14 @@ INTERNET = {
     "Helper\u2022spoilt": b"MAIL",
 }
 
+# Components, of which the second has nothing but codes.
+COMPONENTS = {"AudioComponents": [
+    {"type": "aufx", "subtype": "lowp", "manufacturer": "Acme", "name": "Acme: Low Pass", "description": "Cuts the t\u00f6p",
+     "version": 0x00020001},
+    {"type": "aumu", "subtype": "sine", "manufacturer": "Acme"},
+    {"type": "no code", "subtype": "lowp", "manufacturer": "Acme", "name": "none"},
+]}
+
 
 def make_lists(folder):
     """Property lists, a bundle, and the preferences of a user whose home this is."""
@@ -33,6 +41,8 @@ def make_lists(folder):
     write("spoilt.plist", b"<plist>\n<dict><key>a</key></dict>\n</plist>\n")
     write("Editor.app/Contents/Info.plist", plistlib.dumps(BUNDLE))
     write("Editor.app/Contents/PkgInfo", b"APPLEdit")
+    write(".local/share/components/Filters.component/Contents/Info.plist", plistlib.dumps(COMPONENTS))
+    write(".local/share/components/Empty.component/Contents/Info.plist", plistlib.dumps({}))
     write("Packed.bundle/Info.plist", plistlib.dumps({"CFBundleVersion": "1.2.3b69"}))
     write("Numbered.bundle/Info.plist", plistlib.dumps({"CFBundleShortVersionString": 2.5}))
     write("Library/Preferences/org.example.editor.plist", plistlib.dumps(PREFERENCES))

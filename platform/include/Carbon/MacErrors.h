@@ -22,6 +22,8 @@ enum {
     volOffLinErr = -53,          // the file system's server does not answer
     permErr = -54,               // not permitted
     memFullErr = -108,           // no memory
+    nilHandleErr = -109,         // null where a handle is needed
+    memWZErr = -111,             // no handle of a block, or none any more
     dirNFErr = -120,             // a folder on the way is missing, or is none
     userCanceledErr = -128,      // the check-in function said stop
     CantDecompress = -186,       // a resource in a compressed form
@@ -50,6 +52,7 @@ enum {
     errFSBadItemCount = -1418,  // a number of items below 1
     errFSRefsDifferent = -1420,
     errFSIteratorNotFound = -1423,    // not an open iterator
+    invalidComponentID = -3000,       // no component, or none any more
     badFolderDescErr = -4270,         // mistakes in the administrator's table of special folders
     afpAccessDenied = -5000,          // no permission on the way, or to read
     gestaltUnknownErr = -5550,        // an answer that may not be read, or makes no sense

@@ -75,5 +75,6 @@ PLATFORM_API Boolean PlatformPropertyListFailure(char* file, UInt32 fileSize, ch
 /// Why a call of the calling thread failed last that could not use a file of settings: FSFindFolder,
 /// ICGetPref and others that need it. False when there was none since PlatformSetCheckIn or
 /// PlatformForgetFileFailure. `file` and `reason` as in PlatformPropertyListFailure; the reason tells each
-/// mistake with its line.
+/// mistake with its line. Where it is something else that could not be used, as a sound server that does not
+/// answer, `file` gets the empty text, and the reason tells what.
 PLATFORM_API Boolean PlatformSettingsFailure(char* file, UInt32 fileSize, char* reason, UInt32 reasonSize);
