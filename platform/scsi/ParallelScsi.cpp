@@ -46,11 +46,10 @@ std::uint32_t FeaturesOfSignalling(std::string_view signalling) {
 }
 
 std::uint32_t FeaturesOfPeriod(std::string_view period) {
-    if (period.empty() || period[0] < '0' || period[0] > '9') return 0;
     double nanoseconds = 0;
     char const* const end = period.data() + period.size();
     auto const [rest, error] = std::from_chars(period.data(), end, nanoseconds, std::chars_format::fixed);
-    if (error != std::errc() || rest != end || nanoseconds <= 0) return 0;
+    if (error != std::errc() || rest != end || !(nanoseconds > 0)) return 0;
     std::uint32_t features = 0;
     if (nanoseconds <= 100) features |= scsiBusFastSCSI;
     if (nanoseconds <= 50) features |= scsiBusUltraSCSI;

@@ -141,6 +141,7 @@ TEST(ScsiBuses, AreDescribed) {
     machine.AddUnit("0:0:3:0");
     machine.AddUnit("0:0:1:0");
     machine.AddUnit("0:0:256:0");
+    machine.AddUnit("7:0:5:0");
     SCSIBusInquiryPB const bus = DescribeBus(0);
     EXPECT_EQ(43, bus.scsiVersionNumber);
     EXPECT_EQ(1, bus.scsiHiBusID);
@@ -157,7 +158,7 @@ TEST(ScsiBuses, AreDescribed) {
     for (auto const& text :
          {Text(bus.scsiHBAVendor), Text(bus.scsiControllerFamily), Text(bus.scsiControllerType)})
         EXPECT_EQ(std::string(16, ' '), text);
-    EXPECT_EQ(0, DescribeBus(1).scsiDevice.targetID);
+    EXPECT_EQ(5, DescribeBus(1).scsiMaxTarget);
 }
 
 TEST(ScsiBuses, HaveDriversOf16BytesAtMost) {
@@ -166,6 +167,7 @@ TEST(ScsiBuses, HaveDriversOf16BytesAtMost) {
     machine.AddHost(1, "");
     machine.Folder().MakeFolder("sys/class/scsi_host/host2");
     EXPECT_EQ("a_driver_with_a_", Text(DescribeBus(0).scsiSIMVendor));
+    EXPECT_EQ(std::string(16, ' '), Text(DescribeBus(0).scsiHBAVendor));
     EXPECT_EQ(std::string(16, ' '), Text(DescribeBus(1).scsiSIMVendor));
     EXPECT_EQ(std::string(16, ' '), Text(DescribeBus(2).scsiSIMVendor));
 }

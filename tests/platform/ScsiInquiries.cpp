@@ -41,6 +41,11 @@ TEST(ScsiInquiries, Are255BytesAtMost) {
     OneBus const machine;
     machine.AddUnit("0:0:1:0", InquiryData(255) + "and more");
     EXPECT_EQ(InquiryData(255), AskDevice(0, 1).data);
+    char buffer[1000];
+    SCSIExecIOPB request = DeviceRequest(0, 1, buffer, sizeof buffer);
+    request.scsiCDB[3] = 1;  // more may come
+    EXPECT_EQ(noErr, Act(request));
+    EXPECT_EQ(1000 - 255, request.scsiDataResidual);
 }
 
 TEST(ScsiInquiries, ThatAreShortAreWhatTheyAre) {
