@@ -11,7 +11,6 @@
 
 #include "bundles/Bundle.h"
 #include "bundles/BundleReading.h"
-#include "files/CheckIn.h"
 #include "files/FolderEntries.h"
 #include "files/SlowPaths.h"
 #include "folders/SpecialFolders.h"
@@ -122,8 +121,7 @@ class Listing {
     }
 
     OSErr AddBundle(std::string const& path) {
-        if (!MayGoOn(1)) return userCanceledErr;
-        BundleFolder folder;
+        BundleFolder folder;  // whose look-up asks whether to go on
         std::optional<BundleParts> parts;
         OSErr error = FindBundleFolder(path, folder);
         if (error == noErr) error = ReadBundleParts(folder, parts);

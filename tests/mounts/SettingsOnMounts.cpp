@@ -1,5 +1,6 @@
 // Preferences, bundles and Internet settings with a file on a mount whose server stops answering.
 
+#include <Carbon/Components.h>
 #include <Carbon/InternetConfig.h>
 
 #include <Carbon/Folders.h>
@@ -42,6 +43,16 @@ class SettingsOnMounts : public MountedForkTest {
         }
         return {buffer, static_cast<std::size_t>(size)};
     }
+    /// The name of the first component, by its length byte.
+    std::string ComponentName() const {
+        Component const first = FindNextComponent(0, nullptr);
+        if (first == 0) return "(null)";
+        Handle const block = NewHandle(0);
+        EXPECT_EQ(noErr, GetComponentInfo(first, nullptr, block, nullptr, nullptr));
+        std::string const name(*block + 1, static_cast<std::size_t>(GetHandleSize(block)) - 1);
+        DisposeHandle(block);
+        return name;
+    }
     /// Holds that a call which showed `answer` shows nothing, and says why, while the server is stopped, and
     /// `answer` again when it goes on.
     template <class Call>
@@ -71,6 +82,15 @@ class SettingsOnMounts : public MountedForkTest {
 };
 
 }  // namespace
+
+TEST_F(SettingsOnMounts, OfComponentsAreWaitedForPatiently) {
+    Variable const data("XDG_DATA_HOME", here.MakeFolder("data")), root("ZELQ_MACHINE_ROOT", here.Path());
+    here.MakeFolder("data/components/A.component/Contents");
+    here.Link("data/components/A.component/Contents/Info.plist", Path());
+    ApartWithAServer(
+        "{AudioComponents = ({type = aufx; subtype = lowp; manufacturer = Acme; name = N;});}",
+        [&](StoppableServer const& server) { HoldStopping(server, "N", [&] { return ComponentName(); }); });
+}
 
 TEST_F(SettingsOnMounts, OfPreferencesAreWaitedForPatiently) {
     here.Write("others/org.example.a.plist", "{k = another;}");

@@ -6,6 +6,7 @@
 
 _Static_assert(sizeof(FSCatalogInfo) == 144, "the record has its published size");
 _Static_assert(sizeof(FSSpec) == 70, "the record has its published size");
+_Static_assert(sizeof(ComponentDescription) == 20, "the record has its published size");
 
 /* The number of the code that failed, or 0. */
 int AskFromC(char const* folderPath);

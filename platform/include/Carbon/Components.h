@@ -52,7 +52,8 @@ enum { badComponentInstance = -2147450879 };  // 0x80008001
 /// Components come in the order in which they were seen first; of those, by domain, as above, by the names of
 /// the bundles, byte by byte, and as they are named in them. 0 too when the check-in function says stop,
 /// without memory, and when the table of special folders cannot be used, of which PlatformSettingsFailure
-/// tells; what lies on a mount that does not answer is passed over, of which PlatformUnresponsiveMount tells.
+/// tells. A mount that does not answer is waited for as long as the check-in function lets; what lies on one
+/// that another call waits for in vain is passed over. PlatformUnresponsiveMount tells of both.
 PLATFORM_API Component FindNextComponent(Component previous, ComponentDescription const* looking);
 
 /// Gets what is known of a component. The handles, each of which may be null, are those of blocks, which get
