@@ -12,6 +12,9 @@ namespace Platform {
 
 namespace {
 
+// As much as a size of 32 bits can tell.
+constexpr Size kMost = 0x7FFFFFFF;
+
 struct FreeBytes {
     void operator()(char* bytes) const noexcept { std::free(bytes); }
 };
@@ -33,7 +36,7 @@ class Blocks {
     }
 
     OSErr Add(Size size, Handle& handle) {
-        if (size < 0) return paramErr;
+        if (OSErr const error = CheckSize(size); error != noErr) return error;
         auto block = std::make_unique<Block>();
         block->bytes.reset(static_cast<char*>(std::calloc(Room(size), 1)));
         if (!block->bytes) return memFullErr;
@@ -72,6 +75,11 @@ class Blocks {
     }
 
   private:
+    static OSErr CheckSize(Size size) {
+        if (size < 0) return paramErr;
+        return size > kMost ? memFullErr : noErr;
+    }
+
     // Blocks without bytes have an address, too.
     static std::size_t Room(Size size) { return size == 0 ? 1 : static_cast<std::size_t>(size); }
 
@@ -84,7 +92,7 @@ class Blocks {
     }
 
     static OSErr Resize(Block& block, Size size) {
-        if (size < 0) return paramErr;
+        if (OSErr const error = CheckSize(size); error != noErr) return error;
         auto* const bytes = static_cast<char*>(std::realloc(block.bytes.get(), Room(size)));
         if (bytes == nullptr) return memFullErr;
         static_cast<void>(block.bytes.release());

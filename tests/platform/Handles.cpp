@@ -67,7 +67,7 @@ TEST(Handles, OfImpossibleSizesAreRefusedAndTheBlockStays) {
     std::memcpy(*static_cast<Handle>(block), "ab", 2);
     SetHandleSize(block, -1);
     EXPECT_EQ(paramErr, MemError());
-    SetHandleSize(block, std::numeric_limits<Size>::max());
+    SetHandleSize(block, Size{0x80000000});
     EXPECT_EQ(memFullErr, MemError());
     EXPECT_EQ(2, GetHandleSize(block));
     EXPECT_EQ("ab", std::string(*static_cast<Handle>(block), 2));

@@ -13,7 +13,8 @@
 typedef long Size;
 
 /// A new block of so many bytes, 0 among them; they are 0. Owned by the caller, who ends it with
-/// DisposeHandle. Null, and MemError tells memFullErr without memory and paramErr for a negative size.
+/// DisposeHandle. Null, and MemError tells memFullErr without memory, or for more than 2147483647 bytes, and
+/// paramErr for a negative size.
 PLATFORM_API Handle NewHandle(Size byteCount);
 /// Ends a block. MemError tells nilHandleErr for null, memWZErr for what is no handle of a block, or is none
 /// any more; nothing is done then.
