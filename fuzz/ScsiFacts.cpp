@@ -1,60 +1,24 @@
 // Any bytes as each of the kernel's facts of a SCSI device and its host, and as the name of a device.
 
 #include <Carbon/SCSI.h>
-#include <stdlib.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <string>
+#include <string_view>
 
 #include "Invariants.h"
+#include "Machine.h"
 
 namespace {
 
-constexpr std::array kFacts{
-    "sys/class/scsi_host/host0/proc_name",
-    "sys/class/spi_host/host0/signalling",
-    "sys/class/spi_host/host0/hba_id",
-    "sys/class/spi_transport/target0:0:1/period",
-    "sys/class/spi_transport/target0:0:1/offset",
-    "sys/class/scsi_device/0:0:1:0/device/inquiry",
-    "sys/class/scsi_device/0:0:2:0/device/type",
-    "sys/class/scsi_device/0:0:2:0/device/vendor",
-    "sys/class/scsi_device/0:0:2:0/device/model",
-    "sys/class/scsi_device/0:0:2:0/device/rev",
-};
-
-// A machine of the program's own; it goes with the program.
-class Machine {
-  public:
-    Machine() {
-        char pattern[] = "/dev/shm/zelq-scsi-XXXXXX";
-        root = mkdtemp(pattern);
-        for (char const* const fact : kFacts)
-            std::filesystem::create_directories((root / fact).parent_path());
-        setenv("ZELQ_MACHINE_ROOT", root.c_str(), 1);
-    }
-    ~Machine() {
-        std::error_code ignored;
-        std::filesystem::remove_all(root, ignored);
-    }
-    void Say(std::string_view text) const {
-        for (char const* const fact : kFacts) std::ofstream(root / fact, std::ios::binary) << text;
-    }
-    /// A name that one device more has; nothing where no folder can have it.
-    std::filesystem::path AddDevice(std::string_view name) const {
-        std::error_code error;
-        bool const isName = !name.empty() && name.find_first_of(std::string_view("/\0", 2)) == name.npos;
-        auto const path = root / "sys/class/scsi_device" / name;
-        return isName && std::filesystem::create_directory(path, error) ? path : std::filesystem::path();
-    }
-
-  private:
-    std::filesystem::path root;
-};
+// Adds a device with a name, and returns its folder; nothing where no folder can have the name.
+std::filesystem::path AddDevice(Fuzz::Machine const& machine, std::string_view name) {
+    std::error_code error;
+    bool const isName = !name.empty() && name.find_first_of(std::string_view("/\0", 2)) == name.npos;
+    auto const path = machine.Root() / "sys/class/scsi_device" / name;
+    return isName && std::filesystem::create_directory(path, error) ? path : std::filesystem::path();
+}
 
 void InquireBus() {
     SCSIBusInquiryPB request{};
@@ -89,10 +53,21 @@ void InquireDevice(UInt8 target) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    static Machine const machine;
+    static Fuzz::Machine const machine({
+        "sys/class/scsi_host/host0/proc_name",
+        "sys/class/spi_host/host0/signalling",
+        "sys/class/spi_host/host0/hba_id",
+        "sys/class/spi_transport/target0:0:1/period",
+        "sys/class/spi_transport/target0:0:1/offset",
+        "sys/class/scsi_device/0:0:1:0/device/inquiry",
+        "sys/class/scsi_device/0:0:2:0/device/type",
+        "sys/class/scsi_device/0:0:2:0/device/vendor",
+        "sys/class/scsi_device/0:0:2:0/device/model",
+        "sys/class/scsi_device/0:0:2:0/device/rev",
+    });
     std::string_view const text = Fuzz::AsQuery(data, size);
     machine.Say(text);
-    auto const added = machine.AddDevice(text.substr(0, text.find('\n')));
+    auto const added = AddDevice(machine, text.substr(0, text.find('\n')));
     InquireBus();
     for (UInt8 const target : {0, 1, 2}) InquireDevice(target);
     if (!added.empty()) std::filesystem::remove(added);
