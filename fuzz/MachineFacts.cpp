@@ -12,13 +12,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         "proc/device-tree/model",
         "proc/sys/kernel/hostname",
         "etc/os-release",
+        "sys/class/dmi/id/product_name",
         "sys/devices/system/cpu/online",
         "sys/class/dmi/id/bios_release",
         "sys/devices/system/cpu/cpufreq/policy0/cpuinfo_max_freq",
         "sys/bus/usb/devices/usb1/version",
     });
     machine.Say(Fuzz::AsQuery(data, size));
-    machine.SayOf("proc/sys/kernel/arch", "x86_64\n");
+    machine.SayOf("proc/sys/kernel/arch", size % 2 == 0 ? "x86_64\n" : "ppc\n");
     for (OSType const selector :
          {gestaltPhysicalRAMSize, gestaltPhysicalRAMSizeInMegabytes, gestaltNativeCPUtype, gestaltCountOfCPUs,
           gestaltProcClkSpeed, gestaltProcClkSpeedMHz, gestaltX86Features, gestaltSystemVersion,

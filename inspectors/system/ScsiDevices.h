@@ -22,7 +22,8 @@ static_assert(sizeof(scsiDevice) == 272);
 scsiDevice scsi_device_of(unsigned long long target);
 scsiDevice scsi_device_of(unsigned long long target, scsibus const& bus);
 
-// Texts as the device has them, padded with blanks. Their bytes are the value's.
+// Texts as the device has them, as a rule padded with blanks; what it did not send is NUL. Their bytes are
+// the value's.
 inspector_string vendor_of(scsiDevice const& device);
 inspector_string product_of(scsiDevice const& device);
 inspector_string revision_of(scsiDevice const& device);

@@ -29,8 +29,8 @@ using PatientWork = std::function<OSErr()>;
 OSErr CallPatiently(SlowMount const& mount, std::optional<std::chrono::milliseconds> patience,
                     PatientWork work);
 
-/// A server that is none of a mount.
-enum class Server { Sound };
+/// What serves, and is no mount: a sound server; the devices on SCSI buses.
+enum class Server { Sound, Scsi };
 
 /// The same for work that may have to wait for another server. PlatformUnresponsiveMount does not tell of it.
 OSErr CallServer(Server server, std::chrono::milliseconds patience, PatientWork work);

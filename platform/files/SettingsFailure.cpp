@@ -18,6 +18,7 @@ thread_local Failure last;
 std::string WhyUnreadable(OSErr error) {
     if (error == permErr || error == afpAccessDenied) return "it may not be read";
     if (error == fileBoundsErr) return "it is too large: property lists may have 256 MiB, others 4 MiB";
+    if (error == tmfoErr) return "too many files are open";
     return error == notAFileErr ? "it is no file" : "it cannot be read";
 }
 

@@ -24,6 +24,8 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(begin, text.find_last_not_of(white) + 1 - begin);
 }
 
+std::string_view FirstLine(std::string_view text) { return Trimmed(TakeLine(text)); }
+
 std::string VariableIn(std::string_view text, std::string_view name) {
     std::string result;
     while (!text.empty()) {

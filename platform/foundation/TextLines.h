@@ -13,6 +13,8 @@ std::string_view WithoutByteOrderMark(std::string_view text);
 std::string_view TakeLine(std::string_view& text);
 /// The text without white space (blank, tab, CR) around it.
 std::string_view Trimmed(std::string_view text);
+/// The first line of a text, without white space around it.
+std::string_view FirstLine(std::string_view text);
 
 /// The value of a variable in a text of lines NAME=value, as GNUstep.conf is one: that of the last line with
 /// it, without white space and quotes around it. Empty where there is none.

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <limits>
 
+#include "files/Errors.h"
 #include "files/SettingsFailure.h"
 #include "foundation/TextLines.h"
 #include "machine/Environment.h"
@@ -13,20 +14,19 @@ namespace Platform {
 
 namespace {
 
-// Drivers answer with these where they have no fact.
-bool IsMissing(int error) {
-    switch (error) {
-        case ENOENT:
-        case ENOTDIR:
-        case ENODEV:
-        case ENXIO:
-        case EIO:
-        case EINVAL:
-        case EOPNOTSUPP:
-            return true;
-        default:
-            return false;
-    }
+bool IsMissing(std::string_view path, int error) {
+    if (error == ENOENT || error == ENOTDIR) return true;
+    // Drivers answer with these where they have no fact.
+    bool const isOfDriver =
+        error == ENODEV || error == ENXIO || error == EIO || error == EINVAL || error == EOPNOTSUPP;
+    return isOfDriver && path.starts_with("sys/");
+}
+
+OSErr FailureOf(std::string_view path, int error) {
+    if (error == 0) return noErr;
+    if (IsMissing(path, error)) return gestaltUndefSelectorErr;
+    NoteUnreadableSettings(MachinePath(path), ErrorOfErrno(error));
+    return gestaltUnknownErr;
 }
 
 }  // namespace
@@ -36,11 +36,19 @@ UInt32 Saturated(UInt64 number) {
 }
 
 OSErr GetFact(std::string_view path, std::string& text, std::size_t most) {
-    int const error = ReadFact(path, text, most);
-    if (error == 0) return noErr;
-    if (IsMissing(error)) return gestaltUndefSelectorErr;
-    NoteUnreadableSettings(MachinePath(path), error == EACCES || error == EPERM ? permErr : ioErr);
-    return gestaltUnknownErr;
+    return FailureOf(path, ReadFact(path, text, most));
+}
+
+OSErr GetFactLine(std::string_view path, std::string& line) {
+    std::string text;
+    OSErr const error = GetFact(path, text, kMostOfFact);
+    line = FirstLine(text);
+    return error;
+}
+
+OSErr GetFactNames(std::string_view path, std::vector<std::string>& names) {
+    OSErr const error = FailureOf(path, ListFacts(path, names));
+    return error == gestaltUndefSelectorErr ? OSErr{noErr} : error;
 }
 
 OSErr NoteSenseless(std::string_view path, std::string const& reason) {

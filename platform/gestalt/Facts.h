@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Platform {
 
@@ -17,6 +18,11 @@ UInt32 Saturated(UInt64 number);
 /// Reads a fact of the machine, at most `most` bytes. gestaltUndefSelectorErr when there is none;
 /// gestaltUnknownErr, with a note for PlatformSettingsFailure, when it may not be read.
 OSErr GetFact(std::string_view path, std::string& text, std::size_t most);
+/// The same for a fact of one line: without white space around it.
+OSErr GetFactLine(std::string_view path, std::string& line);
+/// Gets the names in a folder of facts, sorted bytewise: none where there is no such folder.
+/// gestaltUnknownErr as above.
+OSErr GetFactNames(std::string_view path, std::vector<std::string>& names);
 /// Notes that a fact makes no sense, and why. Returns gestaltUnknownErr.
 OSErr NoteSenseless(std::string_view path, std::string const& reason);
 

@@ -3,18 +3,19 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <string>
 #include <string_view>
 
 #include "files/SettingsFailure.h"
+#include "foundation/Numbers.h"
+#include "foundation/Object.h"
 #include "foundation/TextLines.h"
 #include "gestalt/Facts.h"
 #include "gestalt/MachineName.h"
 #include "gestalt/Processors.h"
 #include "gestalt/SystemVersion.h"
+#include "gestalt/UsbBuses.h"
 #include "machine/Environment.h"
-#include "machine/UsbBuses.h"
 
 namespace Platform {
 
@@ -29,9 +30,8 @@ OSErr GetKilobytesOfMemory(UInt64& kilobytes) {
     constexpr std::size_t most = 65536;
     std::string text;
     if (OSErr const error = GetFact(file, text, most); error != noErr) return error;
-    std::string_view const value = ValueOf("MemTotal", text);
-    auto const [end, error] = std::from_chars(value.data(), value.data() + value.size(), kilobytes);
-    if (error != std::errc() || std::string_view(end, value.data() + value.size()) != " kB")
+    std::string_view value = ValueOf("MemTotal", text);
+    if (TakeNumber(value, kilobytes) != std::errc() || value != " kB")
         return NoteSenseless(file, "its MemTotal is no number of kB");
     return noErr;
 }
@@ -109,10 +109,9 @@ OSErr SystemVersionPart(UInt32& number) {
 
 OSErr FirmwareVersion(UInt32& word) {
     constexpr std::string_view file = "sys/class/dmi/id/bios_release";
-    constexpr std::size_t most = 64;
     std::string text;
-    if (OSErr const error = GetFact(file, text, most); error != noErr) return error;
-    auto const parts = VersionPartsIn(Trimmed(std::string_view(text).substr(0, text.find('\n'))));
+    if (OSErr const error = GetFactLine(file, text); error != noErr) return error;
+    auto const parts = VersionPartsIn(text);
     if (!parts) return NoteSenseless(file, "it is no version");
     word = VersionWord(*parts);
     return noErr;
@@ -121,23 +120,19 @@ OSErr FirmwareVersion(UInt32& word) {
 // ---- Names
 
 OSErr NameOfMachine(UInt32& address) {
-    std::string const name = MachineName();
-    return name.empty() ? OSErr{gestaltUndefSelectorErr} : GetLowString(name, address);
+    std::string name;
+    OSErr const error = GetMachineName(name);
+    return error == noErr ? GetLowString(name, address) : error;
 }
 
 // ---- USB
 
 OSErr UsbAttributes(UInt32& bits) {
     constexpr UInt32 isPresent = 1, hasIsochronous = 2;  // every driver has them
-    bits = HasUsbRootHubs() ? isPresent | hasIsochronous : 0;
-    return noErr;
-}
-
-OSErr UsbVersion(UInt32& word) {
-    auto const version = HighestUsbVersion();
-    if (!version) return gestaltUndefSelectorErr;
-    word = *version;
-    return noErr;
+    bool areThere = false;
+    OSErr const error = FindUsbRootHubs(areThere);
+    bits = areThere ? isPresent | hasIsochronous : 0;
+    return error;
 }
 
 struct Answer {
@@ -165,7 +160,7 @@ constexpr std::array kAnswers{
     Answer{gestaltROMVersion, FirmwareVersion},
     Answer{gestaltUserVisibleMachineName, NameOfMachine},
     Answer{gestaltUSBAttr, UsbAttributes},
-    Answer{gestaltUSBVersion, UsbVersion},
+    Answer{gestaltUSBVersion, GetHighestUsbVersion},
 };
 
 OSErr Ask(OSType selector, UInt32& response) {
@@ -182,7 +177,7 @@ OSErr Gestalt(OSType selector, SInt32* response) {
     if (response == nullptr) return paramErr;
     Platform::ForgetSettingsFailure();
     UInt32 answer = 0;
-    OSErr const error = Platform::Ask(selector, answer);
+    OSErr const error = Platform::Guarded<OSErr>(memFullErr, [&] { return Platform::Ask(selector, answer); });
     *response = error == noErr ? static_cast<SInt32>(answer) : 0;
     return error;
 }

@@ -2,14 +2,13 @@
 
 #include <sys/mman.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
 #include <mutex>
 
 #include "foundation/PascalStrings.h"
-#include "machine/MachineFiles.h"
+#include "gestalt/Facts.h"
 
 namespace Platform {
 
@@ -43,15 +42,16 @@ unsigned char* NewLowPage() {
 
 }  // namespace
 
-std::string MachineName() {
+OSErr GetMachineName(std::string& name) {
     constexpr std::array places{"sys/class/dmi/id/product_name", "proc/device-tree/model",
                                 "proc/sys/kernel/hostname"};
-    for (char const* place : places) {
-        std::string name = FactLine(place);
-        name.erase(std::find(name.begin(), name.end(), '\0'), name.end());  // the device tree's texts end so
-        if (!name.empty()) return name;
+    for (char const* const place : places) {
+        OSErr const error = GetFactLine(place, name);
+        if (error == gestaltUnknownErr) return error;
+        std::erase(name, '\0');  // the device tree's texts end so
+        if (!name.empty()) return noErr;
     }
-    return {};
+    return gestaltUndefSelectorErr;
 }
 
 OSErr GetLowString(std::string_view text, UInt32& address) {

@@ -10,9 +10,8 @@
 
 namespace Platform {
 
-/// The name of the machine's model; that of the host where the firmware tells none. Empty when both are
-/// missing.
-std::string MachineName();
+/// Gets the name of the machine's model; that of the host where the firmware tells none. As GetFact.
+OSErr GetMachineName(std::string& name);
 
 /// Gets the address of a Str255 with a text, cut to 255 bytes at the end of a UTF-8 character. The string is
 /// in memory below 4 GiB, and stays as it is until fifteen other texts have been asked for. memFullErr when

@@ -4,17 +4,16 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "foundation/Numbers.h"
 #include "foundation/TextLines.h"
 #include "gestalt/Facts.h"
 #include "machine/Environment.h"
-#include "machine/MachineFiles.h"
 
 namespace Platform {
 
@@ -29,8 +28,7 @@ constexpr UInt32 kPowerPC = 2, kIntel = 10, kArm32 = 100, kArm64 = 101;
 
 // What the kernel calls the machine; old kernels have no such file.
 OSErr GetMachine(std::string& machine) {
-    OSErr const error = GetFact("proc/sys/kernel/arch", machine, kMostOfFact);
-    if (error == noErr) machine = Trimmed(std::string_view(machine).substr(0, machine.find('\n')));
+    OSErr const error = GetFactLine("proc/sys/kernel/arch", machine);
     if (error != gestaltUndefSelectorErr || IsRecordedMachine()) return error;
     utsname name;
     if (uname(&name) != 0) return gestaltUndefSelectorErr;
@@ -71,23 +69,16 @@ OSErr GetPowerPCType(UInt32& type) {
 
 // ---- How many there are
 
-template <class Number>
-bool TakeNumber(std::string_view& text, Number& number) {
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return error == std::errc();
-}
-
 // How many numbers there are in a list of ranges, such as "0-3,6"; 0 where it makes no sense.
 UInt64 CountIn(std::string_view ranges) {
     UInt64 count = 0;
     for (;;) {
         UInt32 first = 0, last = 0;
-        if (!TakeNumber(ranges, first)) return 0;
+        if (TakeNumber(ranges, first) != std::errc()) return 0;
         last = first;
         if (ranges.starts_with('-')) {
             ranges.remove_prefix(1);
-            if (!TakeNumber(ranges, last) || last < first) return 0;
+            if (TakeNumber(ranges, last) != std::errc() || last < first) return 0;
         }
         count += UInt64{last} - first + 1;
         if (ranges.empty()) return count;
@@ -98,21 +89,21 @@ UInt64 CountIn(std::string_view ranges) {
 
 // ---- The clock
 
-// The highest clock that the drivers of the processors' clocks allow, in Hz; 0 where they tell none.
-UInt64 HighestOfDrivers() {
+// Gets the highest clock that the drivers of the processors' clocks allow, in Hz; 0 where they tell none.
+OSErr GetHighestOfDrivers(UInt64& highest) {
     constexpr std::string_view folder = "sys/devices/system/cpu/cpufreq";
     std::vector<std::string> names;
-    ListFacts(folder, names);
-    UInt64 highest = 0;
+    highest = 0;
+    if (OSErr const error = GetFactNames(folder, names); error != noErr) return error;
     for (std::string const& name : names) {
         if (!name.starts_with("policy")) continue;
-        std::string const line = FactLine(std::string(folder) + "/" + name + "/cpuinfo_max_freq");
-        std::string_view digits = line;
-        UInt32 kilohertz = 0;
-        if (TakeNumber(digits, kilohertz) && digits.empty())
-            highest = std::max(highest, UInt64{kilohertz} * 1000);
+        std::string line;
+        OSErr const error = GetFactLine(std::string(folder) + "/" + name + "/cpuinfo_max_freq", line);
+        if (error == gestaltUnknownErr) return error;
+        if (auto const kilohertz = NumberIn<UInt32>(line))
+            highest = std::max(highest, UInt64{*kilohertz} * 1000);
     }
-    return highest;
+    return noErr;
 }
 
 // The clock of a line of /proc/cpuinfo, in Hz: "cpu MHz : 2399.998", or "clock : 1333.333000MHz" of PowerPCs.
@@ -124,7 +115,7 @@ UInt64 ClockIn(std::string_view line) {
     std::string_view value = Trimmed(line.substr(colon + 1));
     double megahertz = 0;
     constexpr double most = 1e9;
-    if (!TakeNumber(value, megahertz) || !(value.empty() || value == "MHz") ||
+    if (TakeNumber(value, megahertz) != std::errc() || !(value.empty() || value == "MHz") ||
         !(megahertz > 0 && megahertz < most))
         return 0;
     return static_cast<UInt64>(std::llround(megahertz * 1e6));
@@ -168,14 +159,13 @@ OSErr GetProcessorType(UInt32& type) {
 
 OSErr GetProcessorCount(UInt32& count) {
     std::string text;
-    if (OSErr const error = GetFact(kOnline, text, kMostOfFact); error != noErr) return error;
-    count = Saturated(CountIn(Trimmed(std::string_view(text).substr(0, text.find('\n')))));
+    if (OSErr const error = GetFactLine(kOnline, text); error != noErr) return error;
+    count = Saturated(CountIn(text));
     return count > 0 ? OSErr{noErr} : NoteSenseless(kOnline, "it is no list of numbers");
 }
 
 OSErr GetProcessorClock(UInt64& hertz) {
-    hertz = HighestOfDrivers();
-    if (hertz > 0) return noErr;
+    if (OSErr const error = GetHighestOfDrivers(hertz); error != noErr || hertz > 0) return error;
     std::string text;
     if (OSErr const error = GetFact(kProcessors, text, kMostOfProcessors); error != noErr) return error;
     for (std::string_view rest = text; !rest.empty();) hertz = std::max(hertz, ClockIn(TakeLine(rest)));

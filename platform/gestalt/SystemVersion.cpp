@@ -1,21 +1,21 @@
 #include "gestalt/SystemVersion.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <limits>
+
+#include "foundation/Numbers.h"
 
 namespace Platform {
 
 namespace {
 
-// Takes the number at the front of a text; empty where there is none.
-std::optional<UInt32> TakeNumber(std::string_view& text) {
-    UInt32 number = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error == std::errc::invalid_argument) return std::nullopt;
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return error == std::errc::result_out_of_range ? std::numeric_limits<UInt32>::max() : number;
+// Takes the part at the front of a text; empty where there is none.
+std::optional<UInt32> TakePart(std::string_view& text) {
+    UInt32 part = 0;
+    std::errc const error = TakeNumber(text, part);
+    if (error == std::errc::result_out_of_range) return std::numeric_limits<UInt32>::max();
+    return error == std::errc() ? std::optional(part) : std::nullopt;
 }
 
 }  // namespace
@@ -23,9 +23,9 @@ std::optional<UInt32> TakeNumber(std::string_view& text) {
 std::optional<VersionParts> VersionPartsIn(std::string_view text) {
     VersionParts parts{};
     for (std::size_t index = 0;; ++index) {
-        auto const number = TakeNumber(text);
-        if (!number) return std::nullopt;
-        if (index < parts.size()) parts[index] = *number;
+        auto const part = TakePart(text);
+        if (!part) return std::nullopt;
+        if (index < parts.size()) parts[index] = *part;
         if (text.empty()) return parts;
         if (text.front() != '.') return std::nullopt;
         text.remove_prefix(1);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 
 #include "foundation/PathStyles.h"
 
@@ -59,7 +60,11 @@ namespace {
 
 std::string MachineRoot() {
     std::string const root = Variable("ZELQ_MACHINE_ROOT");
-    return root.starts_with('/') ? root : "/";
+    std::error_code error;
+    std::filesystem::path const absolute = std::filesystem::absolute(root.empty() ? "/" : root, error);
+    // Where the working directory is gone, nothing is below it; another machine's facts must not be told
+    // instead.
+    return error ? "/proc/self/cwd/" + root : absolute.native();
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ std::vector<std::string> FoldersIn(std::string_view list);
 /// Those that a variable lists, or those of `otherwise` where it is empty.
 std::vector<std::string> FolderList(char const* variable, std::string_view otherwise);
 /// A path of the machine's own facts, such as "etc/services" or "proc": below the folder of
-/// ZELQ_MACHINE_ROOT, or below the root.
+/// ZELQ_MACHINE_ROOT, which may start at the working directory, or below the root.
 std::string MachinePath(std::string_view path);
 /// Whether ZELQ_MACHINE_ROOT names another machine's facts, so that what the running kernel says is not
 /// meant.

@@ -19,10 +19,11 @@ int ReadBeginning(std::string const& path, std::size_t most, std::string& text) 
     int const number = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (number < 0) return errno;
     Descriptor const file(number);
-    std::string bytes(most, '\0');
+    std::string bytes;
     std::size_t length = 0;
     while (length < most) {
-        ssize_t const actual = read(number, bytes.data() + length, most - length);
+        if (length == bytes.size()) bytes.resize(std::min(most, std::max(2 * length, kMostOfFact)));
+        ssize_t const actual = read(number, bytes.data() + length, bytes.size() - length);
         if (actual < 0 && errno == EINTR) continue;
         if (actual < 0) return errno;
         if (actual == 0) break;
@@ -40,7 +41,7 @@ int ReadFact(std::string_view path, std::string& text, std::size_t most) {
 std::string FactLine(std::string_view path) {
     std::string text;
     ReadFact(path, text);
-    return std::string(Trimmed(std::string_view(text).substr(0, text.find('\n'))));
+    return std::string(FirstLine(text));
 }
 
 int ListFacts(std::string_view path, std::vector<std::string>& names) {

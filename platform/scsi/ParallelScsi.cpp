@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/Numbers.h"
 #include "machine/MachineFiles.h"
 
 namespace Platform {
@@ -29,12 +30,6 @@ void AddTarget(std::string const& name, ParallelScsi& found) {
     if (FactLine(folder + "width") == "1") found.inquiry |= scsiBusWide16;
     if (!isAsynchronous) found.features |= FeaturesOfPeriod(FactLine(folder + "period"));
     if (!isAsynchronous && !offset.empty()) found.inquiry |= scsiBusSDTR;
-}
-
-std::uint8_t IdIn(std::string_view text) {
-    std::uint8_t id = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
-    return error == std::errc() && end == text.data() + text.size() ? id : std::uint8_t{0};
 }
 
 }  // namespace
@@ -65,8 +60,11 @@ std::optional<ParallelScsi> ParallelScsiOf(ScsiBus const& bus) {
     if (ListFacts(host, facts) != 0) return std::nullopt;
     ParallelScsi found;
     found.features = FeaturesOfSignalling(FactLine(host + "/signalling"));
-    found.ownId = IdIn(FactLine(host + "/hba_id"));
-    if (FactLine(host + "/host_width") == "wide") found.highestId = 15;
+    found.ownId = NumberIn<std::uint8_t>(FactLine(host + "/hba_id")).value_or(0);
+    if (FactLine(host + "/host_width") == "wide") {
+        found.highestId = 15;
+        found.inquiry |= scsiBusWide16;
+    }
     for (std::string const& target : TargetsOf(bus)) AddTarget(target, found);
     return found;
 }

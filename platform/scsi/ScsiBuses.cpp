@@ -2,22 +2,22 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <set>
 
+#include "files/Errors.h"
+#include "files/FileFailure.h"
+#include "foundation/Numbers.h"
+#include "machine/Environment.h"
 #include "machine/MachineFiles.h"
 
 namespace Platform {
 namespace {
 
-// Takes a decimal number off the beginning of a text.
+// Takes a number as the kernel writes it off the beginning of a text.
 template <class Number>
-bool TakeNumber(std::string_view& text, Number& number) {
+bool TakePlain(std::string_view& text, Number& number) {
     bool const hasZeroInFront = text.size() > 1 && text[0] == '0' && text[1] >= '0' && text[1] <= '9';
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (hasZeroInFront || error != std::errc()) return false;
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return true;
+    return !hasZeroInFront && TakeNumber(text, number) == std::errc();
 }
 
 bool TakeColon(std::string_view& text) {
@@ -28,7 +28,9 @@ bool TakeColon(std::string_view& text) {
 
 int ListClass(std::string_view path, std::vector<std::string>& names) {
     int const error = ListFacts(path, names);
-    return error == ENOENT || error == ENOTDIR ? 0 : error;
+    if (error == 0 || error == ENOENT || error == ENOTDIR) return 0;
+    NoteFileFailure(ErrorOfErrno(error), Path(MachinePath(path)));
+    return error;
 }
 
 }  // namespace
@@ -38,15 +40,15 @@ std::optional<std::uint32_t> HostNamed(std::string_view name) {
     std::uint32_t host = 0;
     if (!name.starts_with(prefix)) return std::nullopt;
     name.remove_prefix(prefix.size());
-    if (!TakeNumber(name, host) || !name.empty()) return std::nullopt;
+    if (!TakePlain(name, host) || !name.empty()) return std::nullopt;
     return host;
 }
 
 std::optional<ScsiUnit> UnitNamed(std::string_view name) {
     ScsiUnit found;
-    bool const isUnit = TakeNumber(name, found.bus.host) && TakeColon(name) &&
-                        TakeNumber(name, found.bus.channel) && TakeColon(name) &&
-                        TakeNumber(name, found.target) && TakeColon(name) && TakeNumber(name, found.unit);
+    bool const isUnit = TakePlain(name, found.bus.host) && TakeColon(name) &&
+                        TakePlain(name, found.bus.channel) && TakeColon(name) &&
+                        TakePlain(name, found.target) && TakeColon(name) && TakePlain(name, found.unit);
     if (!isUnit || !name.empty()) return std::nullopt;
     return found;
 }

@@ -38,7 +38,7 @@ struct ScsiMachine {
     std::vector<ScsiUnit> units;
 };
 /// Gets them; a host without units has channel 0. Gives 0, also where there is no SCSI at all, or a value of
-/// errno.
+/// errno, with a note for PlatformFileFailure.
 int FindScsi(ScsiMachine& machine);
 
 }  // namespace Platform

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "files/Descriptor.h"
-#include "machine/Environment.h"
 #include "machine/MachineFiles.h"
 #include "scsi/ScsiInquiry.h"
 
@@ -102,7 +101,6 @@ std::optional<InquiryAnswer> AskThrough(std::string const& path, Question questi
 }  // namespace
 
 std::optional<InquiryAnswer> AskUnit(ScsiUnit const& unit, std::chrono::milliseconds timeout) {
-    if (IsRecordedMachine()) return std::nullopt;
     std::vector<std::string> generic;  // its one name, such as "sg0"
     ListFacts(FolderOf(unit) + "scsi_generic", generic);
     for (std::string const& name : generic) {

@@ -2,8 +2,12 @@
 
 #include <Carbon/MacErrors.h>
 
-#include <charconv>
+#include <atomic>
+#include <memory>
 
+#include "files/Patience.h"
+#include "foundation/Numbers.h"
+#include "machine/Environment.h"
 #include "machine/MachineFiles.h"
 
 namespace Platform {
@@ -20,11 +24,28 @@ std::optional<std::string> FactOf(ScsiUnit const& unit, char const* name) {
 
 std::optional<unsigned char> TypeOf(ScsiUnit const& unit) {
     constexpr unsigned char highest = 0x1F;
-    std::string const text = FactOf(unit, "type").value_or("");
-    unsigned char type = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), type);
-    if (error != std::errc() || end != text.data() + text.size() || type > highest) return std::nullopt;
-    return type;
+    auto const type = NumberIn<unsigned char>(FactOf(unit, "type").value_or(""));
+    return type && *type <= highest ? type : std::nullopt;
+}
+
+// Asks the unit on a thread of its own, as the kernel may try to reach it for long, and nobody can stop it.
+// Empty where it cannot be asked, or is still busy with another question.
+std::optional<InquiryAnswer> AskPatiently(ScsiUnit const& unit, std::chrono::milliseconds timeout) {
+    struct Question {
+        std::atomic<bool> isAsked = false;
+        std::optional<InquiryAnswer> answer;
+    };
+    constexpr std::chrono::seconds forTheKernel{5};
+    if (IsRecordedMachine()) return std::nullopt;
+    auto const question = std::make_shared<Question>();
+    OSErr const error = CallServer(Server::Scsi, timeout + forTheKernel, [=] {
+        question->isAsked = true;
+        question->answer = AskUnit(unit, timeout);
+        return OSErr{noErr};
+    });
+    if (error == noErr) return question->answer;
+    if (error == volOffLinErr && question->isAsked) return InquiryAnswer{scsiCommandTimeout, 0, {}};
+    return error == userCanceledErr ? std::optional(InquiryAnswer{error, 0, {}}) : std::nullopt;
 }
 
 }  // namespace
@@ -58,7 +79,7 @@ std::optional<std::string> MadeInquiry(ScsiUnit const& unit) {
 
 InquiryAnswer Inquire(ScsiUnit const& unit, std::chrono::milliseconds timeout) {
     if (auto const data = KeptInquiry(unit)) return {noErr, 0, *data};
-    if (auto const answer = AskUnit(unit, timeout)) return *answer;
+    if (auto const answer = AskPatiently(unit, timeout)) return *answer;
     if (auto const data = MadeInquiry(unit)) return {noErr, 0, *data};
     return {scsiSelectTimeout, 0, {}};
 }

@@ -26,10 +26,12 @@ struct InquiryAnswer {
 };
 
 /// What the kernel keeps of the unit's answer; else what the unit answers now; else what can be made of the
-/// facts of the kernel. scsiSelectTimeout when there is none of them.
+/// facts of the kernel. scsiSelectTimeout when there is none of them; scsiCommandTimeout for a unit that has
+/// not answered five seconds after its time, and until it does others are not asked; userCanceledErr when the
+/// check-in function says stop.
 InquiryAnswer Inquire(ScsiUnit const& unit, std::chrono::milliseconds timeout);
 
-/// The steps of it, each empty where it is not possible. A recorded machine's units cannot be asked.
+/// The steps of it, each empty where it is not possible. Asking a unit takes as long as the kernel likes.
 std::optional<std::string> KeptInquiry(ScsiUnit const& unit);
 std::optional<InquiryAnswer> AskUnit(ScsiUnit const& unit, std::chrono::milliseconds timeout);
 std::optional<std::string> MadeInquiry(ScsiUnit const& unit);

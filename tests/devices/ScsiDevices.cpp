@@ -1,5 +1,7 @@
 // SCSI devices as a kernel shows them, and those that answer for themselves.
 
+#include <Platform/Items.h>
+
 #include "ScsiVerbs.h"
 
 #include <linux/bsg.h>
@@ -7,24 +9,29 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 #include "EmulatedDevices.h"
 #include "command/Running.h"
 
+using namespace std::chrono_literals;
 using namespace std::string_literals;
 
 namespace {
 
-constexpr char kHost[] = "/devices/pci0000:00/0000:00:17.0/host0";
+// Of a host that no kernel has: what is missing in the emulated /dev is looked for in the real one.
+constexpr char kHost[] = "/devices/pci0000:00/0000:00:17.0/host4000000000";
+std::string const kUnit = "4000000000:0:1:0";
 
 std::string Host() {
-    return "P: "s + kHost + "/scsi_host/host0\nE: SUBSYSTEM=scsi_host\nA: proc_name=ahci\\n\n\n";
+    return "P: "s + kHost + "/scsi_host/host4000000000\nE: SUBSYSTEM=scsi_host\nA: proc_name=ahci\\n\n\n";
 }
 
-// A unit with the facts that every kernel shows, such as 0:0:1:0; and others.
+// A unit with the facts that every kernel shows, and others.
 std::string Unit(std::string const& name, std::string const& facts = {}) {
-    std::string const unit = kHost + "/target0:0:0/"s + name;
+    std::string const unit = kHost + "/target4000000000:0:1/"s + name;
     return "P: " + unit +
            "\nE: SUBSYSTEM=scsi\nE: DEVTYPE=scsi_device\nA: type=1\\n\nA: vendor=ACME    \\n\n"
            "A: model=REEL            \\n\nA: rev=1.0 \\n\n" +
@@ -34,13 +41,13 @@ std::string Unit(std::string const& name, std::string const& facts = {}) {
 
 // The file of a unit in /dev, of the usual driver.
 std::string Generic(std::string const& unit) {
-    return "P: "s + kHost + "/target0:0:0/" + unit +
+    return "P: "s + kHost + "/target4000000000:0:1/" + unit +
            "/scsi_generic/sg0\nN: sg0=00\nE: SUBSYSTEM=scsi_generic\nE: DEVNAME=/dev/sg0\n\n";
 }
 
 // That of the driver of all kinds of blocks.
 std::string BlockGeneric(std::string const& unit) {
-    return "P: "s + kHost + "/target0:0:0/" + unit + "/bsg/" + unit + "\nN: bsg/" + unit +
+    return "P: "s + kHost + "/target4000000000:0:1/" + unit + "/bsg/" + unit + "\nN: bsg/" + unit +
            "=00\nE: SUBSYSTEM=bsg\nE: DEVNAME=/dev/bsg/" + unit + "\n\n";
 }
 
@@ -68,7 +75,7 @@ class Tape {
         });
     }
     void AnswerBlockGeneric() {
-        emulated.Answer("/dev/bsg/0:0:1:0", [this](auto request, auto& argument) {
+        emulated.Answer("/dev/bsg/" + kUnit, [this](auto request, auto& argument) {
             return Take<sg_io_v4>(request, argument,
                                   [this](auto& header, auto& data) { Block(header, data); });
         });
@@ -79,6 +86,7 @@ class Tape {
     int residual = 255 - 96;
     std::atomic<int> error = 0;  // of the call
     std::atomic<int> interruptions = 0;
+    std::atomic<bool> isSilent = false;  // it answers when it is silent no more
 
     std::atomic<int> asked = 0;
     std::string command;  // the last one
@@ -88,6 +96,7 @@ class Tape {
     template <class Header, class Function>
     int Take(unsigned long request, UMockdevIoctlData& argument, Function const& answer) {
         ++asked;
+        for (int waits = 0; isSilent && waits < 3000; ++waits) std::this_thread::sleep_for(10ms);
         if (interruptions > 0) return --interruptions, EINTR;
         if (error != 0) return error;
         if (request != SG_IO) return ENOTTY;
@@ -136,7 +145,7 @@ std::string const kInquiry = "\x12\0\0\0\xFF\0"s;
 class ScsiTape : public testing::Test {
   protected:
     ScsiTape() {
-        devices.Add(Host() + Unit("0:0:1:0") + Generic("0:0:1:0"));
+        devices.Add(Host() + Unit(kUnit) + Generic(kUnit));
         tape.AnswerGeneric();
     }
     EmulatedDevices devices;
@@ -147,7 +156,7 @@ class ScsiTape : public testing::Test {
 
 TEST(ScsiDevices, ThatAKernelShowsAreAsked) {
     EmulatedDevices devices;
-    devices.Add(Host() + Unit("0:0:1:0", "H: inquiry=" + Hex(InquiryData(96)) + "\n") + Generic("0:0:1:0"));
+    devices.Add(Host() + Unit(kUnit, "H: inquiry=" + Hex(InquiryData(96)) + "\n") + Generic(kUnit));
     Tape tape(devices);
     tape.AnswerGeneric();
     EXPECT_EQ("ahci            ",
@@ -159,7 +168,7 @@ TEST(ScsiDevices, ThatAKernelShowsAreAsked) {
 
 TEST(ScsiDevices, WithoutAFileAreTheirFacts) {
     EmulatedDevices devices;
-    devices.Add(Host() + Unit("0:0:1:0"));
+    devices.Add(Host() + Unit(kUnit));
     EXPECT_EQ(kMade, AskDevice(0, 1).data);
     EXPECT_EQ("ACME    , TAPE, REEL            , 1.0 \n",
               RunZelq({"(vendor of it, type of it, product of it, revision of it) of scsidevice 1"}).out);
@@ -248,9 +257,30 @@ TEST_F(ScsiTape, IsAskedAgainAfterAnInterruption) {
     EXPECT_EQ(3, tape.asked);
 }
 
+TEST_F(ScsiTape, ThatIsSilentIsWaitedForAsLongAsTheHostWants) {
+    static std::atomic<int>& asked = tape.asked;
+    tape.isSilent = true;
+    PlatformSetCheckIn([](UInt32) -> Boolean { return asked == 0; });
+    EXPECT_EQ(userCanceledErr, AskDevice(0, 1).result);
+    PlatformSetCheckIn(nullptr);
+    EXPECT_EQ(kMade, AskDevice(0, 1).data) << "while it is busy its facts have to do";
+    EXPECT_EQ(1, tape.asked);
+    tape.isSilent = false;
+    std::string data = kMade;
+    while (data == kMade) data = AskDevice(0, 1).data;
+    EXPECT_EQ(InquiryData(96), data);
+}
+
+TEST_F(ScsiTape, ThatIsSilentIsNotThereWhenItsTimeIsOver) {
+    tape.isSilent = true;
+    EXPECT_EQ(scsiCommandTimeout, AskDevice(0, 1).result);
+    tape.isSilent = false;
+    while (AskDevice(0, 1).data == kMade) continue;
+}
+
 TEST(ScsiDevices, OfTheOtherDriverAreAsked) {
     EmulatedDevices devices;
-    devices.Add(Host() + Unit("0:0:1:0") + BlockGeneric("0:0:1:0"));
+    devices.Add(Host() + Unit(kUnit) + BlockGeneric(kUnit));
     Tape tape(devices);
     tape.AnswerBlockGeneric();
     EXPECT_EQ(InquiryData(96), AskDevice(0, 1).data);

@@ -46,11 +46,12 @@ def ask(zelq, query, machine=None):
 
 def of_this_machine():
     """Pairs of a query and what the system says to it."""
-    yield 'gestalt "cpus"', str(os.sysconf("SC_NPROCESSORS_ONLN"))
+    if Path("/sys/devices/system/cpu/online").exists():  # not in every container
+        yield 'gestalt "cpus"', str(os.sysconf("SC_NPROCESSORS_ONLN"))
     yield 'gestalt "pgsz"', str(os.sysconf("SC_PAGESIZE"))
     yield "powerpc", str(platform.machine().startswith("ppc")).lower()
-    memory = os.sysconf("SC_PHYS_PAGES") * os.sysconf("SC_PAGESIZE") >> 20
-    yield f'gestalt "ramm" >= {memory - 1} and gestalt "ramm" <= {memory + 1}', "true"
+    total = next(line.split()[1] for line in Path("/proc/meminfo").read_text().splitlines() if line.startswith("MemTotal:"))
+    yield 'gestalt "ramm"', str(int(total) // 1024)
     release = platform.freedesktop_os_release()
     if "VERSION_ID" in release:
         yield 'gestalt "sys1"', release["VERSION_ID"].split(".")[0].lstrip("0")

@@ -6,7 +6,10 @@
 #include <unistd.h>
 
 #include <cstdint>
+#include <filesystem>
+#include <fstream>
 #include <initializer_list>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -133,6 +136,19 @@ TEST(Gestalt, OfTheVirtualMachine) {
         EXPECT_EQ(kUnknown, Ask(selector)) << selector;
 }
 
+TEST(Gestalt, OfARecordedMachineMayStartAtTheWorkingDirectory) {
+    std::filesystem::path const before = std::filesystem::current_path();
+    std::filesystem::current_path(ZELQ_MACHINES);
+    for (char const* const root : {"vm", "./vm/", "../machines/vm"}) {
+        Variable const machine("ZELQ_MACHINE_ROOT", root);
+        EXPECT_EQ("build-7", NameOfMachine()) << root;
+        EXPECT_EQ(kUnknown, Ask(gestaltLogicalPageSize)) << root;
+    }
+    std::filesystem::current_path(before);
+    Variable const machine("ZELQ_MACHINE_ROOT", "no-such-machine");
+    EXPECT_EQ(kUnknown, Ask(gestaltPhysicalRAMSize));
+}
+
 // ---- Memory
 
 TEST(GestaltMemory, IsTheLargestNumberWhereThereIsMore) {
@@ -171,12 +187,15 @@ TEST(GestaltMemory, ThatMayNotBeReadIsAFailureThatIsNamed) {
     EXPECT_EQ(": ", Why()) << "an answer must not tell of the question before";
 }
 
-TEST(GestaltMemory, OfThisMachineIsWhatSysconfSays) {
-    std::uint64_t const bytes = static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES)) *
-                                static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
-    Told const told = Ask(gestaltPhysicalRAMSizeInMegabytes);
-    EXPECT_EQ(noErr, told.error);
-    EXPECT_NEAR(static_cast<double>(bytes >> 20), told.number, 1);
+// Not what sysconf(3) says, which knows nothing of a container's own /proc.
+TEST(GestaltMemory, OfThisMachineIsWhatItsProcSays) {
+    Variable const none("ZELQ_MACHINE_ROOT", std::nullopt);
+    std::ifstream file("/proc/meminfo");
+    std::string name;
+    UInt64 kilobytes = 0;
+    file >> name >> kilobytes;
+    ASSERT_EQ("MemTotal:", name);
+    EXPECT_EQ(Is(static_cast<UInt32>(kilobytes / 1024)), Ask(gestaltPhysicalRAMSizeInMegabytes));
     EXPECT_EQ(Is(static_cast<UInt32>(sysconf(_SC_PAGESIZE))), Ask(gestaltLogicalPageSize));
 }
 
@@ -210,12 +229,12 @@ TEST(GestaltProcessors, HaveAnArchitecture) {
 }
 
 TEST(GestaltProcessors, OfThisMachineHaveTheArchitectureThatWeAreBuiltFor) {
+    Variable const none("ZELQ_MACHINE_ROOT", std::nullopt);
 #if defined(__x86_64__) || defined(__i386__)
     EXPECT_EQ(Is(10), Ask(gestaltSysArchitecture));
 #elif defined(__aarch64__)
     EXPECT_EQ(Is(101), Ask(gestaltSysArchitecture));
 #endif
-    EXPECT_EQ(Is(static_cast<UInt32>(sysconf(_SC_NPROCESSORS_ONLN))), Ask(gestaltCountOfCPUs));
 }
 
 TEST(GestaltProcessors, OfPowerPCsHaveTypes) {
@@ -431,12 +450,46 @@ TEST(GestaltMachineName, StaysForFifteenOthersAndTakesNoMoreRoomThanSixteen) {
     }
 }
 
+// ---- Facts that may not be read
+
+TEST(Gestalt, OfFactsThatMayNotBeReadIsAFailureThatIsNamed) {
+    Machine const machine;
+    machine.Write("proc/sys/kernel/hostname", "archive\n");
+    machine.Write("sys/bus/usb/devices/usb1/version", " 2.00\n");
+    machine.Write("sys/devices/system/cpu/cpufreq/policy0/cpuinfo_max_freq", "5\n");
+    machine.Write("proc/cpuinfo", "cpu MHz : 5\n");
+    std::string const name = machine.Write("sys/class/dmi/id/product_name", "Example\n");
+    chmod(machine.folder.Path().c_str(), 0755);
+    struct Case {
+        OSType selector;
+        char const* fact;
+    };
+    for (Case const& test : std::initializer_list<Case>{
+             {gestaltUserVisibleMachineName, "sys/class/dmi/id/product_name"},
+             {gestaltUSBAttr, "sys/bus/usb/devices"},
+             {gestaltUSBVersion, "sys/bus/usb/devices"},
+             {gestaltUSBVersion, "sys/bus/usb/devices/usb1/version"},
+             {gestaltProcClkSpeed, "sys/devices/system/cpu/cpufreq"},
+             {gestaltProcClkSpeed, "sys/devices/system/cpu/cpufreq/policy0/cpuinfo_max_freq"}}) {
+        std::string const path = machine.folder.Path(test.fact);
+        EXPECT_EQ(noErr, Ask(test.selector).error) << test.fact;
+        chmod(path.c_str(), 0);
+        {
+            Unprivileged const nobody;
+            EXPECT_EQ(kSenseless, Ask(test.selector)) << test.fact;
+            EXPECT_EQ(path + ": it may not be read", Why());
+        }
+        chmod(path.c_str(), 0755);
+    }
+}
+
 // ---- Files that are none
 
 TEST(Gestalt, OfFactsThatAreNoFilesIsAFailureAtOnce) {
     Machine const machine;
     machine.folder.MakeFolder("proc/meminfo");
     EXPECT_EQ(kSenseless, Ask(gestaltPhysicalRAMSize));
+    EXPECT_EQ(machine.folder.Path("proc/meminfo") + ": it is no file", Why());
     machine.folder.MakeFolder("etc");
     ASSERT_EQ(0, mkfifo(machine.folder.Path(kOsRelease).c_str(), 0644));
     EXPECT_EQ(kUnknown, Ask(gestaltSystemVersion)) << "a pipe without writers is empty";

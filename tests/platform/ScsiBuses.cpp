@@ -2,6 +2,8 @@
 
 #include "scsi/ScsiBuses.h"
 
+#include <Platform/Items.h>
+
 #include <cstring>
 
 #include "ScsiVerbs.h"
@@ -120,18 +122,40 @@ TEST(ScsiBuses, AreNumbered255AtMost) {
     EXPECT_EQ(255, DescribeBus(0).scsiHiBusID);
 }
 
-TEST(ScsiBuses, ThatMayNotBeListedAreAFailure) {
+TEST(ScsiBuses, ThatMayNotBeListedAreAFailureThatIsNoted) {
+    using std::filesystem::perms;
     RecordedScsi const machine;
     machine.AddHost(0);
-    std::filesystem::permissions(machine.Folder().Path("sys/class/scsi_host"), std::filesystem::perms::none);
-    OSErr result = noErr;
+    machine.AddUnit("0:0:1:0");
+    std::filesystem::permissions(machine.Folder().Path(), perms(0755));
     {
         Unprivileged const nobody;
-        result = ResultOf(0);
+        EXPECT_EQ(noErr, ResultOf(0));
     }
-    std::filesystem::permissions(machine.Folder().Path("sys/class/scsi_host"),
-                                 std::filesystem::perms::owner_all);
-    EXPECT_EQ(afpAccessDenied, result);
+    for (char const* const folder : {"sys/class/scsi_host", "sys/class/scsi_device"}) {
+        std::string const path = machine.Folder().Path(folder);
+        std::filesystem::permissions(path, perms::none);
+        PlatformForgetFileFailure();
+        {
+            Unprivileged const nobody;
+            EXPECT_EQ(afpAccessDenied, ResultOf(0)) << folder;
+        }
+        char noted[256];
+        EXPECT_EQ(afpAccessDenied, PlatformFileFailure(noted, sizeof noted));
+        EXPECT_EQ(path, noted);
+        std::filesystem::permissions(path, perms(0755));
+    }
+}
+
+TEST(ScsiBuses, AreNotAskedWhenTheHostSaysStop) {
+    RecordedScsi const machine;
+    machine.AddHost(0);
+    machine.AddUnit("0:0:1:0", InquiryData(36));
+    PlatformSetCheckIn([](UInt32) -> Boolean { return false; });
+    OSErr const bus = ResultOf(0), device = AskDevice(0, 1).result;
+    PlatformSetCheckIn(nullptr);
+    EXPECT_EQ(userCanceledErr, bus);
+    EXPECT_EQ(userCanceledErr, device);
 }
 
 TEST(ScsiBuses, AreDescribed) {
@@ -284,8 +308,10 @@ TEST(ParallelScsi, KnowsItsIds) {
     machine.SetHost("host_width", "wide");
     EXPECT_EQ(6, DescribeBus(0).scsiInitiatorID);
     EXPECT_EQ(15, DescribeBus(0).scsiMaxTarget);
+    EXPECT_EQ(0x20, DescribeBus(0).scsiHBAInquiry);
     machine.SetHost("host_width", "narrow");
     EXPECT_EQ(7, DescribeBus(0).scsiMaxTarget);
+    EXPECT_EQ(0, DescribeBus(0).scsiHBAInquiry);
     for (char const* const wrong : {"256", "-1", "x", "6x"}) {
         machine.SetHost("hba_id", wrong);
         EXPECT_EQ(0, DescribeBus(0).scsiInitiatorID) << wrong;

@@ -1,16 +1,29 @@
 // The root hubs of recorded machines.
 
-#include "machine/UsbBuses.h"
+#include "gestalt/UsbBuses.h"
 
 #include <gtest/gtest.h>
+
+#include <optional>
 
 #include "support/TemporaryFolder.h"
 #include "support/Variable.h"
 
-using Platform::HasUsbRootHubs;
-using Platform::HighestUsbVersion;
-
 namespace {
+
+bool HasUsbRootHubs() {
+    bool areThere = false;
+    EXPECT_EQ(noErr, Platform::FindUsbRootHubs(areThere));
+    return areThere;
+}
+
+// Empty where there is none.
+std::optional<UInt32> HighestUsbVersion() {
+    UInt32 word = 0;
+    OSErr const error = Platform::GetHighestUsbVersion(word);
+    EXPECT_TRUE(error == noErr || error == gestaltUndefSelectorErr) << error;
+    return error == noErr ? std::optional(word) : std::nullopt;
+}
 
 // A machine with USB devices of the test's making, as long as one lives.
 class RecordedUsb {

@@ -155,11 +155,12 @@ enum {
 /// scsiHBAInquiry: those that Linux tells.
 enum {
     scsiBusSDTR = 0x10,    // a target with synchronous transfers
-    scsiBusWide16 = 0x20,  // a target of 16 bits
+    scsiBusWide16 = 0x20,  // the host, or a target, has 16 bits
     scsiBusWide32 = 0x40
 };
 
-/// Carries a request out, stores the result in it and returns it. paramErr without a request.
+/// Carries a request out, stores the result in it and returns it. paramErr without a request; memFullErr;
+/// userCanceledErr when the check-in function says stop, also while a device is waited for.
 ///
 /// scsiPBLengthError when its length is not that of the block; scsiFunctionNotAvailable for a function that
 /// is none of the two; scsiBusInvalid for a bus that does not exist. Where the machine lacks something, what
