@@ -237,7 +237,8 @@ std::string ChooseMixer(Library const& library, snd_config_t* configuration, std
     if (mixer == nullptr || TextOf(library, mixer, "type") != "pulse") return name;
     std::string other = TextOf(library, mixer, "fallback");
     if (!other.empty()) other = ChooseMixer(library, configuration, other, server, complaint, most - 1);
-    bool const isNamed = !TextOf(library, mixer, "server").empty();
+    snd_config_t* entry = nullptr;
+    bool const isNamed = library.configSearch(mixer, "server", &entry) >= 0;
     std::string const why = isNamed || server.isThere ? CookieComplaint() : server.complaint;
     if (!why.empty()) complaint = why;
     if ((!isNamed && !server.isThere) || !why.empty()) return other;
