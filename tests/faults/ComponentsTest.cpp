@@ -65,7 +65,7 @@ TEST_F(ComponentBundles, OfSpoiltListsAreToldOf) {
 TEST_F(ComponentBundles, ThatMayNotBeReadDoNotExplainWhatOthersLack) {
     Install("Two.component", "<plist");
     Install("One.component", "{AudioComponents = ({type = aufx; subtype = lowp; manufacturer = Acme;});}");
-    Ran const ran = RunZelq({"name of component"});
+    Ran const ran = RunZelq({"name of first value of components"});
     ExpectNoSuchObject(ran);
     EXPECT_EQ(std::string::npos, ran.err.find("hint")) << ran.err;
     ExpectAnswer("", RunZelq({"names of components"}));
