@@ -94,6 +94,11 @@ class Evaluation final : public InspectorContext, public InspectorYieldContext {
         absence.message.clear();
         return {};
     }
+    /// The same where an inspector has just said so, whose reason is kept.
+    ValueRef AbsentAsToldAt(Range where) {
+        absence.where = where;
+        return {};
+    }
 
     // ---- Calling inspectors. Each makes its result in `value`, whatever that held, and returns whether
     // there is one; none when the inspector answers that there is no such object. `value` is none of the

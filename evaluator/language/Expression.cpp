@@ -89,14 +89,14 @@ Truth Expression::Test(Evaluation& evaluation) const {
 
 CursorPointer Expression::Open(Evaluation& evaluation) const { return OneValue(Evaluate(evaluation)); }
 
-ValueRef Expression::ExactlyOne(Evaluation& evaluation, CursorPointer cursor) const {
+ValueRef Expression::ExactlyOne(Evaluation& evaluation, CursorPointer cursor, Reason reason) const {
     if (!cursor) return {};
     ValueRef only, another;
     switch (cursor->Next(evaluation, only)) {
         case Cursor::Step::absent:
             return {};
         case Cursor::Step::end:
-            return evaluation.Absent(range);
+            return reason == Reason::kept ? evaluation.AbsentAsToldAt(range) : evaluation.Absent(range);
         case Cursor::Step::value:
             break;
     }

@@ -77,8 +77,10 @@ class Expression {
         if (part) explanation.parts.push_back(part->Explained());
     }
 
+    /// Whether the reason is kept that an inspector gave where there is not even one value.
+    enum class Reason { none, kept };
     /// The one value of the cursor (null: absent), for an expression of which exactly one is wanted.
-    ValueRef ExactlyOne(Evaluation& evaluation, CursorPointer cursor) const;
+    ValueRef ExactlyOne(Evaluation& evaluation, CursorPointer cursor, Reason reason = Reason::none) const;
 };
 using ExpressionPointer = std::unique_ptr<Expression>;
 

@@ -48,7 +48,7 @@ class Property : public Expression {
         ValueRef asked, indexed;
         if (!Arguments(evaluation, asked, indexed)) return {};
         if (entry.kind == EntryKind::property) return evaluation.Ask(entry, *type, asked, indexed, range);
-        return ExactlyOne(evaluation, OpenOn(evaluation, asked, indexed));
+        return ExactlyOne(evaluation, OpenOn(evaluation, asked, indexed), Reason::kept);
     }
 
     CursorPointer Open(Evaluation& evaluation) const override {

@@ -1,9 +1,12 @@
 #include "bundles/BundleLayout.h"
 
+#include <Carbon/MacErrors.h>
 #include <dirent.h>
 
 #include <vector>
 
+#include "files/Errors.h"
+#include "files/FileFailure.h"
 #include "files/SlowPaths.h"
 #include "foundation/AsciiCase.h"
 #include "foundation/PathStyles.h"
@@ -122,12 +125,15 @@ OSErr FindBundleLayout(std::string_view name, LookIntoFolder const& look,
 }
 
 OSErr LookIntoFolderAt(std::string const& path, BundleMarks& marks) {
-    return Reach(SlowMountBehind(path, LinkRule::Follow), marks, [path](BundleMarks& seen) -> OSErr {
+    OSErr const error = Reach(SlowMountBehind(path, LinkRule::Follow), marks, [path](BundleMarks& seen) {
         SystemPath const place{Path(path)};
-        if (place.Error() != 0) return noErr;
-        ForEachEntry(place.Get(), [&seen](FolderEntry const& entry) { seen.Note(entry.name, entry.type); });
-        return noErr;
+        if (place.Error() != 0) return ErrorOfErrno(place.Error());
+        return ErrorOfErrno(ForEachEntry(
+            place.Get(), [&seen](FolderEntry const& entry) { seen.Note(entry.name, entry.type); }));
     });
+    if (error == userCanceledErr || error == volOffLinErr) return error;
+    if (error != fnfErr && error != dirNFErr) NoteFileFailure(error, Path(path));
+    return noErr;
 }
 
 }  // namespace Platform

@@ -41,7 +41,8 @@ using LookIntoFolder = std::function<OSErr(std::string_view below, BundleMarks& 
 OSErr FindBundleLayout(std::string_view name, LookIntoFolder const& look,
                        std::optional<BundleLayout>& layout);
 
-/// What lies in the folder at a plain path, on the disk; nothing where there is none. Waits patiently.
+/// What lies in the folder at a plain path, on the disk; nothing where there is none, or where it cannot be
+/// read, which is noted for PlatformFileFailure. Waits patiently.
 OSErr LookIntoFolderAt(std::string const& path, BundleMarks& marks);
 
 }  // namespace Platform

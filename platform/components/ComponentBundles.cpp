@@ -11,6 +11,9 @@
 
 #include "bundles/Bundle.h"
 #include "bundles/BundleReading.h"
+#include "files/Errors.h"
+#include "files/FileFailure.h"
+#include "files/FileState.h"
 #include "files/FolderEntries.h"
 #include "files/SlowPaths.h"
 #include "folders/SpecialFolders.h"
@@ -25,8 +28,13 @@ namespace {
 constexpr std::string_view kEnd = ".component";
 constexpr OSType kComponentFolder = 0x636D7064;  // 'cmpd'
 
-// What a mount that does not answer holds is passed over; the patient call has noted the mount.
-OSErr UnlessStopped(OSErr error) { return error == userCanceledErr ? error : OSErr{noErr}; }
+// What cannot be read is passed over, and noted where it is there. Of a mount that does not answer the
+// patient call has noted as much.
+OSErr UnlessStopped(OSErr error, std::string const& path) {
+    if (error == userCanceledErr) return error;
+    if (error != fnfErr && error != dirNFErr && !WasGivenUp(error)) NoteFileFailure(error, Path(path));
+    return noErr;
+}
 
 // ---- An information dictionary
 
@@ -97,7 +105,8 @@ class Listing {
         BundleFolder folder;
         OSErr error = FindBundleFolder(path, folder);
         // A folder that stands in the table twice counts once.
-        if (error != noErr || !seen.insert({folder.device, folder.inode}).second) return UnlessStopped(error);
+        if (error != noErr || !seen.insert({folder.device, folder.inode}).second)
+            return UnlessStopped(error, path);
         std::vector<std::string> names;
         error = ListBundles(path, names);
         for (std::string const& name : names) {
@@ -110,14 +119,14 @@ class Listing {
         OSErr const error = Reach(SlowMountBehind(path, LinkRule::Follow), names,
                                   [path](std::vector<std::string>& found) -> OSErr {
                                       SystemPath const place{Path(path)};
-                                      if (place.Error() != 0) return noErr;
-                                      ForEachEntry(place.Get(), [&found](FolderEntry const& entry) {
+                                      if (place.Error() != 0) return ErrorOfErrno(place.Error());
+                                      auto const visit = [&found](FolderEntry const& entry) {
                                           if (entry.name.ends_with(kEnd)) found.emplace_back(entry.name);
-                                      });
-                                      return noErr;
+                                      };
+                                      return ErrorOfErrno(ForEachEntry(place.Get(), visit));
                                   });
         std::ranges::sort(names);
-        return UnlessStopped(error);
+        return UnlessStopped(error, path);
     }
 
     OSErr AddBundle(std::string const& path) {
@@ -125,13 +134,15 @@ class Listing {
         std::optional<BundleParts> parts;
         OSErr error = FindBundleFolder(path, folder);
         if (error == noErr) error = ReadBundleParts(folder, parts);
-        if (!parts) return UnlessStopped(error);
+        if (!parts) return UnlessStopped(error, path);
         CFTypeRef const list = ValueOf(parts->information.get(), "AudioComponents");
         if (list == nullptr || CFGetTypeID(list) != CFArrayGetTypeID()) return noErr;
         std::size_t index = 0;
         for (CFTypeRef const entry : static_cast<CFArrayRef>(list)->Elements()) {
             if (auto component = ComponentOf(entry)) {
-                component->place = {path, index};
+                ComponentDescription const& is = component->description;
+                component->place = {path, index, is.componentType, is.componentSubType,
+                                    is.componentManufacturer};
                 components.push_back(std::move(*component));
             }
             ++index;

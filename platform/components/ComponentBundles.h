@@ -10,10 +10,11 @@
 
 namespace Platform {
 
-/// Where a component is named: its bundle's path, and its place in the array there.
+/// What a component is known by: its bundle's path, its place in the array there, and its codes.
 struct ComponentPlace {
     std::string bundle;
     std::size_t index = 0;
+    OSType type = 0, subtype = 0, manufacturer = 0;
     auto operator<=>(ComponentPlace const&) const = default;
 };
 
@@ -26,7 +27,8 @@ struct NamedComponent {
 
 /// Gets the components of all component folders, in their order: see Carbon/Components.h. A result code:
 /// userCanceledErr when the check-in function says stop, that of GetSpecialFolderPaths when the folders are
-/// not known. Folders and bundles that cannot be read, for whatever reason, have no components.
+/// not known. Folders and bundles that cannot be read, for whatever reason, have no components; what is there
+/// and cannot be read is noted for PlatformFileFailure or PlatformPropertyListFailure.
 OSErr ListComponents(std::vector<NamedComponent>& components);
 
 }  // namespace Platform

@@ -1,6 +1,7 @@
 // The functions of components: the edge of the interface.
 
 #include "components/ComponentRegistry.h"
+#include "files/FileFailure.h"
 #include "foundation/Object.h"
 #include "memory/Handles.h"
 
@@ -38,7 +39,11 @@ Component FindNextComponent(Component previous, ComponentDescription const* look
             if (ListComponents(components) != noErr) return 0;
             registry.Set(std::move(components));
         }
-        return registry.FindBehind(previous, looking != nullptr ? *looking : ComponentDescription{});
+        Component const found =
+            registry.FindBehind(previous, looking != nullptr ? *looking : ComponentDescription{});
+        // What could not be read is of interest only where nothing is found.
+        if (previous == 0 && found != 0) ForgetFileFailure();
+        return found;
     });
 }
 

@@ -18,7 +18,7 @@ class ComponentRegistry {
   public:
     static ComponentRegistry& Shared();
 
-    /// Makes components all that are registered. Those at places that are known keep their numbers; new ones
+    /// Makes components all that are registered. Those whose places are known keep their numbers; new ones
     /// get new numbers in their order; those that are gone are forgotten.
     void Set(std::vector<NamedComponent> found);
     /// The first one behind a number that is as described; 0 when there is none.

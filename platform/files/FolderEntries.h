@@ -2,6 +2,7 @@
 
 // The entries of a folder, as the kernel lists them.
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -44,16 +45,19 @@ class FolderEntries {
     bool atEnd = false;
 };
 
-/// Calls `visit` with each entry of the folder at a place; with none when it cannot be read.
+/// Calls `visit` with each entry of the folder at a place, as far as it can be read. 0, or a value of errno.
 template <class Visit>
-void ForEachEntry(Place place, Visit const& visit) {
+int ForEachEntry(Place place, Visit const& visit) {
     int const number = openat(place.folder, place.path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (number < 0) return;
+    if (number < 0) return errno;
     Descriptor const folder(number);
     FolderEntries entries;
-    while (!entries.IsAtEnd() && entries.Read(number, false) == 0) {
-        for (FolderEntry entry; entries.Take(entry);) visit(entry);
+    int error = 0;
+    while (error == 0 && !entries.IsAtEnd()) {
+        error = entries.Read(number, false);
+        for (FolderEntry entry; error == 0 && entries.Take(entry);) visit(entry);
     }
+    return error;
 }
 
 }  // namespace Platform

@@ -31,6 +31,7 @@ struct Library {
     decltype(snd_config_delete)* configDelete;
     decltype(snd_config_search)* configSearch;
     decltype(snd_config_get_string)* configGetString;
+    decltype(snd_config_set_string)* configSetString;
     decltype(snd_config_imake_string)* configMakeString;
     decltype(snd_config_add)* configAdd;
     decltype(snd_ctl_open_lconf)* ctlOpen;
@@ -77,6 +78,7 @@ Library const* OpenLibrary() {
         Find(handle, "snd_config_delete", l.configDelete) &&
         Find(handle, "snd_config_search", l.configSearch) &&
         Find(handle, "snd_config_get_string", l.configGetString) &&
+        Find(handle, "snd_config_set_string", l.configSetString) &&
         Find(handle, "snd_config_imake_string", l.configMakeString) &&
         Find(handle, "snd_config_add", l.configAdd) && Find(handle, "snd_ctl_open_lconf", l.ctlOpen) &&
         Find(handle, "snd_ctl_close", l.ctlClose) && Find(handle, "snd_hctl_open_ctl", l.hctlOpen) &&
@@ -161,11 +163,17 @@ constexpr std::string_view kHardware =
     "  }\n"
     "  type hw card $CARD\n"
     "}\n"
-    "ctl.?default \"hw\"\n";
+    "ctl.?sysdefault \"hw\"\n";
+constexpr std::string_view kCardIsDefault = "ctl.?default \"hw\"\n";
+constexpr std::string_view kServerIsDefault =
+    "ctl.?pulse { type pulse }\n"
+    "ctl.?default { type pulse }\n";
 
-// The configuration without a sound server: that of the administrator and the user, and hardware. Files of
-// whose paths the library would make several are left out.
-Configuration ServerlessConfiguration(Library const& library, std::string& complaint) {
+// The configuration without the hook that looks for a sound server: that of the administrator and the user,
+// hardware, and what is the mixer otherwise. Files of whose paths the library would make several are left
+// out.
+Configuration HooklessConfiguration(Library const& library, std::string_view otherwise,
+                                    std::string& complaint) {
     std::string files;
     for (std::string const& file : {std::string("/etc/asound.conf"), JoinPaths(HomeFolder(), ".asoundrc"),
                                     JoinPaths(UserFolder("XDG_CONFIG_HOME", ".config"), "alsa/asoundrc")}) {
@@ -178,79 +186,93 @@ Configuration ServerlessConfiguration(Library const& library, std::string& compl
         files.empty() ? Owned(library, top) : ReadConfiguration(library, files.c_str(), complaint);
     if (!configuration) return configuration;
     snd_input_t* input = nullptr;
-    if (library.inputBufferOpen(&input, kHardware.data(), static_cast<ssize_t>(kHardware.size())) < 0)
+    std::string const text = std::string(kHardware) + std::string(otherwise);
+    if (library.inputBufferOpen(&input, text.data(), static_cast<ssize_t>(text.size())) < 0)
         return Owned(library, nullptr);
     int const error = library.configLoad(configuration.get(), input);
     library.inputClose(input);
     return error < 0 ? Owned(library, nullptr) : std::move(configuration);
 }
 
-std::string CookieComplaint(std::string const& cookie) {
-    return "asking the sound server would write the file \"" + cookie + "\", which is not there";
-}
+constexpr int kMostMixers = 10;  // that lead to one another
 
-// What the configuration has for the mixer "default", through names of others; null where it has nothing.
-snd_config_t* FindDefault(Library const& library, snd_config_t* configuration) {
-    std::string name = "default";
-    constexpr int mostNames = 10;
-    for (int i = 0; i < mostNames; ++i) {
+// What the configuration has for a mixer, through names of others; null where it has nothing.
+snd_config_t* FindMixer(Library const& library, snd_config_t* configuration, std::string name) {
+    for (int i = 0; i < kMostMixers; ++i) {
         snd_config_t* found = nullptr;
         char const* other = nullptr;
+        name = name.substr(0, name.find(':'));  // without arguments
         if (library.configSearch(configuration, ("ctl." + name).c_str(), &found) < 0) return nullptr;
         if (library.configGetString(found, &other) < 0 || other == nullptr) return found;
-        name = std::string(other).substr(0, std::string_view(other).find(':'));
+        name = other;
     }
     return nullptr;
 }
 
-// Whether the mixer may be asked. PulseAudio's plug-in, where it is the mixer, must find a cookie and a
-// server; it is given another mixer to turn to, whether that one is there or not, for it starts a server
-// where it has none.
-bool MayAsk(Library const& library, snd_config_t* configuration, std::string& complaint) {
-    snd_config_t* const mixer = FindDefault(library, configuration);
+// A text of a mixer; empty where it has none.
+std::string TextOf(Library const& library, snd_config_t* mixer, char const* key) {
     snd_config_t* entry = nullptr;
-    char const* type = "";
-    bool const isPulseAudio = mixer != nullptr && library.configSearch(mixer, "type", &entry) >= 0 &&
-                              library.configGetString(entry, &type) >= 0 && std::string_view(type) == "pulse";
-    if (!isPulseAudio) return true;
-    if (library.configSearch(mixer, "server", &entry) < 0 && !IsPulseAudioThere()) return false;
-    if (std::string const cookie = CookieToBeWritten(); !cookie.empty()) {
-        complaint = CookieComplaint(cookie);
-        return false;
-    }
-    if (library.configSearch(mixer, "fallback", &entry) >= 0) return true;
-    snd_config_t* other = nullptr;
-    if (library.configMakeString(&other, "fallback", "none") < 0) return false;
-    if (library.configAdd(mixer, other) >= 0) return true;
-    library.configDelete(other);
+    char const* text = nullptr;
+    bool const has = library.configSearch(mixer, key, &entry) >= 0 &&
+                     library.configGetString(entry, &text) >= 0 && text != nullptr;
+    return has ? text : "";
+}
+
+bool SetText(Library const& library, snd_config_t* mixer, char const* key, std::string const& text) {
+    snd_config_t *old = nullptr, *entry = nullptr;
+    if (library.configSearch(mixer, key, &old) >= 0) return library.configSetString(old, text.c_str()) >= 0;
+    if (library.configMakeString(&entry, key, text.c_str()) < 0) return false;
+    if (library.configAdd(mixer, entry) >= 0) return true;
+    library.configDelete(entry);
     return false;
 }
 
+// The mixer to be asked, which is the one of that name or one that it turns to; empty where none may be
+// asked. PulseAudio's plug-in must find a server and a cookie. It is given another mixer to turn to, whether
+// that one is there or not, for it starts a server where it has none.
+std::string ChooseMixer(Library const& library, snd_config_t* configuration, std::string const& name,
+                        PulseAudioServer const& server, std::string& complaint, int most = kMostMixers) {
+    if (most == 0) return {};
+    snd_config_t* const mixer = FindMixer(library, configuration, name);
+    if (mixer == nullptr || TextOf(library, mixer, "type") != "pulse") return name;
+    std::string other = TextOf(library, mixer, "fallback");
+    if (!other.empty()) other = ChooseMixer(library, configuration, other, server, complaint, most - 1);
+    snd_config_t* entry = nullptr;
+    bool const isNamed = library.configSearch(mixer, "server", &entry) >= 0;
+    std::string const why = isNamed || server.isThere ? CookieComplaint() : server.complaint;
+    if (!why.empty()) complaint = why;
+    if ((!isNamed && !server.isThere) || !why.empty()) return other;
+    bool const knowsServer =
+        isNamed || server.address.empty() || SetText(library, mixer, "server", server.address);
+    bool const isSet = knowsServer && SetText(library, mixer, "fallback", other.empty() ? "none" : other);
+    return isSet ? name : "";
+}
+
 // The configuration to be used; null, and perhaps a complaint, where there is none.
-Configuration ChooseConfiguration(Library const& library, std::string& complaint) {
-    bool const looks = AlsaLooksForPulseAudio(), isThere = looks && IsPulseAudioThere();
-    if (std::string const cookie = isThere ? CookieToBeWritten() : ""; !cookie.empty()) {
-        complaint = CookieComplaint(cookie);
-        return Owned(library, nullptr);
+Configuration ChooseConfiguration(Library const& library, PulseAudioServer const& server,
+                                  std::string& complaint) {
+    if (!AlsaLooksForPulseAudio()) return ReadConfiguration(library, nullptr, complaint);
+    if (!server.isThere) {
+        complaint = server.complaint;
+        return HooklessConfiguration(library, kCardIsDefault, complaint);
     }
-    Configuration configuration = looks && !isThere ? ServerlessConfiguration(library, complaint)
-                                                    : ReadConfiguration(library, nullptr, complaint);
-    bool const mayAsk = configuration && MayAsk(library, configuration.get(), complaint);
-    return mayAsk ? std::move(configuration) : Owned(library, nullptr);
+    if (!server.address.empty()) return HooklessConfiguration(library, kServerIsDefault, complaint);
+    complaint = CookieComplaint();  // the hook would write it
+    return complaint.empty() ? ReadConfiguration(library, nullptr, complaint) : Owned(library, nullptr);
 }
 
 // ---- The mixer
 
 using Mixer = std::unique_ptr<snd_mixer_t, decltype(snd_mixer_close)*>;
 
-// The mixer, which only reads; null where there is none.
-Mixer OpenMixer(Library const& library, snd_config_t* configuration) {
+// The mixer of a name, which only reads; null where there is none.
+Mixer OpenMixer(Library const& library, snd_config_t* configuration, std::string const& name) {
     snd_ctl_t* control = nullptr;
     snd_hctl_t* controls = nullptr;
     snd_mixer_t* opened = nullptr;
     if (library.mixerOpen(&opened, 0) < 0) return {nullptr, library.mixerClose};
     Mixer mixer(opened, library.mixerClose);
-    if (library.ctlOpen(&control, "default", SND_CTL_READONLY, configuration) < 0)
+    if (library.ctlOpen(&control, name.c_str(), SND_CTL_READONLY, configuration) < 0)
         return {nullptr, library.mixerClose};
     if (library.hctlOpen(&controls, control) < 0) {
         library.ctlClose(control);
@@ -308,14 +330,17 @@ UInt16 LevelOf(long value, long min, long max) {
     return static_cast<UInt16>(std::min((above * full + range / 2) / range, most));
 }
 
-MixerAnswer AskMixer(std::vector<char const*> const& controls) {
+MixerAnswer AskMixer(std::vector<char const*> const& controls, std::string const& systemSocket) {
     static Library const* const library = OpenLibrary();
     MixerAnswer answer;
     if (library == nullptr) return answer;
     Messages const messages(*library);
-    Configuration const configuration = ChooseConfiguration(*library, answer.complaint);
+    PulseAudioServer const server = FindPulseAudio(systemSocket);
+    Configuration const configuration = ChooseConfiguration(*library, server, answer.complaint);
     if (!configuration) return answer;
-    Mixer const mixer = OpenMixer(*library, configuration.get());
+    std::string const name = ChooseMixer(*library, configuration.get(), "default", server, answer.complaint);
+    if (name.empty()) return answer;
+    Mixer const mixer = OpenMixer(*library, configuration.get(), name);
     if (!mixer) return answer;
     answer.isKnown = std::ranges::any_of(controls, [&](char const* name) {
         return GetLevels(*library, FindControl(*library, mixer.get(), name), answer);

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "sound/PulseAudio.h"
+
 namespace Platform {
 
 /// What came of a question.
@@ -19,7 +21,8 @@ struct MixerAnswer {
 
 /// The volume of the first control, by its name, that has one for playback. Nothing is printed, and of all
 /// threads only the calling one is spared ALSA's messages.
-MixerAnswer AskMixer(std::vector<char const*> const& controls);
+MixerAnswer AskMixer(std::vector<char const*> const& controls,
+                     std::string const& systemSocket = kSystemSocket);
 
 /// The level that a control's value stands for; nothing is below 0 or above 65535. Requires: min < max.
 UInt16 LevelOf(long value, long min, long max);

@@ -1,6 +1,7 @@
 #include "sound/PulseAudio.h"
 
 #include <errno.h>
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -32,11 +33,33 @@ bool IsListening(std::string const& path) {
            errno == EAGAIN;
 }
 
+// What a cookie's path leads to.
+enum class Cookie { Sound, Spoilt, Absent };
+
 // Shorter cookies are written anew.
-bool IsCookie(std::string const& path) {
+Cookie LookAtCookie(std::string const& path) {
     constexpr off_t length = 256;
     struct stat status;
-    return stat(path.c_str(), &status) == 0 && status.st_size >= length;
+    if (stat(path.c_str(), &status) != 0) return Cookie::Absent;
+    bool const isSound = S_ISREG(status.st_mode) && status.st_size >= length &&
+                         faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0;
+    return isSound ? Cookie::Sound : Cookie::Spoilt;
+}
+
+std::string ComplaintOf(std::string const& cookie) {
+    if (LookAtCookie(cookie) == Cookie::Absent)
+        return "asking the sound server would write the file \"" + cookie + "\", which is not there";
+    return "the sound server's cookie \"" + cookie + "\" is no file of at least 256 bytes that can be read";
+}
+
+bool IsFile(std::string const& path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool IsOwn(std::string const& folder) {
+    struct stat status;
+    return stat(folder.c_str(), &status) == 0 && status.st_uid == geteuid();
 }
 
 }  // namespace
@@ -49,20 +72,35 @@ bool AlsaLooksForPulseAudio() {
     });
 }
 
-bool IsPulseAudioThere() {
-    if (!Variable("PULSE_SERVER").empty()) return true;
-    if (std::string const own = Variable("PULSE_RUNTIME_PATH"); !own.empty())
-        return IsListening(JoinPaths(own, "native"));
-    std::string const ofUser = Variable("XDG_RUNTIME_DIR");
-    if (!ofUser.empty() && IsListening(JoinPaths(ofUser, "pulse/native"))) return true;
-    return IsListening("/run/pulse/native");
+PulseAudioServer FindPulseAudio(std::string const& systemSocket) {
+    PulseAudioServer server;
+    if (!Variable("PULSE_SERVER").empty()) {
+        server.isThere = true;
+        return server;
+    }
+    // The library uses the folder, and the one it is in, for their owner alone.
+    std::string const own = Variable("PULSE_RUNTIME_PATH"), ofUser = Variable("XDG_RUNTIME_DIR");
+    std::string const folder = !own.empty() || ofUser.empty() ? own : JoinPaths(ofUser, "pulse");
+    std::string const owned = own.empty() ? ofUser : own;
+    if (!folder.empty() && IsListening(JoinPaths(folder, "native"))) {
+        server.isThere = IsOwn(owned) && IsOwn(folder);
+        if (server.isThere) return server;
+        server.complaint =
+            "the sound server's folder \"" + (IsOwn(owned) ? folder : owned) + "\" belongs to another user";
+    }
+    if (own.empty() && IsListening(systemSocket)) return {true, "unix:" + systemSocket, {}};
+    return server;
 }
 
-std::string CookieToBeWritten() {
-    if (std::string const own = Variable("PULSE_COOKIE"); !own.empty()) return IsCookie(own) ? "" : own;
+std::string CookieComplaint() {
+    if (std::string const own = Variable("PULSE_COOKIE"); !own.empty())
+        return LookAtCookie(own) == Cookie::Sound ? "" : ComplaintOf(own);
     std::string const usual = JoinPaths(UserFolder("XDG_CONFIG_HOME", ".config"), "pulse/cookie");
-    bool const isThere = IsCookie(usual) || IsCookie(JoinPaths(HomeFolder(), ".pulse-cookie"));
-    return isThere ? "" : usual;
+    if (LookAtCookie(usual) == Cookie::Sound) return {};
+    // A file that is not good enough is passed over for the next one; of anything else the library complains.
+    bool const isPassedOver = !IsThere(usual) || IsFile(usual);
+    bool const hasOther = LookAtCookie(JoinPaths(HomeFolder(), ".pulse-cookie")) == Cookie::Sound;
+    return isPassedOver && hasOther ? "" : ComplaintOf(usual);
 }
 
 }  // namespace Platform

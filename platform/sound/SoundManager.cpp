@@ -35,8 +35,10 @@ OSErr GetVolume(std::vector<char const*> controls, SInt32* level) {
     });
     if (error == volOffLinErr) return GiveUp(begun);
     if (error != noErr) return error;
-    if (!answer->complaint.empty()) NoteFailure(answer->complaint);
-    if (!answer->isKnown) return noHardwareErr;
+    if (!answer->isKnown) {
+        if (!answer->complaint.empty()) NoteFailure(answer->complaint);
+        return noHardwareErr;
+    }
     *level = static_cast<SInt32>(UInt32{answer->right} << 16 | answer->left);
     return noErr;
 }

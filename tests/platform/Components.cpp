@@ -177,7 +177,7 @@ TEST_F(Components, HaveVersionsOf32Bits) {
     EXPECT_EQ(0u, VersionOf(components[3]));
     EXPECT_EQ(0xFFFFFFFFu, VersionOf(components[4]));
     EXPECT_EQ(0u, VersionOf(components[5]));
-    EXPECT_LE(VersionOf(components[6]), 1u);
+    EXPECT_EQ(0u, VersionOf(components[6])) << "it is no whole number";
 }
 
 TEST_F(Components, HaveTextsCutAtACharactersEnd) {
@@ -234,6 +234,19 @@ TEST_F(Components, KeepTheirNumbersAndNobodyElseGetsThem) {
     ASSERT_EQ(2u, components.size());
     EXPECT_EQ(second, components[0]);
     EXPECT_GT(components[1], second);
+}
+
+TEST_F(Components, OfOtherCodesAreOthersWhereverTheyAreNamed) {
+    Install("user/a", Entry(Key("name", "low")) + Entry());
+    auto const before = All();
+    ASSERT_EQ(2u, before.size());
+    Install("user/a", Entry(Key("name", "synthesizer"), "aumu") + Entry());
+    auto const after = All();
+    ASSERT_EQ(2u, after.size());
+    EXPECT_EQ(before[1], after[0]) << "the number counts before the place in the array";
+    EXPECT_GT(after[1], before[1]);
+    EXPECT_EQ("synthesizer", NameOf(after[1]));
+    EXPECT_EQ(invalidComponentID, GetComponentInfo(before[0], nullptr, nullptr, nullptr, nullptr));
 }
 
 TEST_F(Components, AreReadAnewByEachList) {
@@ -316,11 +329,31 @@ TEST_F(Components, OfATableWithMistakesAreNoneAndTheMistakeIsTold) {
     PlatformForgetFileFailure();
 }
 
+TEST_F(Components, OfASpoiltListAreNoneAndTheMistakeIsTold) {
+    Write("user/Broken.component/Contents/Info.plist", "<plist");
+    EXPECT_EQ(0u, FindNextComponent(0, nullptr));
+    char file[1000], reason[1000];
+    EXPECT_TRUE(PlatformPropertyListFailure(file, sizeof file, reason, sizeof reason));
+    EXPECT_EQ(here.Path("user/Broken.component/Contents/Info.plist"), file);
+    PlatformForgetFileFailure();
+    Install("user/Filter", Entry());
+    EXPECT_NE(0u, FindNextComponent(0, nullptr));
+    EXPECT_FALSE(PlatformPropertyListFailure(file, sizeof file, reason, sizeof reason))
+        << "it explains nothing about the components that are there";
+}
+
+TEST_F(Components, OfFoldersThatAreNotThereAreNoFailure) {
+    Write("user/File.component", "no folder");
+    here.Link("user/Gone.component", "nowhere");
+    EXPECT_EQ(0u, FindNextComponent(0, nullptr));
+    EXPECT_EQ(noErr, PlatformFileFailure(nullptr, 0));
+}
+
 TEST(ComponentRegistry, ForgetsWhatHasGone) {
     Platform::ComponentRegistry registry;
     for (int i = 0; i < 100; ++i) {
         Platform::NamedComponent component;
-        component.place = {"/bundle " + std::to_string(i), 0};
+        component.place.bundle = "/bundle " + std::to_string(i);
         registry.Set({component});
         EXPECT_EQ(static_cast<Component>(i + 1), registry.FindBehind(0, {}));
         EXPECT_EQ(0u, registry.FindBehind(static_cast<Component>(i + 1), {}));

@@ -110,6 +110,10 @@ int snd_config_get_string(snd_config_t const* config, char const** text) {
     *text = found->second.c_str();
     return 0;
 }
+int snd_config_set_string(snd_config_t* config, char const* text) {
+    Fake().configuration[config->path] = text;
+    return 0;
+}
 int snd_config_imake_string(snd_config_t** config, char const* key, char const* text) {
     Fake().configuration["made." + std::string(key)] = text;
     *config = Node(key);
@@ -122,7 +126,8 @@ int snd_config_add(snd_config_t* config, snd_config_t* child) {
 
 int snd_mixer_open(snd_mixer_t** mixer, int) { return Make(mixer, 1); }
 int snd_ctl_open_lconf(snd_ctl_t** control, char const* name, int mode, snd_config_t*) {
-    if (std::string(name) != "default") return -ENOENT;
+    Fake().opened.emplace_back(name);
+    if (Fake().opened.back() == Fake().missing) return -ENOENT;
     Fake().configurationOfOpened = Fake().configuration;
     Fake().mode = mode;
     if (Fake().whenOpened) Fake().whenOpened();

@@ -27,6 +27,9 @@ struct FakeMixer {
     bool isConfigurationBroken = false;
     /// The step of opening the mixer that fails: 1 to 6; 0 for none.
     int failingStep = 0;
+    /// The mixers that were asked for, by their names, and one that is not there.
+    std::vector<std::string> opened;
+    std::string missing = "none";
     /// Called when the mixer is opened.
     std::function<void()> whenOpened;
     /// What was opened or made and not closed.

@@ -4,6 +4,10 @@
 #include <Platform/Items.h>
 #include <alsa/asoundlib.h>
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
 #include <chrono>
 #include <climits>
 #include <condition_variable>
@@ -67,6 +71,7 @@ class SoundVolumes : public OwnHome {
         Fake().controls.clear();
         Fake().configuration.clear();
         Fake().configurationOfOpened.clear();
+        Fake().opened.clear();
         Fake().isConfigurationBroken = false;
         Fake().failingStep = 0;
         Fake().whenOpened = nullptr;
@@ -75,7 +80,32 @@ class SoundVolumes : public OwnHome {
     Variable const configuration{"ALSA_CONFIG_PATH", here.Path("asound.conf")};
     Variable const server{"PULSE_SERVER", std::nullopt};
     Variable const folder{"PULSE_RUNTIME_PATH", here.Path("run")};
+    Variable const userRun{"XDG_RUNTIME_DIR", std::nullopt};
     Variable const cookie{"PULSE_COOKIE", std::nullopt};
+
+    void WriteCookie() const { Write("home/.config/pulse/cookie", std::string(256, 'c')); }
+    std::string CookieOf(std::string const& name) const {
+        return "the sound server's cookie \"" + here.Path(name) +
+               "\" is no file of at least 256 bytes that can be read";
+    }
+};
+
+// A server that listens at a socket.
+class Listener {
+  public:
+    explicit Listener(std::string const& path) : number(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        path.copy(address.sun_path, sizeof address.sun_path - 1);
+        EXPECT_EQ(0, bind(number, reinterpret_cast<sockaddr const*>(&address), sizeof address));
+        EXPECT_EQ(0, listen(number, 5));
+    }
+    ~Listener() { close(number); }
+    Listener(Listener const&) = delete;
+    Listener& operator=(Listener const&) = delete;
+
+  private:
+    int const number;
 };
 
 // A server that answers when it is let.
@@ -111,6 +141,7 @@ TEST_F(SoundVolumes, HaveTheLeftLevelInTheLowHalf) {
     Fake().controls = {Control("Master", 32768, 65536)};
     EXPECT_EQ(Levels(128, 256), Output());
     EXPECT_EQ(SND_CTL_READONLY, Fake().mode) << "nothing can be set by mistake";
+    EXPECT_EQ(std::vector<std::string>{"default"}, Fake().opened);
 }
 
 TEST_F(SoundVolumes, AreThoseOfTheFirstControlThatHasOne) {
@@ -271,20 +302,43 @@ TEST_F(SoundVolumes, OfPulseAudioAreNotAskedForWhereACookieWouldBeWritten) {
     EXPECT_EQ("asking the sound server would write the file \"" + here.Path("home/.config/pulse/cookie") +
                   "\", which is not there",
               Reason());
-    Write("home/.config/pulse/cookie", std::string(255, 'c'));
-    EXPECT_EQ(kNone, Output()) << "it is too short";
-    Write("home/.config/pulse/cookie", std::string(256, 'c'));
+    WriteCookie();
     EXPECT_EQ(Levels(1, 1), Output());
 }
 
+TEST_F(SoundVolumes, OfPulseAudioAreNotAskedForWithACookieThatIsNone) {
+    Fake().configuration = {{"ctl.default.type", "pulse"}, {"ctl.default.server", "unix:/there"}};
+    std::string const name = "home/.config/pulse/cookie";
+    Write(name, std::string(255, 'c'));
+    EXPECT_EQ(kNone, Output());
+    EXPECT_EQ(CookieOf(name), Reason()) << "it is too short";
+    std::filesystem::remove(here.Path(name));
+    here.MakeFolder(name);
+    EXPECT_EQ(kNone, Output());
+    EXPECT_EQ(CookieOf(name), Reason()) << "it is a folder";
+    EXPECT_TRUE(Fake().opened.empty());
+}
+
 TEST_F(SoundVolumes, OfPulseAudioTakeAnyCookieThatIsRead) {
-    EXPECT_EQ(here.Path("home/.config/pulse/cookie"), Platform::CookieToBeWritten());
+    auto const complaint = [] { return Platform::CookieComplaint(); };
+    EXPECT_TRUE(complaint().ends_with("/.config/pulse/cookie\", which is not there")) << complaint();
     Write("home/.pulse-cookie", std::string(256, 'c'));
-    EXPECT_EQ("", Platform::CookieToBeWritten());
+    EXPECT_EQ("", complaint());
+    Write("home/.config/pulse/cookie", "short");
+    EXPECT_EQ("", complaint()) << "it is passed over";
     cookie.Set(here.Path("own"));
-    EXPECT_EQ(here.Path("own"), Platform::CookieToBeWritten());
+    EXPECT_TRUE(complaint().ends_with("/own\", which is not there")) << complaint();
+    here.MakeFolder("own");
+    EXPECT_EQ(CookieOf("own"), complaint());
+    std::filesystem::remove(here.Path("own"));
     Write("own", std::string(256, 'c'));
-    EXPECT_EQ("", Platform::CookieToBeWritten());
+    EXPECT_EQ("", complaint());
+}
+
+TEST_F(SoundVolumes, OfPulseAudioDoNotTakeAFolderForACookieWhateverFollows) {
+    Write("home/.pulse-cookie", std::string(256, 'c'));
+    here.MakeFolder("home/.config/pulse/cookie");
+    EXPECT_EQ(CookieOf("home/.config/pulse/cookie"), Platform::CookieComplaint());
 }
 
 TEST_F(SoundVolumes, OfPulseAudioAreNotAskedForWhereNoServerIs) {
@@ -306,6 +360,102 @@ TEST_F(SoundVolumes, OfPulseAudioKeepTheMixerToTurnTo) {
     Fake().controls = {Control("Master", 256, 256)};
     EXPECT_EQ(Levels(1, 1), Output());
     EXPECT_EQ("sysdefault", Fake().configurationOfOpened["ctl.default.fallback"]);
+}
+
+TEST_F(SoundVolumes, OfPulseAudioWithoutAServerAreThoseOfTheMixerToTurnTo) {
+    Fake().controls = {Control("Master", 256, 256)};
+    Fake().configuration = {{"ctl.default.type", "pulse"}, {"ctl.default.fallback", "hw:1"}};
+    EXPECT_EQ(Levels(1, 1), Output());
+    EXPECT_EQ(std::vector<std::string>{"hw:1"}, Fake().opened);
+}
+
+TEST_F(SoundVolumes, OfPulseAudioThatTurnsToAnotherServerAreHeldToTheSame) {
+    WriteCookie();
+    Fake().controls = {Control("Master", 256, 256)};
+    Fake().configuration = {{"ctl.default.type", "pulse"},
+                            {"ctl.default.fallback", "other"},
+                            {"ctl.other.type", "pulse"},
+                            {"ctl.other.fallback", "default"}};
+    EXPECT_EQ(kNone, Output()) << "they lead to one another";
+    EXPECT_TRUE(Fake().opened.empty());
+    Fake().configuration["ctl.default.server"] = "unix:/there";
+    Fake().configuration["ctl.other.fallback"] = "third";
+    Fake().configuration["ctl.third.type"] = "pulse";
+    EXPECT_EQ(Levels(1, 1), Output());
+    EXPECT_EQ("none", Fake().configurationOfOpened["ctl.default.fallback"]) << "no server is started there";
+}
+
+TEST_F(SoundVolumes, OfTheMixerToTurnToAreAnsweredWithoutAComplaint) {
+    Fake().controls = {Control("Master", 256, 256)};
+    Fake().configuration = {{"ctl.default.type", "pulse"},
+                            {"ctl.default.server", "unix:/there"},
+                            {"ctl.default.fallback", "hw:1"}};
+    EXPECT_EQ(Levels(1, 1), Output());
+    EXPECT_EQ(std::vector<std::string>{"hw:1"}, Fake().opened) << "there is no cookie";
+    EXPECT_EQ("", Reason());
+}
+
+// ---- Where PulseAudio's servers listen
+
+TEST_F(SoundVolumes, OfTheSystemsServerAreAskedForByItsSocket) {
+    WriteCookie();
+    folder.Set(std::nullopt);
+    Listener const system(here.Path("socket"));
+    Fake().controls = {Control("Master", 256, 256)};
+    Fake().configuration = {{"ctl.default.type", "pulse"}};
+    EXPECT_TRUE(Platform::AskMixer({"Master"}, here.Path("socket")).isKnown);
+    EXPECT_EQ("unix:" + here.Path("socket"), Fake().configurationOfOpened["ctl.default.server"])
+        << "else the library makes folders of its own first";
+    EXPECT_EQ("none", Fake().configurationOfOpened["ctl.default.fallback"]);
+}
+
+TEST_F(SoundVolumes, OfTheSystemsServerAreReadWithoutTheHookThatLooksForIt) {
+    configuration.Set(std::nullopt);
+    if (!Platform::AlsaLooksForPulseAudio()) GTEST_SKIP() << "needs the package libasound2-plugins";
+    WriteCookie();
+    folder.Set(std::nullopt);
+    Listener const system(here.Path("socket"));
+    Fake().text.clear();
+    Fake().files.clear();
+    Platform::AskMixer({"Master"}, here.Path("socket"));
+    EXPECT_NE("ALSA's own", Fake().files);
+    EXPECT_TRUE(Fake().text.ends_with("ctl.?default { type pulse }\n")) << Fake().text;
+}
+
+TEST_F(SoundVolumes, OfTheUsersServerComeBeforeThoseOfTheSystems) {
+    folder.Set(std::nullopt);
+    userRun.Set(here.MakeFolder("user"));
+    here.MakeFolder("user/pulse");
+    Listener const system(here.Path("socket")), own(here.Path("user/pulse/native"));
+    auto const found = Platform::FindPulseAudio(here.Path("socket"));
+    EXPECT_TRUE(found.isThere);
+    EXPECT_EQ("", found.address) << "the library finds it in its own folder";
+    server.Set("somewhere");
+    EXPECT_TRUE(Platform::FindPulseAudio().isThere);
+    EXPECT_EQ("", Platform::FindPulseAudio().address);
+}
+
+TEST_F(SoundVolumes, OfAServerInAnotherUsersFolderAreNotAskedFor) {
+    if (geteuid() != 0) GTEST_SKIP() << "needs to give a folder away";
+    WriteCookie();
+    folder.Set(std::nullopt);
+    userRun.Set(here.MakeFolder("user"));
+    here.MakeFolder("user/pulse");
+    Listener const own(here.Path("user/pulse/native"));
+    for (std::string const& name : {here.Path("user"), here.Path("user/pulse")}) {
+        ASSERT_EQ(0, chown(name.c_str(), 1, 1));
+        auto const found = Platform::FindPulseAudio(here.Path("socket"));
+        EXPECT_FALSE(found.isThere);
+        EXPECT_EQ("the sound server's folder \"" + name + "\" belongs to another user", found.complaint);
+        ASSERT_EQ(0, chown(name.c_str(), 0, 0));
+    }
+    EXPECT_TRUE(Platform::FindPulseAudio(here.Path("socket")).isThere);
+    ASSERT_EQ(0, chown(here.Path("user").c_str(), 1, 1));
+    Fake().configuration = {{"ctl.default.type", "pulse"}};
+    EXPECT_EQ("the sound server's folder \"" + here.Path("user") + "\" belongs to another user",
+              Platform::AskMixer({"Master"}, here.Path("socket")).complaint);
+    Listener const system(here.Path("socket"));
+    EXPECT_EQ("unix:" + here.Path("socket"), Platform::FindPulseAudio(here.Path("socket")).address);
 }
 
 TEST_F(SoundVolumes, OfMixersThatLeadToOneAnotherComeToAnEnd) {

@@ -11,9 +11,11 @@ import tempfile
 from pathlib import Path
 
 sys.dont_write_bytecode = True
-from tree import make_tree  # noqa: E402
+from tree import make_machine, make_tree  # noqa: E402
 
 DIVIDER = re.compile(rb"^---(?: (error|status (\d+)))?$")
+
+OF_THE_MACHINE = "components"  # the folder of queries that ask make_machine's machine
 
 
 class Case:
@@ -40,11 +42,13 @@ class Case:
         self.query = b"".join(query).removesuffix(b"\n")
 
 
-def ask(zelq, query, tree):
+def ask(zelq, query, tree, machine):
+    """Of the machine whose facts are below a folder; None for this one."""
     environment = {name: value for name, value in os.environ.items()
                    if name not in ("LANG", "LANGUAGE") and not name.startswith(("LC_", "XDG_"))}
-    return subprocess.run([os.fsencode(zelq), query], cwd=tree, env=environment | {"TZ": "UTC", "HOME": str(tree / "lists")},
-                          stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
+    environment |= {"TZ": "UTC", "HOME": str(tree / "lists")} | ({"ZELQ_MACHINE_ROOT": str(machine)} if machine else {})
+    return subprocess.run([os.fsencode(zelq), query], cwd=tree, env=environment, stdin=subprocess.DEVNULL, capture_output=True,
+                          timeout=60)
 
 
 def shown(text):
@@ -70,9 +74,10 @@ def main():
     with tempfile.TemporaryDirectory(prefix="zelq-queries-") as scratch:
         tree = Path(scratch) / "tree"
         make_tree(tree)
+        make_machine(Path(scratch) / "machine")
         for path in paths:
             case = Case(path)
-            ran = ask(zelq, case.query, tree)
+            ran = ask(zelq, case.query, tree, Path(scratch) / "machine" if path.parent.name == OF_THE_MACHINE else None)
             ran.stderr = ran.stderr.replace(os.fsencode(tree), b"/tree")
             if difference := differences(case, ran):
                 failed += 1

@@ -52,6 +52,13 @@ def make_lists(folder):
     write(".config/user-dirs.dirs", b'XDG_DOWNLOAD_DIR="$HOME/Editor.app"\n')
 
 
+def make_machine(root):
+    """The facts of a machine that has no components but those of the user."""
+    table = root / "etc/zelq/folders.conf"
+    table.parent.mkdir(parents=True)
+    table.write_text("[cmpd]\nuser = $HOME/.local/share/components\nlocal =\nnetwork =\nsystem =\n")
+
+
 def make_tree(root):
     """The files that the queries ask about; README.md shows them."""
     def write(name, content, modified):

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Sets levels of a real sound server, which plays to nowhere, and compares them with those that zelq tells; then all
-that a sound server, ALSA's configuration and the machine may lack.
+that a sound server, ALSA's configuration and the machine may lack. Nothing may be written or printed on the way.
 
-usage: levels.py ZELQ
+usage: levels.py ZELQ             where namespaces are to be had, also of a server of the whole system
+       levels.py ZELQ --system    of such a server alone, for which /run must be this script's own
 """
 import os
 import socket
@@ -14,20 +15,24 @@ from pathlib import Path
 
 FULL = 65536  # of the server
 NO_HARDWARE = "the platform's error -200 (no sound hardware)"
+# Where ALSA's own configuration looks for a server, and nobody has changed it.
+HOOKS = [Path("/usr/lib"), Path("/usr/lib64"), *Path("/usr/lib").glob("*-linux-*")]
+IS_USUAL = (any((folder / "alsa-lib/libasound_module_conf_pulse.so").exists() for folder in HOOKS)
+            and not Path("/etc/asound.conf").exists())
 LEVELS = "; ".join(f"{side} component ({{0}}) / (full volume / 256)" for side in ("left", "right"))
 
 
 class Sound:
     """A server with a home of its own, which has its cookie."""
 
-    def __init__(self, folder):
-        self.folder = folder
-        self.home, self.runtime, self.socket = folder / "home", folder / "run", folder / "socket"
-        for path in (self.home, self.runtime):
+    def __init__(self, folder, place):
+        self.folder, self.socket = folder, place
+        self.home, self.runtime, self.temporary = folder / "home", folder / "run", folder / "temporary"
+        for path in (self.home, self.runtime, self.temporary):
             path.mkdir(mode=0o700)
         names = ("PATH", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS")
         self.environment = {name: os.environ[name] for name in names if name in os.environ} | {
-            "HOME": str(self.home), "XDG_RUNTIME_DIR": str(self.runtime), "LC_ALL": "C"}
+            "HOME": str(self.home), "XDG_RUNTIME_DIR": str(self.runtime), "TMPDIR": str(self.temporary), "LC_ALL": "C"}
         self.server = subprocess.Popen(
             ["pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--system=no", "--use-pid-file=no",
              "-L", "module-null-sink", "-L", f"module-native-protocol-unix socket={self.socket}"],
@@ -53,7 +58,7 @@ class Sound:
 
     def configuration(self, text):
         """Settings of ALSA, as variables."""
-        path = self.folder / "asound.conf"
+        path = self.folder / f"asound{len(list(self.folder.iterdir()))}.conf"
         path.write_text(text)
         return {"ALSA_CONFIG_PATH": str(path)}
 
@@ -62,7 +67,7 @@ class Sound:
 
 
 def files(sound):
-    return sorted(str(path) for path in (*sound.home.rglob("*"), *sound.runtime.rglob("*")))
+    return sorted(str(path) for folder in (sound.home, sound.runtime, sound.temporary) for path in folder.rglob("*"))
 
 
 class Test:
@@ -70,8 +75,11 @@ class Test:
         self.zelq, self.sound, self.wrong = zelq, sound, []
 
     def ask(self, query, variables):
-        return subprocess.run([self.zelq, query], env=self.sound.environment | variables, capture_output=True, text=True,
-                              stdin=subprocess.DEVNULL, timeout=60)
+        """With the variables, and without those that are None. No server of the machine's own is found."""
+        nowhere = {"PULSE_RUNTIME_PATH": str(self.sound.runtime / "pulse")}
+        environment = self.sound.environment | nowhere | variables
+        return subprocess.run([self.zelq, query], env={name: value for name, value in environment.items() if value is not None},
+                              capture_output=True, text=True, stdin=subprocess.DEVNULL, timeout=60)
 
     def expect(self, what, expected, answer):
         if answer != expected:
@@ -103,11 +111,15 @@ def ask_of_a_server(test, sound):
             test.levels(f"{left} {right} muted {muted}", [0, 0] if muted else expected, own)
     sound.set(FULL // 2, FULL, False)
     test.levels("the beep, which has no level of its own", [128, 256], own, "system beep volume")
-    test.levels("the configuration that the packages bring", [128, 256], {"PULSE_SERVER": f"unix:{sound.socket}"})
+    named = {"PULSE_SERVER": f"unix:{sound.socket}"}
     usual = sound.runtime / "pulse/native"
-    usual.parent.mkdir(exist_ok=True)
+    usual.parent.mkdir(mode=0o700, exist_ok=True)
     usual.symlink_to(sound.socket)
-    test.levels("a server in the usual place", [128, 256], {})
+    for variables in ({}, {"PULSE_RUNTIME_PATH": None}):
+        if IS_USUAL:
+            test.levels("a server in the usual place", [128, 256], variables)
+    if IS_USUAL:
+        test.levels("the configuration that the packages bring", [128, 256], named)
     test.levels("a server in the usual place, of a configuration", [128, 256], sound.configuration("ctl.!default { type pulse }\n"))
     usual.unlink()
     (sound.home / ".asoundrc").write_text(f'ctl.!default {{ type pulse server "unix:{sound.socket}" }}\n')
@@ -115,14 +127,55 @@ def ask_of_a_server(test, sound):
     (sound.home / ".asoundrc").unlink()
     test.levels("a mixer of another name", [128, 256], sound.configuration(
         f'ctl.!default "other"\nctl.other {{ type pulse server "unix:{sound.socket}" }}\n'))
+    test.levels("a mixer that a missing server turns to", [128, 256], sound.configuration(
+        f'ctl.!default {{ type pulse fallback "other" }}\nctl.other {{ type pulse server "unix:{sound.socket}" }}\n'))
     elsewhere = sound.folder / "elsewhere"
     elsewhere.mkdir()
     cookie = elsewhere / ".config/pulse/cookie"
     reason = f"the platform's error -200 (asking the sound server would write the file \"{cookie}\", which is not there)"
-    for variables in (own, {"PULSE_SERVER": f"unix:{sound.socket}"}):
+    asked = (own, named) if IS_USUAL else (own,)
+    for variables in asked:
         test.failure("no cookie", reason, variables | {"HOME": str(elsewhere)})
     test.expect("the home of no cookie", [], list(elsewhere.iterdir()))
+    cookie.mkdir(parents=True)
+    reason = f"the platform's error -200 (the sound server's cookie \"{cookie}\" is no file of at least 256 bytes that can be read)"
+    for variables in asked:
+        test.failure("a folder for a cookie", reason, variables | {"HOME": str(elsewhere)})
+    if foreign := folder_of_another_user(sound):
+        reason = f"the platform's error -200 (the sound server's folder \"{foreign / 'pulse'}\" belongs to another user)"
+        test.failure("another user's folder", reason,
+                     sound.configuration("ctl.!default { type pulse }\n") | {"PULSE_RUNTIME_PATH": str(foreign / "pulse")})
+        for variables in asked:
+            test.levels("a server that is named, beside another user's folder", [128, 256],
+                        variables | {"PULSE_RUNTIME_PATH": None, "XDG_RUNTIME_DIR": str(foreign)})
     test.failure("a recorded machine", NO_HARDWARE, own | {"ZELQ_MACHINE_ROOT": str(sound.home)})
+
+
+def folder_of_another_user(sound):
+    """With the server's socket in it; None where it cannot be given away."""
+    foreign = sound.folder / "foreign"
+    (foreign / "pulse").mkdir(parents=True)
+    (foreign / "pulse/native").symlink_to(sound.socket)
+    try:
+        for path in (foreign, foreign / "pulse"):
+            os.chown(path, 1, 1)
+    except OSError:
+        return None
+    return foreign
+
+
+def ask_of_the_systems_server(test, sound):
+    sound.set(FULL // 2, FULL, False)
+    own = sound.folder / "own"
+    own.mkdir(mode=0o700)
+    foreign = folder_of_another_user(sound)
+    configurations = [sound.configuration("ctl.!default { type pulse }\n")] + ([{}] if IS_USUAL else [])
+    for configuration in configurations:
+        for runtime in (None, str(own), *([str(foreign)] if foreign else [])):
+            test.levels(f"the system's server, {runtime}", [128, 256],
+                        configuration | {"PULSE_RUNTIME_PATH": None, "XDG_RUNTIME_DIR": runtime})
+    test.expect("the asker's folder", [], list(own.iterdir()))
+    test.failure("a folder of servers without one", NO_HARDWARE, configurations[0])
 
 
 def ask_of_a_silent_server(test, sound):
@@ -131,7 +184,7 @@ def ask_of_a_silent_server(test, sound):
         silent.bind(str(place))
         silent.listen(10)
         reason = "the platform's error -200 (the sound server did not answer within 3 seconds)"
-        for variables in (sound.configured(place), {"PULSE_SERVER": f"unix:{place}"}):
+        for variables in (sound.configured(place), {"PULSE_SERVER": f"unix:{place}"})[:2 if IS_USUAL else 1]:
             seconds = test.failure("a server that never answers", reason, variables)
             test.expect(f"not less than 3 seconds ({seconds:.1f})", True, seconds > 2.9)
 
@@ -139,20 +192,21 @@ def ask_of_a_silent_server(test, sound):
 def ask_of_nobody(test, sound):
     test.failure("no server", NO_HARDWARE, sound.configured(sound.folder / "nobody"))
     test.failure("a server that has ended", NO_HARDWARE, sound.configured(sound.socket))
-    ran = test.ask("default sound volume", {})
-    test.expect("no server by the packages' configuration", True, ran.stdout == "stereo volume\n" or NO_HARDWARE in ran.stderr)
-    test.expect("folders of a server", [], list(sound.runtime.glob("pulse")))
     for name in (".asoundrc", ".config/alsa/asoundrc"):
         settings = sound.home / name
         settings.parent.mkdir(exist_ok=True)
-        settings.write_text("ctl {\n")
-        test.failure(f"a mistake in {name}",
-                     "the platform's error -200 (the configuration of ALSA cannot be used: _toplevel_:2:0:Unexpected char)", {})
-        settings.write_text("defaults.ctl.card 31\n")
-        test.failure(f"a card of {name}", NO_HARDWARE, {})
+        if IS_USUAL:
+            settings.write_text("ctl {\n")
+            test.failure(f"a mistake in {name}",
+                         "the platform's error -200 (the configuration of ALSA cannot be used: _toplevel_:2:0:Unexpected char)", {})
+            settings.write_text("defaults.ctl.card 31\n")
+            test.failure(f"a card of {name}", NO_HARDWARE, {})
+        settings.write_text("ctl.!default { type hw card 31 }\n")
+        test.failure(f"a mixer of {name}", NO_HARDWARE, {})
         settings.unlink()
+    test.expect("folders of a server", [], list(sound.runtime.glob("pulse")))
     left_over = sound.runtime / "pulse/native"
-    left_over.parent.mkdir()
+    left_over.parent.mkdir(mode=0o700, exist_ok=True)
     with socket.socket(socket.AF_UNIX) as ended:
         ended.bind(str(left_over))
     test.failure("a socket that is left over", NO_HARDWARE, sound.configuration("ctl.!default { type pulse }\n"))
@@ -169,24 +223,56 @@ def ask_of_nobody(test, sound):
     test.failure("no library", NO_HARDWARE, {"LD_LIBRARY_PATH": paths})
 
 
-def main():
-    with tempfile.TemporaryDirectory() as folder:
-        sound = Sound(Path(folder).resolve())
-        test = Test(sys.argv[1], sound)
-        try:
-            # The server's own folder is of no interest.
-            for path in sound.runtime.rglob("*"):
-                path.rmdir()
-            ask_of_a_server(test, sound)
-            ask_of_a_silent_server(test, sound)
-        finally:
-            sound.end()
+def ask_of_a_server_of_the_system(zelq):
+    """In a namespace whose /run is empty; returns whether one was to be had."""
+    namespace = ["unshare", "--mount", *([] if os.geteuid() == 0 else ["--map-root-user"]),
+                 "sh", "-c", 'mount -t tmpfs tmpfs /run && exec "$@"', "sh"]
+    if subprocess.run([*namespace, "true"], capture_output=True).returncode != 0:
+        return False
+    if subprocess.run([*namespace, sys.executable, "-B", __file__, zelq, "--system"]).returncode != 0:
+        sys.exit("the system's server is not asked as it should be")
+    return True
+
+
+def ask_of_all(test, sound):
+    try:
+        # The server's own folder is of no interest.
         for path in sound.runtime.rglob("*"):
             path.rmdir()
-        ask_of_nobody(test, sound)
+        ask_of_a_server(test, sound)
+        ask_of_a_silent_server(test, sound)
+    finally:
+        sound.end()
+    for path in sound.runtime.rglob("*"):
+        path.rmdir()
+    ask_of_nobody(test, sound)
+
+
+def ask_of_the_system(test, sound):
+    try:
+        for path in sound.runtime.rglob("*"):
+            path.rmdir()
+        ask_of_the_systems_server(test, sound)
+    finally:
+        sound.end()
+
+
+def main():
+    zelq, is_system = sys.argv[1], sys.argv[2:] == ["--system"]
+    with tempfile.TemporaryDirectory() as name:
+        folder = Path(name).resolve()
+        place = Path("/run/pulse/native") if is_system else folder / "socket"
+        place.parent.mkdir(exist_ok=True)
+        test = Test(zelq, Sound(folder, place))
+        try:
+            (ask_of_the_system if is_system else ask_of_all)(test, test.sound)
+        finally:
+            print("\n".join(test.wrong), end="\n" if test.wrong else "", flush=True)
     if test.wrong:
-        sys.exit("\n".join(test.wrong))
-    print("the same levels, and nothing written")
+        sys.exit(1)
+    if not is_system:
+        tried = ask_of_a_server_of_the_system(zelq)
+        print("the same levels, and nothing written" + ("" if tried else "; no server of the system was tried"))
 
 
 main()

@@ -50,6 +50,7 @@ class Zelq:
         if example.depends or not is_quick:
             ran = self.run("--explain", example.query)
             example.behind, example.error = BEHIND.findall(ran.stdout), ran.stderr
+            example.is_explained = True
         if not example.depends and not example.error:
             ran = self.run(example.query)
             example.answers, example.error = ran.stdout.splitlines(), ran.stderr
@@ -90,6 +91,7 @@ def differences(present, wanted):
 
 
 def main():
+    sys.stdout.reconfigure(errors="backslashreplace")  # a fault is told in any locale
     command, options = Path(sys.argv[1]).resolve(), sys.argv[2:]
     with tempfile.TemporaryDirectory(prefix="zelq-vocabulary-") as folder:
         zelq = Zelq(command, World(Path(folder)))

@@ -19,6 +19,7 @@ class Example:
     def __init__(self, place, mark, query):
         self.place, self.query, self.depends, self.fails = place, query, mark == ">?", mark == ">!"
         self.answers, self.behind, self.error = [], [], ""
+        self.is_explained = False  # whether what is behind was looked up
 
 
 class Topic:
@@ -27,8 +28,11 @@ class Topic:
     def __init__(self, title, also, place):
         self.title, self.also, self.head, self.entries = title, also, Entry(place), []
 
+    def registered(self):
+        return [each for entry in [self.head, *self.entries] for each in entry.found]
+
     def is_registered(self):
-        return any(entry.found for entry in [self.head, *self.entries])
+        return bool(self.registered())
 
 
 class Section:

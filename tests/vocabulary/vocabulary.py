@@ -89,11 +89,17 @@ class Vocabulary:
             if entry.keys and not entry.found:
                 continue
             for example in entry.examples:
-                meant = [each.explained() for each in entry.found] if entry.keys else []
+                meant = {each.explained() for each in (entry.found if entry.keys else topic.registered())
+                         if each.kind != "type"}
                 if example.error:
                     self.fault(example, f"{example.query}\n{example.error.rstrip()}")
-                elif example.behind and meant and not set(meant) & set(example.behind):
-                    self.fault(example, f"{example.query}\nis no example of {', '.join(entry.keys)} of {section.name}")
+                elif not example.is_explained:
+                    continue
+                elif not example.behind:
+                    self.fault(example, f"{example.query}\nasks nothing of the library")
+                elif meant and not meant & set(example.behind):
+                    name = ", ".join(entry.keys) or topic.title or "what stands below"
+                    self.fault(example, f"{example.query}\nis no example of {name} of {section.name}")
 
     def fault(self, where, what):
         self.faults.append(f"docs/vocabulary.txt:{where.place}: " + what.replace("\n", "\n    "))

@@ -37,7 +37,7 @@ SITE = {
                "alice:x:1000:1000:Alice:/home/alice:/bin/bash\nbackup:x:1001:1001::/var/backups:/usr/sbin/nologin\n",
                "2026-01-05T08:00:00"),
     "server.conf": ("name = mail\n\n[network]\naddress = 192.168.0.1\nport = 8080 ; behind the proxy\n\n"
-                    "[backup]\nfolder: /var/backups\nport = 873\nenabled = yes\n", "2026-01-04T09:30:00"),
+                    "[backup]\nfolder: /var/backups\nport = 873\nenabled = yes\nowner =\ncomment =; none yet\n", "2026-01-04T09:30:00"),
     "installed.txt": ("editor 2.4.1\nmailer 1.10\nviewer 1.9b2\n", "2026-01-03T12:00:00"),
     "backup.plist": (BACKUP, "2026-01-02T15:00:00"),
     "logs/mail.log": ("08:00 started\n08:05 warning: queue is long\n08:10 error: disk full\n08:15 error: disk full\n"

@@ -19,7 +19,8 @@
 #include <Carbon/MacTypes.h>
 
 /// A component: a number other than 0, which it keeps as long as it is registered and the process lives, and
-/// which no other one ever has. 0 is none.
+/// which no other one ever has. A component is known by its bundle's path, its place in the array there and
+/// its three codes: where one of these changes it is another one. 0 is none.
 typedef UInt32 Component;
 /// A component that was opened.
 typedef struct OpaqueComponentInstance* ComponentInstance;
@@ -53,7 +54,9 @@ enum { badComponentInstance = -2147450879 };  // 0x80008001
 /// the bundles, byte by byte, and as they are named in them. 0 too when the check-in function says stop,
 /// without memory, and when the table of special folders cannot be used, of which PlatformSettingsFailure
 /// tells. A mount that does not answer is waited for as long as the check-in function lets; what lies on one
-/// that another call waits for in vain is passed over. PlatformUnresponsiveMount tells of both.
+/// that another call waits for in vain is passed over. PlatformUnresponsiveMount tells of both. Folders and
+/// bundles that are there and cannot be read, or whose dictionary is no property list, are passed over too;
+/// where that leaves no component, PlatformFileFailure and PlatformPropertyListFailure tell of them.
 PLATFORM_API Component FindNextComponent(Component previous, ComponentDescription const* looking);
 
 /// Gets what is known of a component. The handles, each of which may be null, are those of blocks, which get

@@ -18,8 +18,10 @@ enum { kFullVolume = 0x0100, kNoVolume = 0 };
 /// Gets the volume of the default output, and that of the system beep. noHardwareErr where there is no mixer
 /// or no such control, on a recorded machine (ZELQ_MACHINE_ROOT), and when the sound server does not answer
 /// within 3 seconds, or has not answered an earlier question yet; of a server that does not answer, and of a
-/// configuration of ALSA that cannot be used, PlatformSettingsFailure tells. Nothing is asked, with the same
-/// result, where asking would write a file of PulseAudio's. userCanceledErr when the check-in function says
+/// configuration of ALSA that cannot be used, PlatformSettingsFailure tells. A server of PulseAudio's is not
+/// asked, and the mixer that its own turns to takes its place, where asking would write a cookie, where the
+/// cookie cannot be read, and where its folder belongs to another user; where nothing else is known,
+/// PlatformSettingsFailure names the cookie or the folder. userCanceledErr when the check-in function says
 /// stop; memFullErr; paramErr without a level. On failure the level is not touched.
 PLATFORM_API OSErr GetDefaultOutputVolume(SInt32* level);
 PLATFORM_API OSErr GetSysBeepVolume(SInt32* level);
