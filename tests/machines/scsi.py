@@ -3,13 +3,11 @@
 
 usage: scsi.py ZELQ
 """
-import os
-import subprocess
 import sys
-from pathlib import Path
 
-MACHINES = Path(__file__).resolve().parent
-NONE = "no such object"
+sys.dont_write_bytecode = True
+from recorded import NONE, hold  # noqa: E402
+
 ANSWERS = {
     "laptop": {
         "number of scsibuses": "3",
@@ -80,26 +78,4 @@ ANSWERS = {
 }
 
 
-def ask(zelq, query, machine):
-    """The lines of the answer with | between them, or what the error says."""
-    environment = dict(os.environ, ZELQ_MACHINE_ROOT=str(MACHINES / machine))
-    result = subprocess.run([zelq, query], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=environment)
-    if result.returncode == 1:
-        return result.stderr.splitlines()[0].removeprefix("error: ")
-    return "|".join(result.stdout.splitlines()) if result.returncode == 0 and not result.stderr else f"{result}"
-
-
-def main():
-    zelq, failed, count = sys.argv[1], 0, 0
-    for machine, answers in ANSWERS.items():
-        for query, expected in answers.items():
-            answer = ask(zelq, query, machine)
-            count += 1
-            if answer != expected:
-                failed += 1
-                print(f"{machine}: {query}\n  expected {expected}\n  answered {answer}")
-    print(f"{count} questions, {failed} failed")
-    sys.exit(1 if failed or not count else 0)
-
-
-main()
+hold(sys.argv[1], [(machine, *case) for machine, answers in ANSWERS.items() for case in answers.items()])
