@@ -411,7 +411,7 @@ TEST_F(SoundVolumes, OfTheSystemsServerAreAskedForByItsSocket) {
 
 TEST_F(SoundVolumes, OfTheSystemsServerAreReadWithoutTheHookThatLooksForIt) {
     configuration.Set(std::nullopt);
-    if (!Platform::AlsaLooksForPulseAudio()) GTEST_SKIP() << "needs the package libasound2-plugins";
+    ASSERT_TRUE(Platform::AlsaLooksForPulseAudio()) << "the package libasound2-plugins is missing";
     WriteCookie();
     folder.Set(std::nullopt);
     Listener const system(here.Path("socket"));
@@ -467,7 +467,7 @@ TEST_F(SoundVolumes, OfMixersThatLeadToOneAnotherComeToAnEnd) {
 // Where ALSA's own configuration would look for a server.
 TEST_F(SoundVolumes, WhereNoServerIsAreThoseOfTheUsersMixerOrTheCard) {
     configuration.Set(std::nullopt);
-    if (!Platform::AlsaLooksForPulseAudio()) GTEST_SKIP() << "needs the package libasound2-plugins";
+    ASSERT_TRUE(Platform::AlsaLooksForPulseAudio()) << "the package libasound2-plugins is missing";
     Fake().controls = {Control("Master", 256, 256)};
     Fake().text.clear();
     EXPECT_EQ(Levels(1, 1), Output());
